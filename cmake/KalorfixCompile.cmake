@@ -1,0 +1,21 @@
+# How every target of the project is compiled.
+add_library(kalorfix_options INTERFACE)
+target_compile_features(kalorfix_options INTERFACE cxx_std_20 c_std_99)
+target_compile_options(
+  kalorfix_options
+  INTERFACE -Wall -Wextra -Wconversion -Wshadow -Wdouble-promotion -Wpedantic
+            # The last digit is part of the contract: no fused multiply-add, whatever the processor offers.
+            -ffp-contract=off
+            # Builds from two directories give the same bytes.
+            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+if(KALORFIX_WERROR)
+  target_compile_options(kalorfix_options INTERFACE -Werror)
+endif()
+if(KALORFIX_UNSIGNED_CHAR)
+  target_compile_options(kalorfix_options INTERFACE -funsigned-char)
+endif()
+if(KALORFIX_SANITIZE)
+  set(_sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(kalorfix_options INTERFACE ${_sanitizers})
+  target_link_options(kalorfix_options INTERFACE ${_sanitizers})
+endif()

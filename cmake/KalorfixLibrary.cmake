@@ -1,0 +1,59 @@
+# kalorfix.so. The objects are a target of their own, so that tests and benchmarks reach what the library hides.
+add_library(
+  kalorfix_objects OBJECT
+  flow/calculators.cpp
+  flow/device_tables.cpp
+  flow/discharge.cpp
+  flow/equation.cpp
+  flow/flow_rate.cpp
+  flow/geometry.cpp
+  flow/nozzle.cpp
+  flow/orifice.cpp
+  flow/pipeline.cpp
+  flow/venturi.cpp
+  frame/heat_exports.cpp
+  frame/pipeline_exports.cpp
+  props/heat_carrier.cpp
+  props/water/density.cpp
+  props/water/ideal.cpp
+  props/water/residual.cpp
+  props/water/saturation.cpp
+  props/water/viscosity.cpp
+  props/water/water.cpp
+  runtime/clock.cpp)
+target_include_directories(kalorfix_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
+target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
+# errno of libm is never read; without it a square root is one instruction.
+target_compile_options(kalorfix_objects PRIVATE -fno-math-errno)
+set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
+                                                  VISIBILITY_INLINES_HIDDEN ON)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # A unique symbol would keep dlclose from unloading the library.
+  target_compile_options(kalorfix_objects PRIVATE -fno-gnu-unique)
+endif()
+
+# The version script is made from the list that the tests compare with the built object.
+set(KALORFIX_EXPORT_LIST "${PROJECT_SOURCE_DIR}/frame/exports.list")
+set(_version_script "${PROJECT_BINARY_DIR}/kalorfix.map")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${KALORFIX_EXPORT_LIST}")
+file(STRINGS "${KALORFIX_EXPORT_LIST}" _exports REGEX "^[^#]")
+list(JOIN _exports ";\n    " _exports)
+file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports};\n  local:\n    *;\n};\n")
+
+add_library(kalorfix SHARED)
+target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects>)
+target_include_directories(kalorfix INTERFACE "${PROJECT_SOURCE_DIR}/include")
+target_link_libraries(kalorfix PRIVATE kalorfix_options m)
+set_target_properties(
+  kalorfix
+  PROPERTIES PREFIX ""
+             SUFFIX ".so"
+             OUTPUT_NAME kalorfix
+             LINKER_LANGUAGE CXX
+             LINK_DEPENDS "${_version_script}"
+             LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}")
+# Functions bind inside the library; exported variables keep ordinary rules, so that a program linked against
+# the library reads their live values.
+target_link_options(
+  kalorfix PRIVATE "-Wl,--version-script=${_version_script}" "-Wl,-Bsymbolic-functions,-z,defs,-z,relro,-z,now"
+  "-Wl,--as-needed" -static-libstdc++ -static-libgcc)

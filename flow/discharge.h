@@ -1,0 +1,52 @@
+// Discharge coefficient and roughness correction of the standard devices at a given Reynolds number.
+#pragma once
+
+#include "flow/device_tables.h"
+
+namespace kalorfix::flow {
+
+/// A pipe with its device, at the working temperature.
+struct Bore {
+    Device device;
+    double D_m;
+    double beta;
+    double R_sh_m;  ///< equivalent uniform roughness
+    double R_a_m;   ///< arithmetic mean roughness
+};
+
+struct Discharge {
+    double C;     ///< discharge coefficient
+    double K_sh;  ///< correction for the roughness of the pipe
+};
+
+/// 10^6, the usual reference in the equations of the discharge coefficient.
+inline constexpr double million = 1e6;
+
+/// Orifice plates (1..3): Reader-Harris/Gallagher equation. False when Re is below the limits of the device,
+/// or, with corner tappings in pipes over 1 m, the roughness correction exceeds 1.03.
+/// GOST 8.586.2-2005, 5.3.1, 5.3.2.1 and 5.3.2.3.
+[[nodiscard]] bool orifice_discharge(const Bore& bore, double Re, Discharge& out);
+
+/// ISA 1932 nozzle, long-radius nozzle and Venturi nozzle (4..6). False when Re is outside the limits of the
+/// device or the pipe is too rough. GOST 8.586.3-2005, 5.1.6, 5.2.6 and 5.3.4.
+[[nodiscard]] bool nozzle_discharge(const Bore& bore, double Re, Discharge& out);
+
+/// Classical Venturi tubes (7..9). False when Re is outside the limits of the device.
+/// GOST 8.586.4-2005, 5.5.2 to 5.5.4.
+[[nodiscard]] bool venturi_discharge(const Bore& bore, double Re, Discharge& out);
+
+/// The one of the three above that the device asks for; false for other devices. `out` is left alone when
+/// the result is false.
+[[nodiscard]] bool discharge(const Bore& bore, double Re, Discharge& out);
+
+/// Largest 10^4 R_a/D of a smooth pipe for nozzles 4 and 6, interpolated in the diameter ratio; undefined (NaN)
+/// on the rows of the table themselves. GOST 8.586.3-2005, 5.1.6.1.
+[[nodiscard]] double nozzle_roughness_limit(double beta);
+
+/// Bounds of R_a within which the pipe of an orifice plate counts as smooth, m. GOST 8.586.2-2005, 5.3.1.
+struct SmoothRange {
+    double min_m, max_m;
+};
+[[nodiscard]] SmoothRange orifice_smooth_range(double D_m, double beta, double Re);
+
+}  // namespace kalorfix::flow

@@ -1,0 +1,175 @@
+// Flow rate: the members of the calculators that solve the flow equation.
+#include <cmath>
+
+#include "flow/equation.h"
+#include "kalorfix.h"
+
+namespace flow = kalorfix::flow;
+
+namespace {
+
+constexpr double th_per_kgs = 3.6;
+constexpr double kg_per_t = 1000.0;
+constexpr double t_per_kg = 0.001;
+constexpr double to_thousands = 0.001;
+
+constexpr int max_passes = 100;
+constexpr unsigned short liquid_water = 1;
+
+// Relative change of the flow at which the iteration ends.
+double tolerance(unsigned char metering_class) { return metering_class == 1 ? 1e-5 : 1e-3; }
+
+flow::Device device_of(const cCommon2005& calculator) {
+    return static_cast<flow::Device>(calculator.device_type);
+}
+
+// Solves the flow equation of a standard device by fixed-point iteration. Venturi tubes have steps in C
+// between which some flows alternate for ever, hence the cap. Leaves the outcome in `valid`.
+void solve_standard(cCommon2005& c, double dp, double rho) {
+    if (c.Countepsilon(dp) != 1) return;
+    double q_prev = 0.0;
+    for (int pass = 0; pass < max_passes; ++pass) {
+        if (c.Countq_mReCK_sh(pass, dp, rho, q_prev) != 1) return;
+        const double change = std::fabs(c.q_m - q_prev) / c.q_m;
+        if (!std::isfinite(change)) break;
+        if (pass >= 1 && change < tolerance(c.metering_class)) return;
+        q_prev = c.q_m;
+    }
+    c.valid = 0;
+}
+
+// From the solved mass flow (or the meter's reading) to t/h and m3/h.
+void convert_flow(cCommon2005& c, double reading, double rho) {
+    const flow::Device device = device_of(c);
+    if (flow::is_standard(device) || flow::is_direct(device)) c.q_m *= th_per_kgs;
+    if (device == flow::Device::meter_mass) c.q_m = reading;
+    if (device == flow::Device::meter_volume) {
+        c.q_v = reading;
+        c.q_m = reading * rho * t_per_kg;
+    } else if (flow::code(device) <= flow::code(flow::Device::meter_mass)) {
+        c.q_v = c.q_m * kg_per_t / rho;
+    }
+}
+
+}  // namespace
+
+char cCommon2005::mg_Param(char calc, double dp, double rho, double& q_m_out, double& q_v_out) {
+    epsilon = Re = C = K_sh = q_v = q_m = 0.0;
+    q_m_out = q_v_out = 0.0;
+    if (calc == 0 || valid == 0) return 0;
+
+    valid = 0;
+    const flow::Device device = device_of(*this);
+    if (flow::is_standard(device))
+        solve_standard(*this, dp, rho);
+    else if (flow::is_direct(device))
+        CountqmalphaepsilonRe(dp, rho);
+    else if (flow::is_meter(device))
+        valid = 1;
+
+    if (valid != 0) convert_flow(*this, dp, rho);
+    q_m_out = q_m;
+    q_v_out = q_v;
+    return static_cast<char>(valid);
+}
+
+char cCommon2005::Countq_mReCK_sh(int pass, double dp, double rho, double q_prev) {
+    valid = 0;
+    Re = pass == 0 ? flow::million : flow::reynolds(q_prev, D, mu);
+
+    flow::Discharge found{};
+    if (!flow::discharge({device_of(*this), D, beta, R_sh, R_a}, Re, found)) return 0;
+    C = found.C;
+    K_sh = found.K_sh;
+    q_m = flow::mass_flow_kgs(d, C * E * K_sh * K_p * epsilon, dp, rho);
+    valid = 1;
+    return 1;
+}
+
+char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {
+    const flow::Device device = device_of(*this);
+    const double m = flow::blockage(D, d);
+    valid = 0;
+    epsilon = flow::averaging_expansibility(m, {p, kappa, mu, phase == liquid_water}, dp);
+    if (flow::is_averaging(device)) alpha_eps = epsilon * flow::averaging_coefficient(device, m);
+    if (device == flow::Device::configured_coefficient) valid = 1;
+
+    q_m = flow::mass_flow_kgs(D, alpha_eps, dp, rho);
+    Re = flow::reynolds(q_m, D, mu) * d /
+         D;  // pipe velocity with the width of the device, as these devices use it
+    if (flow::is_averaging(device)) valid = Re > flow::averaging_min_Re(device);
+    return static_cast<char>(valid);
+}
+
+char cCommon2005::Countepsilon(double dp) {
+    valid = 0;
+    if (!IsGas() && phase == liquid_water) {
+        epsilon = 1.0;
+        valid = 1;
+        return 1;
+    }
+    const double ratio = dp / p;
+    if (ratio > flow::max_pressure_ratio) return 0;
+    valid = 1;
+    const flow::Device device = device_of(*this);
+    if (flow::is_orifice(device))
+        epsilon = flow::orifice_expansibility(beta, kappa, 1.0 - ratio);
+    else if (flow::is_standard(device))
+        epsilon = flow::nozzle_expansibility(beta, kappa, 1.0 - ratio);
+    return 1;
+}
+
+char cGas2005::mgn_Param(char calc, double dp, double rho, double rho_c, double k, double& q_m_out,
+                         double& q_v_out, double& q_c_out, double& q_e_out, double& K_sh_out, double& C_out,
+                         double& Re_out, double& epsilon_out) {
+    q_c = q_e = 0.0;
+    const char status = mg_Param(calc, dp, rho, q_m_out, q_v_out);
+    const flow::Device device = device_of(*this);
+    if (status == 1 && device != flow::Device::external) {
+        switch (device) {
+            case flow::Device::meter_mass:
+                q_c = dp * kg_per_t / rho_c;
+                break;
+            case flow::Device::meter_volume:
+                q_c = dp * rho / rho_c;
+                break;
+            case flow::Device::meter_standard_volume:
+                q_c = dp;
+                q_v = dp * rho_c / rho;
+                q_m = dp * rho_c * t_per_kg;
+                break;
+            default:
+                q_c = q_m * kg_per_t / rho_c;
+        }
+        q_e = q_c * to_thousands * k;
+    }
+    q_m_out = q_m;
+    q_v_out = q_v;
+    q_c_out = q_c;
+    q_e_out = q_e;
+    K_sh_out = K_sh;
+    C_out = C;
+    Re_out = Re;
+    epsilon_out = epsilon;
+    return status;
+}
+
+char cTeplo2005::mgn_Param(char calc, double dp, double rho, double h, double& q_m_out, double& q_v_out,
+                           double& q_h_out, double& K_sh_out, double& C_out, double& Re_out,
+                           double& epsilon_out) {
+    q_h = 0.0;
+    char status = mg_Param(calc, dp, rho, q_m_out, q_v_out);
+    const flow::Device device = device_of(*this);
+    if (status == 1 && device == flow::Device::meter_standard_volume) {
+        status = 0;
+        valid = 0;
+    } else if (status == 1 && device != flow::Device::external) {
+        q_h = (device == flow::Device::meter_mass ? dp : q_m) * to_thousands * h;
+    }
+    q_h_out = q_h;
+    K_sh_out = K_sh;
+    C_out = C;
+    Re_out = Re;
+    epsilon_out = epsilon;
+    return status;
+}

@@ -1,0 +1,110 @@
+// Orifice plates with corner, D and D/2, and flange tappings.
+#include <cmath>
+#include <numbers>
+
+#include "flow/discharge.h"
+
+namespace kalorfix::flow {
+namespace {
+
+constexpr double inch_m = 0.0254;
+
+struct Tappings {
+    double L1;  // distance of the upstream tapping from the plate, in pipe diameters
+    double L2;  // distance of the downstream tapping
+};
+
+Tappings tappings(Device device, double D_m) {
+    if (device == Device::orifice_d_d2) return {1.0, 0.47};
+    if (device == Device::orifice_flange) return {inch_m / D_m, inch_m / D_m};
+    return {0.0, 0.0};
+}
+
+bool reynolds_accepted(const Bore& bore, double Re) {
+    const double beta2 = bore.beta * bore.beta;
+    if (bore.device == Device::orifice_flange) return Re > 5000.0 && Re > 170000.0 * beta2 * bore.D_m;
+    return bore.beta <= 0.56 ? Re >= 5000.0 : Re >= 16000.0 * beta2;
+}
+
+// Reader-Harris/Gallagher equation, GOST 8.586.2-2005, 5.3.2.1.
+double discharge_coefficient(const Bore& bore, double Re) {
+    const double beta = bore.beta;
+    const double beta2 = beta * beta, beta4 = beta2 * beta2, beta8 = beta4 * beta4;
+    const Tappings tap = tappings(bore.device, bore.D_m);
+    const double A = std::pow(19000.0 * beta / Re, 0.8);
+    const double M2 = 2.0 * tap.L2 / (1.0 - beta);
+
+    double C = 0.5961 + 0.0261 * beta2 - 0.216 * beta8;
+    C += 0.000521 * std::pow(million * beta / Re, 0.7);
+    C += (0.0188 + 0.0063 * A) * std::pow(beta, 3.5) * std::pow(million / Re, 0.3);
+    C += (0.043 + 0.080 * std::exp(-10.0 * tap.L1) - 0.123 * std::exp(-7.0 * tap.L1)) * (1.0 - 0.11 * A) *
+         beta4 / (1.0 - beta4);
+    C -= 0.031 * (M2 - 0.8 * std::pow(M2, 1.1)) * std::pow(beta, 1.3);
+    if (bore.D_m < 0.07112) C += 0.011 * (0.75 - beta) * (2.8 - bore.D_m / inch_m);
+    return C;
+}
+
+double cubic(const std::array<double, 4>& c, double L) {
+    return c[0] + c[1] * L + c[2] * L * L + c[3] * L * L * L;
+}
+
+// Upper bound of 10^4 R_a/D, to two decimals.
+double upper_limit(double beta, double Re, double lg_Re) {
+    double x = 0.0;
+    if (Re > 1e4) {
+        const double base = beta >= 0.65 ? 0.65 : beta;
+        // Above 10^8 there is no set: all coefficients count as zero.
+        for (const RoughnessSet& set : orifice_roughness)
+            if (Re > set.Re_above && Re <= set.Re_to)
+                x = cubic(set.A, lg_Re) * std::pow(base, cubic(set.B, lg_Re)) + cubic(set.C, lg_Re);
+    } else {
+        x = 0.718866 * std::pow(beta, -3.887) + 0.364;
+    }
+    return std::rint(100.0 * x) / 100.0;
+}
+
+// Lower bound of 10^4 R_a/D, to three decimals.
+double lower_limit(double beta, double L) {
+    const double y =
+        beta >= 0.65 ? 0.24308 * L - 0.892353 - 0.0162562 * L * L
+                     : 7.1592 - 12.387 * beta - (2.0118 - 3.469 * beta) * L + (0.1382 - 0.23762 * beta) * L * L;
+    return std::rint(1000.0 * y) / 1000.0;
+}
+
+// Friction factor of a pipe with the uniform roughness R (m).
+double friction_factor(double R_m, double D_m, double Re) {
+    const double relative = 0.26954 * R_m / D_m;
+    const double inner = std::log10(relative + 3.3333 * 5.035 / Re);
+    const double outer = std::log10(relative - 5.035 / Re * inner);
+    const double root = 1.74 - 2.0 * std::log10(2.0 * R_m / D_m - 37.36 / Re * outer);
+    return 1.0 / (root * root);
+}
+
+// GOST 8.586.2-2005, 5.3.2.3.
+double roughness_correction(const Bore& bore, double Re) {
+    const SmoothRange smooth = orifice_smooth_range(bore.D_m, bore.beta, Re);
+    if (smooth.min_m <= bore.R_a_m && bore.R_a_m <= smooth.max_m) return 1.0;
+    const double nearest = bore.R_a_m > smooth.max_m ? smooth.max_m : smooth.min_m;
+    return 1.0 + 5.22 * std::pow(bore.beta, 3.5) *
+                     (friction_factor(bore.R_sh_m, bore.D_m, Re) -
+                      friction_factor(std::numbers::pi * nearest, bore.D_m, Re));
+}
+
+}  // namespace
+
+SmoothRange orifice_smooth_range(double D_m, double beta, double Re) {
+    const double L = std::log10(Re);
+    const double x = upper_limit(beta, Re, L);
+    const double y = lower_limit(beta, L);
+    return {y > 0.0 && Re >= 3e6 ? y * 1e-4 * D_m : 0.0, x >= 15.0 ? 0.0015 * D_m : x * 1e-4 * D_m};
+}
+
+bool orifice_discharge(const Bore& bore, double Re, Discharge& out) {
+    if (!reynolds_accepted(bore, Re)) return false;
+    const double K_sh = roughness_correction(bore, Re);
+    if (bore.device == Device::orifice_corner && 1.0 < bore.D_m && bore.D_m <= 3.0 && K_sh > 1.03) return false;
+    out = {discharge_coefficient(bore, Re), K_sh};
+    return true;
+}
+
+}  // namespace kalorfix::flow

@@ -1,0 +1,174 @@
+/* kalorfix.so: flow of natural gas, water and steam by differential pressure, and the properties behind it.
+ *
+ * This header is plain C; the part for C++ at its end declares what is exported with C++ names.
+ *
+ * Channel functions (mg_ natural gas, mt_ heat carrier) take the channel first, 1..20000; gas and heat-carrier
+ * channels are numbered apart, and a channel comes into being with the first call that names it. They return 1
+ * always; success is the byte `*status`: 1 computed and within limits, 0 not computed. When the status is 0 the
+ * outputs hold what is said at each function; for a channel outside 1..20000 all float outputs are 0. A null
+ * pointer is allowed for any output that is not wanted.
+ *
+ * The library starts no threads and locks nothing: call it from one thread. No input stops the process, NaN
+ * and infinities included, nor does a trap that the host has enabled for floating-point exceptions.
+ */
+#ifndef KALORFIX_H
+#define KALORFIX_H
+
+#if defined(__GNUC__)
+#define KALORFIX_API __attribute__((visibility("default")))
+#else
+#define KALORFIX_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Pipeline ------------------------------------------------------------------------------------------- */
+
+/* Stores the pipeline constants of a gas (mg_) or heat-carrier (mt_) channel.
+ *
+ *   metering_class  0 or 1. 1 solves the flow to 1e-5 instead of 1e-3 and freezes the configuration: later
+ *                   calls report 1 and change nothing
+ *   device_type     1 orifice plate with corner tappings, 2 with D and D/2 tappings, 3 with flange tappings;
+ *                   4 ISA 1932 nozzle, 5 long-radius nozzle, 6 Venturi nozzle; 7, 8, 9 Venturi tube with
+ *                   as-cast, machined, rough-welded convergent; 10..18 averaging devices with a linear or
+ *                   tabulated flow coefficient; 19 device with a configured flow coefficient; 20 mass meter,
+ *                   21 volume meter, 22 meter of standard volume (gas only), 23 external flow
+ *   by_material     1: mat_D and mat_d are material codes 1..39; 0: linear expansion coefficients, 1/degC
+ *   mat_D, mat_d    pipe and device material (the fraction of a code is dropped)
+ *   D20_mm, d20_mm  pipe and device diameter at 20 degC, mm, not negative
+ *   R_sh_mm         equivalent uniform roughness of the pipe, mm, not negative
+ *   r_n0_mm         initial radius of the orifice edge, mm, not negative
+ *   r_n_at_end      1: edge radius at the end of the check interval; 0: its mean over the interval
+ *   tau_years       interval between checks, not negative
+ *   alpha_eps       flow coefficient of device 19, not negative
+ *
+ * Status 0: an argument outside its range; the channel stays as it was. */
+KALORFIX_API int mg_init_tr(int channel, char metering_class, short device_type, char by_material, float mat_D,
+                            float mat_d, float D20_mm, float d20_mm, float R_sh_mm, float r_n0_mm,
+                            char r_n_at_end, float tau_years, float alpha_eps, char* status);
+KALORFIX_API int mt_init_tr(int channel, char metering_class, short device_type, char by_material, float mat_D,
+                            float mat_d, float D20_mm, float d20_mm, float R_sh_mm, float r_n0_mm,
+                            char r_n_at_end, float tau_years, float alpha_eps, char* status);
+
+/* Geometry at the working temperature: diameters in mm, their ratio, the velocity-of-approach factor and the
+ * correction for the bluntness of an orifice edge. Needs the state of the medium and runs before the flow.
+ *
+ * Status 0: the step before failed (all outputs 0), the temperature is outside a material's range (all 0),
+ * or a diameter or their ratio is outside the device's limits (what was computed up to there, the rest 0).
+ * Devices 10..23 have no size limits and report 0 for beta, E and K_p. GOST 8.586.1..5-2005. */
+KALORFIX_API int mg_param_tr(int channel, char* status, float* D_mm, float* d_mm, float* beta, float* E,
+                             float* K_p);
+KALORFIX_API int mt_param_tr(int channel, char* status, float* D_mm, float* d_mm, float* beta, float* E,
+                             float* K_p);
+
+/* ---- Flow ------------------------------------------------------------------------------------------------- */
+
+/* Flow from the differential pressure. Needs state, properties and geometry of this cycle.
+ *
+ *   calc   0: compute nothing (status 0, flows 0); other values: compute
+ *   dp     differential pressure, Pa; with meters their reading: device 20 t/h, 21 m3/h, 22 m3/h at standard
+ *          conditions
+ *   rho    density at working conditions, kg/m3
+ *   rho_c  density at standard conditions (293.15 K, 101325 Pa), kg/m3
+ *   k      factor of the host: q_e = q_c * 0.001 * k
+ *   h      heat per mass, kJ/kg: q_h = q_m * 0.001 * h, in GJ/h for q_m in t/h
+ *
+ *   q_m mass flow t/h, q_v volume flow m3/h, q_c volume flow at standard conditions m3/h, q_h heat flow,
+ *   K_sh roughness correction, C discharge coefficient, Re Reynolds number, epsilon expansibility
+ *
+ * Status 0: a step before failed; dp/p above 0.25; Re outside the device's range; a pipe too rough; no
+ * convergence within 100 passes; device 22 with a heat carrier. The flows are then 0, but q_m may hold the
+ * last pass's value in kg/s; the factors hold what the last pass left, 0 if it did not get there.
+ * Ranges: Re by device as in GOST 8.586.2..5-2005. */
+KALORFIX_API int mg_mgn_param(int channel, char calc, float dp, float rho, float rho_c, float k, char* status,
+                              float* q_m, float* q_v, float* q_c, float* q_e, float* K_sh, float* C, float* Re,
+                              float* epsilon);
+KALORFIX_API int mt_mgn_param(int channel, char calc, float dp, float rho, float h, char* status, float* q_m,
+                              float* q_v, float* q_h, float* K_sh, float* C, float* Re, float* epsilon);
+
+/* ---- Heat carrier ------------------------------------------------------------------------------------- */
+
+/* State and phase of a heat carrier; the first step of its cycle.
+ *
+ *   t       temperature, degC, 0..1000
+ *   p       measured absolute pressure, Pa; after the correction for the column 0.001..100 MPa
+ *   hA, hB  height (m) and density (kg/m3) of the liquid column between tap and transmitter, in either
+ *           order: p is lowered by 9.80665 * hA * hB
+ *   dP      tolerance of the saturation test, Pa
+ *   dT      tolerance of the saturation test, K
+ *
+ *   phase   1 water, 2 superheated steam, 3 wet steam, 0 undecided; written only when the channel exists and t
+ *           and p are not negative
+ *   ps      saturation pressure at t, MPa (NaN above the critical temperature, 373.946 degC)
+ *   ts      saturation temperature at the corrected pressure, degC
+ *
+ * Status 0: t or p negative, channel never configured, state out of range; ps and ts are then 0. */
+KALORFIX_API int mt_param_tn(int channel, float t, float p, float hA, float hB, float dP, float dT,
+                             char* status, short* phase, float* ps, float* ts);
+
+/* Properties of a heat carrier; the second step of its cycle.
+ *
+ *   source     0: the phase decided by mt_param_tn; 1: `phase_req`; anything else is refused
+ *   phase_req  1 water, 2 superheated steam, 3 wet steam (used with source 1)
+ *   x          wet steam only: the share of the single-phase state in the mixture, 0..1; all four properties
+ *              are (1 - x) * saturated vapour at t + x * state at (t, p), and the saturation pressure
+ *              becomes the working pressure
+ *
+ *   ro density kg/m3, mu viscosity uPa s, h enthalpy kJ/kg, kappa isentropic exponent
+ *
+ * Status 0, all four 0: state not valid, phase not 1..3, state outside the range of t_param_1, x outside
+ * 0..1. The channel's state is then void until the next mt_param_tn. */
+KALORFIX_API int mt_tf_param(int channel, char source, unsigned short phase_req, float x, char* status,
+                             float* ro, float* mu, float* h, float* kappa);
+
+/* ---- Water and steam ---------------------------------------------------------------------------------- */
+
+/* Critical constants of water: temperature in K, pressure in MPa. */
+KALORFIX_API extern const double T_kr;
+KALORFIX_API extern const double p_kr;
+
+/* Properties of water and steam by IAPWS-95, viscosity by the IAPS formulation of 1985.
+ *
+ *   t_C    temperature, 0..800 degC
+ *   p_MPa  absolute pressure, 0..100 MPa; at 0 the ideal-gas limits are given
+ *   mode   3: saturated vapour at t_C, up to 371.85 degC, p_MPa only checked; any other value: the state at
+ *          (t_C, p_MPa), liquid from the saturation pressure up
+ *
+ *   ro density kg/m3, mu viscosity uPa s, h specific enthalpy kJ/kg, kappa isentropic exponent
+ *
+ * Returns 0, or 1 when the state is out of range: all outputs are then 0. */
+KALORFIX_API short t_param_1(double t_C, double p_MPa, short mode, double* ro, double* mu, double* h,
+                             double* kappa);
+
+/* Phase of water at p_MPa (0.001..100) and t_C (0..800) with the tolerance dp_MPa.
+ *
+ * Returns 1 water (always at or below 100 degC), 2 steam (always from 371.85 degC or 21.5 MPa on), 3 saturated:
+ * p within dp of the saturation pressure, 0 out of range. `ps` receives the saturation pressure at t_C in MPa
+ * (NaN above the critical temperature), 0 when out of range. */
+KALORFIX_API short t_phase_1(double p_MPa, double t_C, double dp_MPa, double* ps);
+
+#ifdef __cplusplus
+} /* extern "C" */
+
+/* ---- Exported with C++ names ------------------------------------------------------------------------------- */
+
+#include <sys/time.h>
+#include <time.h>
+
+#include "kalorfix_calculators.h"
+
+/// Prepares the tick clock; nothing needs preparing. Returns 0.
+KALORFIX_API int OpenAbsClock();
+
+/// The tick counter of the process-times clock: 32 bits, wraps; sysconf(_SC_CLK_TCK) ticks a second, not
+/// moved by setting the wall clock. A failing times() gives the negated errno.
+KALORFIX_API int abs_clock();
+
+/// Converts seconds and microseconds to seconds and nanoseconds. Both pointers must be valid.
+KALORFIX_API void timecon(timeval* from, timespec* to);
+
+#endif /* __cplusplus */
+
+#endif /* KALORFIX_H */

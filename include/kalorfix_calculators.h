@@ -1,0 +1,166 @@
+/* The calculator classes of kalorfix.so, exported with C++ names.
+ *
+ * One object is one measuring channel: a pipeline with its differential-pressure device (or flow meter) and
+ * the medium in it. The objects that the mg_ and mt_ functions use are owned by the library; a C++ program may
+ * also make its own. Every field is public and keeps the place in the object given here: the order is part of
+ * the binary interface. Lengths in m, pressures in Pa, temperatures in degrees C unless said otherwise.
+ *
+ * The steps of a cycle hand their outcome on through `valid`: the state operation sets it, each following step
+ * requires it, clears it while it works and sets it again on success. All operations return the status:
+ * 1 computed and within limits, 0 not computed. None throws. One object must be used by one thread at a time.
+ */
+#ifndef KALORFIX_CALCULATORS_H
+#define KALORFIX_CALCULATORS_H
+
+#include "kalorfix.h"
+
+/// What gas and heat-carrier channels have in common: pipeline, device and the flow equation.
+class KALORFIX_API cCommon2005 {
+public:
+    cCommon2005();
+    virtual ~cCommon2005();
+
+    cCommon2005(const cCommon2005&) = delete;
+    cCommon2005& operator=(const cCommon2005&) = delete;
+
+    /// 1 for natural gas, 0 for a heat carrier.
+    virtual bool IsGas() = 0;
+
+    /// Stores the pipeline constants (units as in mt_init_tr). Refused input leaves the object as it was.
+    /// A channel configured with class 1 keeps its first configuration: later calls return 1 and change
+    /// nothing. `first_init` receives 1 when the channel is configured for the first time, else 0.
+    char Init_TR(char class_code, short type_code, char material_codes, double pipe_material,
+                 double device_material, double D20_mm, double d20_mm, double R_sh_mm, double r_n0_mm,
+                 char radius_at_end, double interval_years, double alpha_eps_configured, char& first_init);
+
+    /// Diameters at the working temperature `t` and the size limits of the device.
+    /// GOST 8.586.1-2005, 5.5 and annex G; size limits GOST 8.586.2..5.
+    char CountDd();
+
+    /// Diameter ratio, velocity-of-approach factor, correction for the bluntness of an orifice edge.
+    /// GOST 8.586.2-2005, 5.3.2.4.
+    char CountbetaEKp();
+
+    /// Runs the two above when `valid` is 1 and hands out the results (diameters in mm); zeros where a step
+    /// did not run. Devices 10..23 have no beta, E and K_p.
+    char Param_tr(double& D_mm, double& d_mm, double& beta_out, double& E_out, double& K_p_out);
+
+    /// The whole flow computation. `calc` 0: nothing is computed, the flows are 0 and the status 0, `valid`
+    /// stays. `dp` in Pa; for meters the meter's reading: 20 t/h, 21 m3/h, 22 m3/h at standard conditions.
+    /// `q_m_out` in t/h, `q_v_out` in m3/h; on failure 0, but q_m may hold the last pass's kg/s.
+    char mg_Param(char calc, double dp, double rho, double& q_m_out, double& q_v_out);
+
+    /// One pass of the flow equation for devices 1..9: Re from the flow of the pass before (10^6 in pass 0),
+    /// C, K_sh and q_m in kg/s. Refusals leave C, K_sh and q_m as they were.
+    char Countq_mReCK_sh(int pass, double dp, double rho, double q_prev);
+
+    /// Devices 10..19: epsilon, alpha_eps, q_m in kg/s and Re without iteration.
+    char CountqmalphaepsilonRe(double dp, double rho);
+
+    /// Expansibility factor for devices 1..9; refused above dp/p = 0.25, exactly 1 for liquid water.
+    char Countepsilon(double dp);
+
+    unsigned char metering_class;  ///< 0 or 1; 3 = never configured
+    unsigned char device_type;     ///< 1..23
+    unsigned char by_material;     ///< 1: mat_D, mat_d are codes 1..39; 0: expansion coefficients
+    double mat_D;                  ///< pipe: material code, or linear expansion coefficient, 1/degC
+    double mat_d;                  ///< device: the same
+    double D20;                    ///< pipe inner diameter at 20 degC, m
+    double d20;                    ///< device diameter at 20 degC, m
+    double R_sh;                   ///< equivalent uniform roughness of the pipe wall, m
+    double r_n0;                   ///< initial radius of the orifice inlet edge, m
+    unsigned char r_n_at_end;      ///< 1: edge radius at the end of the check interval, 0: its mean
+    double tau;                    ///< interval between checks, years
+    double alpha_eps;              ///< alpha*epsilon of devices 10..19
+    unsigned char valid;           ///< outcome of the last step
+    double t;                      ///< temperature, degC
+    double T;                      ///< temperature, K
+    double p;                      ///< absolute pressure, Pa
+    double R_a;                    ///< arithmetic mean roughness, m
+    double D;                      ///< pipe diameter at `t`, m
+    double d;                      ///< device diameter at `t`, m
+    double beta;                   ///< d/D
+    double E;                      ///< velocity-of-approach factor
+    double K_p;                    ///< correction for edge bluntness
+    double rho_w;                  ///< density at working conditions, kg/m3
+    double mu;                     ///< dynamic viscosity, Pa s
+    double kappa;                  ///< isentropic exponent
+    unsigned short phase;          ///< phase of a heat carrier: 1 water, 2 steam, 3 wet steam; 0 for gas
+    double q_m;                    ///< mass flow: kg/s while it is solved, then t/h
+    double q_v;                    ///< volume flow at working conditions, m3/h
+    double Re;                     ///< Reynolds number of the pipe
+    double C;                      ///< discharge coefficient
+    double K_sh;                   ///< correction for pipe roughness
+    double epsilon;                ///< expansibility factor
+};
+
+/// A natural-gas channel.
+class KALORFIX_API cGas2005 : public cCommon2005 {
+public:
+    cGas2005();
+    ~cGas2005() override;
+    bool IsGas() override;
+
+    /// Flow of a gas channel. rho_c: density at standard conditions, kg/m3; k: the host's factor.
+    /// `q_c_out` m3/h at standard conditions, `q_e_out` = q_c * 0.001 * k.
+    char mgn_Param(char calc, double dp, double rho, double rho_c, double k, double& q_m_out, double& q_v_out,
+                   double& q_c_out, double& q_e_out, double& K_sh_out, double& C_out, double& Re_out,
+                   double& epsilon_out);
+
+    short Method;                 ///< compressibility method as given
+    double Xi_in[15];             ///< composition as given
+    double Xi_sum;                ///< its sum
+    double Ro_c;                  ///< density at standard conditions, kg/m3
+    double K_c;                   ///< compressibility coefficient K = Z/Zc
+    double H_low;                 ///< lower heat of combustion
+    double H_high;                ///< higher heat of combustion
+    double Ro_vap;                ///< water vapour in the working cubic metre, kg/m3
+    double q_c;                   ///< volume flow at standard conditions, m3/h
+    double q_e;                   ///< q_c * 0.001 * factor of the host
+    double total[4];              ///< running totals
+    double interval_start[2][4];  ///< total at the start of the hour [0] and the day [1]
+    double interval_time[2][4];   ///< seconds elapsed in the hour and the day
+    unsigned char first_call[4];  ///< 1 until the first totalising call
+    unsigned long last_tick[4];   ///< clock at the last totalising call
+    float dt[4];                  ///< seconds between the last two calls
+    float downtime_min[4];        ///< minutes of downtime applied at the last call
+};
+
+/// A heat-carrier channel: water, superheated or wet steam.
+class KALORFIX_API cTeplo2005 : public cCommon2005 {
+public:
+    cTeplo2005();
+    ~cTeplo2005() override;
+    bool IsGas() override;
+
+    /// State and phase of the carrier (arguments as in mt_param_tn). Below 0 degC or 0 Pa the outputs are
+    /// not written; other refusals write zeros.
+    char Param_tn(double t_in, double p_in, double hA, double hB, double dP, double dT, short& phase_out,
+                  double& ps, double& ts);
+
+    /// Density, viscosity (uPa s), enthalpy (kJ/kg), isentropic exponent (arguments as in mt_tf_param). A
+    /// source other than 0 and 1 leaves the outputs unwritten; other refusals write zeros.
+    char tf_Param(char source, unsigned short phase_req, double x, double& ro_out, double& mu_out,
+                  double& h_out, double& kappa_out);
+
+    /// Flow of a heat-carrier channel. h: heat per mass, kJ/kg; `q_h_out` = q_m * 0.001 * h. Device 22 is
+    /// refused after its (zero) flow was computed.
+    char mgn_Param(char calc, double dp, double rho, double h, double& q_m_out, double& q_v_out,
+                   double& q_h_out, double& K_sh_out, double& C_out, double& Re_out, double& epsilon_out);
+
+    double dP_sat;                ///< pressure tolerance of the saturation test, Pa
+    double T_sat;                 ///< saturation temperature at `p`, degC
+    double p_sat;                 ///< saturation pressure at `T`, MPa
+    short phase_tn;               ///< phase decided by Param_tn; 0 undecided
+    double h_w;                   ///< specific enthalpy, kJ/kg
+    double q_h;                   ///< heat flow
+    double total[3];              ///< running totals
+    double interval_start[2][3];  ///< total at the start of the hour [0] and the day [1]
+    double interval_time[2][3];   ///< seconds elapsed in the hour and the day
+    unsigned char first_call[3];  ///< 1 until the first totalising call
+    unsigned long last_tick[3];   ///< clock at the last totalising call
+    float dt[3];                  ///< seconds between the last two calls
+    float downtime_min[3];        ///< minutes of downtime applied at the last call
+};
+
+#endif /* KALORFIX_CALCULATORS_H */

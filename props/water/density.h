@@ -1,0 +1,37 @@
+// The density root of the IAPWS-95 equation of state at a given temperature and pressure.
+#pragma once
+
+#include "props/water/residual.h"
+
+namespace kalorfix::water {
+
+/// Which root is wanted. Below the critical temperature the pressure decides between two.
+enum class Side {
+    liquid,
+    vapour,
+    single,  ///< at and above the critical temperature there is one root only
+};
+
+struct DensityProblem {
+    double target;  ///< p / (rho_c R T)
+    double start;   ///< start value of the reduced density
+    Side side;
+};
+
+struct DensityRoot {
+    double delta;
+    int steps;       ///< evaluations of the equation, Newton and bracketing together
+    bool bracketed;  ///< the Newton iteration failed and the bracketing method found the root
+    bool found;
+};
+
+/// Solves delta (1 + delta phi_d) = target. The Newton iteration comes first, and what it converges to is
+/// the result: it stops when |step| <= 1e-6 |delta|, after which delta is good to some 1e-12. Where it does not
+/// converge within `newton_step_cap` steps, which happens only within a few mK of the critical point, a
+/// bracketing method solves the same equation on the wanted side.
+[[nodiscard]] DensityRoot solve_density(const ResidualAt& residual, const DensityProblem& problem);
+
+inline constexpr int newton_step_cap = 100;
+inline constexpr int bracket_step_cap = 300;
+
+}  // namespace kalorfix::water

@@ -1,0 +1,69 @@
+// Residual part of the IAPWS-95 Helmholtz function and its derivatives.
+//
+// Notation: delta = rho / rho_c, tau = T_c / T, phi_r the residual part of f / (R T); an index d or t
+// is a derivative with respect to delta or tau.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "props/water/iapws95_tables.h"
+
+namespace kalorfix::water {
+
+/// Derivatives by density alone: all that a step of the density iteration needs.
+struct DensityDerivatives {
+    double d;   ///< delta phi_d
+    double dd;  ///< delta^2 phi_dd
+
+    /// p / (rho R T)
+    [[nodiscard]] double compressibility() const { return 1.0 + d; }
+    /// (dp/drho) / (R T)
+    [[nodiscard]] double stiffness() const { return 1.0 + 2.0 * d + dd; }
+};
+
+/// The residual function with all its first and second derivatives, in logarithmic form.
+struct Helmholtz {
+    double phi;
+    double d;   ///< delta phi_d
+    double dd;  ///< delta^2 phi_dd
+    double t;   ///< tau phi_t
+    double tt;  ///< tau^2 phi_tt
+    double dt;  ///< delta tau phi_dt
+
+    [[nodiscard]] double compressibility() const { return 1.0 + d; }
+    [[nodiscard]] double stiffness() const { return 1.0 + 2.0 * d + dd; }
+};
+
+/// Number of power terms that differ in (c, d): at a fixed tau each such group is one coefficient.
+constexpr std::size_t count_merged_terms() {
+    std::size_t count = 1;
+    for (std::size_t k = 1; k < power_terms.size(); ++k)
+        count += power_terms[k].c != power_terms[k - 1].c || power_terms[k].d != power_terms[k - 1].d;
+    return count;
+}
+inline constexpr std::size_t merged_term_count = count_merged_terms();
+
+/// The residual part at one temperature. Construction collapses the 51 power terms into one polynomial
+/// in delta for each exponential factor; an evaluation then costs some six exponentials and short sums.
+/// tau must be finite and positive; any delta is allowed, the values are finite for 0 <= delta <= 10.
+class ResidualAt {
+public:
+    explicit ResidualAt(double tau);
+
+    /// delta phi_d and delta^2 phi_dd at a reduced density.
+    [[nodiscard]] DensityDerivatives density_derivatives(double delta) const;
+
+    /// The function and all first and second derivatives at a reduced density.
+    [[nodiscard]] Helmholtz all(double delta) const;
+
+private:
+    double tau_;
+    std::array<double, power_terms.size()> term_;     // n tau^t
+    std::array<double, merged_term_count> merged_;    // sums of term_ over equal (c, d)
+    std::array<double, gaussian_terms.size()> bell_;  // n tau^t exp(-beta (tau - gamma)^2)
+    double bell_sum_;
+    bool near_critical_;  // terms 55 and 56 can be felt at this temperature
+};
+
+}  // namespace kalorfix::water

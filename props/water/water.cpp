@@ -1,0 +1,97 @@
+#include "props/water/water.h"
+
+#include "props/water/density.h"
+#include "props/water/iapws95_tables.h"
+#include "props/water/ideal.h"
+#include "props/water/saturation.h"
+#include "props/water/viscosity.h"
+
+namespace kalorfix::water {
+namespace {
+
+bool temperature_in_range(double T_K) { return min_temperature_K <= T_K && T_K <= max_temperature_K; }
+
+// Reduced density of the ideal gas, and so the left-hand side p / (rho_c R T) of the density equation.
+double ideal_density(double p_MPa, double theta) {
+    return ideal_reduced_density * (p_MPa / critical_pressure_MPa) / theta;
+}
+
+DensityProblem single_phase_problem(double T_K, double p_MPa) {
+    const double theta = T_K / critical_temperature_K;
+    const double pi = p_MPa / critical_pressure_MPa;
+    const double target = ideal_density(p_MPa, theta);
+    if (theta < 1.0) {
+        constexpr double liquid_start = 3.2;
+        if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa)
+            return {target, liquid_start, Side::liquid};
+        return {target, target, Side::vapour};
+    }
+    const double start = pi < 1.05 ? target : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
+    return {target, start, Side::single};
+}
+
+DensityProblem saturated_vapour_problem(double T_K) {
+    const double theta = T_K / critical_temperature_K;
+    const double start = saturated_vapour_density_kgm3(T_K) / critical_density_kgm3;
+    return {ideal_density(saturation_pressure_MPa(T_K), theta), start, Side::vapour};
+}
+
+// Everything that follows from the temperature and the reduced density (IAPWS R6-95(2018), table 3).
+Properties properties_at(double T_K, const ResidualAt& residual, double delta) {
+    constexpr double R = gas_constant_kJ_kgK;
+    const double theta = T_K / critical_temperature_K;
+    const Helmholtz r = residual.all(delta);
+    const IdealGas ideal = ideal_gas(T_K);
+    const double z = r.compressibility();
+    const double stiffness = r.stiffness();
+    const double thermal = 1.0 + r.d - r.dt;
+
+    const double cv = ideal.cv_kJ_kgK - R * r.tt;
+    const double cp = cv + R * thermal * thermal / stiffness;
+    const double rho = critical_density_kgm3 * delta;
+    const double chi = ideal_reduced_density * delta / (stiffness * theta);
+    return {rho, viscosity_uPas(T_K, rho, chi), ideal.h_kJ_kg + R * T_K * (r.t + r.d),
+            stiffness * cp / (z * cv)};
+}
+
+bool solve(double T_K, const DensityProblem& problem, Properties& out) {
+    const ResidualAt residual(critical_temperature_K / T_K);
+    const DensityRoot root = solve_density(residual, problem);
+    if (!root.found) return false;
+    out = properties_at(T_K, residual, root.delta);
+    return true;
+}
+
+}  // namespace
+
+bool single_phase(double T_K, double p_MPa, Properties& out) {
+    out = Properties{};
+    if (!temperature_in_range(T_K) || !pressure_in_range(p_MPa)) return false;
+    return solve(T_K, single_phase_problem(T_K, p_MPa), out);
+}
+
+bool saturated_vapour(double T_K, Properties& out) {
+    out = Properties{};
+    if (!(min_temperature_K <= T_K && T_K <= near_critical_K)) return false;
+    return solve(T_K, saturated_vapour_problem(T_K), out);
+}
+
+Phase phase(double p_MPa, double T_K, double tolerance_MPa, double& saturation_MPa) {
+    constexpr double min_pressure_MPa = 0.001;
+    constexpr double steam_from_MPa = 21.5;
+    constexpr double water_to_K = 373.15;
+
+    saturation_MPa = 0.0;
+    if (!(min_pressure_MPa <= p_MPa && p_MPa <= max_pressure_MPa)) return Phase::undecided;
+    if (!temperature_in_range(T_K)) return Phase::undecided;
+
+    saturation_MPa = saturation_pressure_MPa(T_K);
+    // The order is deliberate: limits of temperature and pressure come before the saturation line.
+    if (T_K >= near_critical_K || p_MPa >= steam_from_MPa) return Phase::steam;
+    if (T_K <= water_to_K) return Phase::water;
+    if (saturation_MPa - tolerance_MPa <= p_MPa && p_MPa <= saturation_MPa + tolerance_MPa)
+        return Phase::saturated;
+    return p_MPa > saturation_MPa + tolerance_MPa ? Phase::water : Phase::steam;
+}
+
+}  // namespace kalorfix::water
