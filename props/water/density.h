@@ -5,17 +5,9 @@
 
 namespace kalorfix::water {
 
-/// Which root is wanted. Below the critical temperature the pressure decides between two.
-enum class Side {
-    liquid,
-    vapour,
-    single,  ///< at and above the critical temperature there is one root only
-};
-
 struct DensityProblem {
     double target;  ///< p / (rho_c R T)
-    double start;   ///< start value of the reduced density
-    Side side;
+    double start;   ///< start value of the reduced density; below T_c it selects the liquid or the vapour root
 };
 
 struct DensityRoot {
@@ -25,13 +17,13 @@ struct DensityRoot {
     bool found;
 };
 
-/// Solves delta (1 + delta phi_d) = target. The Newton iteration comes first, and what it converges to is
-/// the result: it stops when |step| <= 1e-6 |delta|, after which delta is good to some 1e-12. Where it does not
-/// converge within `newton_step_cap` steps, which happens only within a few mK of the critical point, a
-/// bracketing method solves the same equation on the wanted side.
+/// Solves delta (1 + delta phi_d) = target. The Newton iteration comes first, and what it converges to is the
+/// result: it stops when |step| <= 1e-6 |delta|, after which delta is good to some 1e-12. Where it does not
+/// converge to a density within `newton_step_cap` steps, which happens only within some mK of the critical point,
+/// a bracketing method solves the same equation.
 [[nodiscard]] DensityRoot solve_density(const ResidualAt& residual, const DensityProblem& problem);
 
 inline constexpr int newton_step_cap = 100;
-inline constexpr int bracket_step_cap = 300;
+inline constexpr int bracket_step_cap = 200;
 
 }  // namespace kalorfix::water

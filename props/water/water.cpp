@@ -23,17 +23,17 @@ DensityProblem single_phase_problem(double T_K, double p_MPa) {
     if (theta < 1.0) {
         constexpr double liquid_start = 3.2;
         if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa)
-            return {target, liquid_start, Side::liquid};
-        return {target, target, Side::vapour};
+            return {target, liquid_start};
+        return {target, target};
     }
     const double start = pi < 1.05 ? target : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
-    return {target, start, Side::single};
+    return {target, start};
 }
 
 DensityProblem saturated_vapour_problem(double T_K) {
     const double theta = T_K / critical_temperature_K;
     const double start = saturated_vapour_density_kgm3(T_K) / critical_density_kgm3;
-    return {ideal_density(saturation_pressure_MPa(T_K), theta), start, Side::vapour};
+    return {ideal_density(saturation_pressure_MPa(T_K), theta), start};
 }
 
 // Everything that follows from the temperature and the reduced density (IAPWS R6-95(2018), table 3).

@@ -1,0 +1,70 @@
+#include "tools/host.h"
+
+#include <dlfcn.h>
+
+#include <new>
+#include <stdexcept>
+
+namespace kalorfix::host {
+namespace {
+
+template <class Pointer>
+void bind(void* handle, const char* symbol, Pointer& target) {
+    target = reinterpret_cast<Pointer>(dlsym(handle, symbol));
+    if (!target) throw std::runtime_error(std::string("the library does not export ") + symbol);
+}
+
+Exports bind_all(void* handle) {
+    Exports e{};
+    bind(handle, "mg_init_tr", e.mg_init_tr);
+    bind(handle, "mt_init_tr", e.mt_init_tr);
+    bind(handle, "mg_param_tr", e.mg_param_tr);
+    bind(handle, "mt_param_tr", e.mt_param_tr);
+    bind(handle, "mg_mgn_param", e.mg_mgn_param);
+    bind(handle, "mt_mgn_param", e.mt_mgn_param);
+    bind(handle, "mt_param_tn", e.mt_param_tn);
+    bind(handle, "mt_tf_param", e.mt_tf_param);
+    bind(handle, "t_param_1", e.t_param_1);
+    bind(handle, "t_phase_1", e.t_phase_1);
+    bind(handle, "T_kr", e.T_kr);
+    bind(handle, "p_kr", e.p_kr);
+    bind(handle, "_Z9abs_clockv", e.abs_clock);
+    bind(handle, "_Z12OpenAbsClockv", e.OpenAbsClock);
+    bind(handle, "_Z7timeconP7timevalP8timespec", e.timecon);
+    bind(handle, "_ZN8cGas2005C1Ev", e.make_gas);
+    bind(handle, "_ZN10cTeplo2005C1Ev", e.make_heat);
+    bind(handle, "_ZN11cCommon20057Init_TREcscddddddcddRc", e.Init_TR);
+    bind(handle, "_ZN11cCommon20058Param_trERdS0_S0_S0_S0_", e.Param_tr);
+    bind(handle, "_ZN11cCommon200515Countq_mReCK_shEiddd", e.Countq_mReCK_sh);
+    bind(handle, "_ZN11cCommon200512CountepsilonEd", e.Countepsilon);
+    bind(handle, "_ZN8cGas20059mgn_ParamEcddddRdS0_S0_S0_S0_S0_S0_S0_", e.gas_mgn_Param);
+    bind(handle, "_ZN10cTeplo20059mgn_ParamEcdddRdS0_S0_S0_S0_S0_S0_", e.heat_mgn_Param);
+    bind(handle, "_ZN10cTeplo20058Param_tnEddddddRsRdS1_", e.Param_tn);
+    bind(handle, "_ZN10cTeplo20058tf_ParamEctdRdS0_S0_S0_", e.tf_Param);
+    return e;
+}
+
+template <class Calculator>
+Owned<Calculator> make(void (*constructor)(void*)) {
+    void* const place = ::operator new(sizeof(Calculator));
+    constructor(place);
+    return Owned<Calculator>(static_cast<Calculator*>(place));
+}
+
+}  // namespace
+
+void Library::Closer::operator()(void* handle) const { dlclose(handle); }
+
+// The bare name is looked up along the run path of this program, then as the system's loader does.
+Library::Library(const std::string& path)
+    : handle_(dlopen(path.empty() ? "kalorfix.so" : path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    if (!handle_) throw std::runtime_error(std::string("cannot open the library: ") + dlerror());
+    exports_ = bind_all(handle_.get());
+}
+
+Owned<cGas2005> Library::gas_calculator() const { return make<cGas2005>(exports_.make_gas); }
+Owned<cTeplo2005> Library::heat_calculator() const { return make<cTeplo2005>(exports_.make_heat); }
+
+void* Library::symbol(const char* name) const { return dlsym(handle_.get(), name); }
+
+}  // namespace kalorfix::host

@@ -1,0 +1,81 @@
+// The library as a host sees it: opened with dlopen, called through its exported symbols.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "kalorfix.h"
+
+namespace kalorfix::host {
+
+/// The exports that the tools use. Members of the calculators are called as plain functions that take the object
+/// first, which is what they are in the Itanium C++ ABI that all Linux targets share.
+struct Exports {
+    decltype(&::mg_init_tr) mg_init_tr;
+    decltype(&::mt_init_tr) mt_init_tr;
+    decltype(&::mg_param_tr) mg_param_tr;
+    decltype(&::mt_param_tr) mt_param_tr;
+    decltype(&::mg_mgn_param) mg_mgn_param;
+    decltype(&::mt_mgn_param) mt_mgn_param;
+    decltype(&::mt_param_tn) mt_param_tn;
+    decltype(&::mt_tf_param) mt_tf_param;
+    decltype(&::t_param_1) t_param_1;
+    decltype(&::t_phase_1) t_phase_1;
+    const double* T_kr;
+    const double* p_kr;
+    decltype(&::abs_clock) abs_clock;
+    decltype(&::OpenAbsClock) OpenAbsClock;
+    decltype(&::timecon) timecon;
+
+    void (*make_gas)(void* place);
+    void (*make_heat)(void* place);
+    char (*Init_TR)(cCommon2005*, char, short, char, double, double, double, double, double, double, char, double,
+                    double, char&);
+    char (*Param_tr)(cCommon2005*, double&, double&, double&, double&, double&);
+    char (*Countq_mReCK_sh)(cCommon2005*, int, double, double, double);
+    char (*Countepsilon)(cCommon2005*, double);
+    char (*gas_mgn_Param)(cGas2005*, char, double, double, double, double, double&, double&, double&, double&,
+                          double&, double&, double&, double&);
+    char (*heat_mgn_Param)(cTeplo2005*, char, double, double, double, double&, double&, double&, double&, double&,
+                           double&, double&);
+    char (*Param_tn)(cTeplo2005*, double, double, double, double, double, double, short&, double&, double&);
+    char (*tf_Param)(cTeplo2005*, char, unsigned short, double, double&, double&, double&, double&);
+};
+
+/// Ends a calculator of one's own: the library's destructor, then the memory that this program gave.
+struct CalculatorEnd {
+    template <class Calculator>
+    void operator()(Calculator* calculator) const {
+        calculator->~Calculator();
+        ::operator delete(static_cast<void*>(calculator));
+    }
+};
+template <class Calculator>
+using Owned = std::unique_ptr<Calculator, CalculatorEnd>;
+
+/// An opened library. Closing it destroys every channel that was made through it.
+class Library {
+public:
+    /// Opens the file, or with an empty path kalorfix.so beside the program, in the library directory of its
+    /// installation or wherever the system's loader finds it. Throws std::runtime_error with one clear line when
+    /// the file cannot be opened or lacks an export.
+    explicit Library(const std::string& path = {});
+
+    const Exports* operator->() const { return &exports_; }
+
+    /// A calculator of one's own, not one of the channels. The library must outlive it.
+    [[nodiscard]] Owned<cGas2005> gas_calculator() const;
+    [[nodiscard]] Owned<cTeplo2005> heat_calculator() const;
+
+    /// The address of any symbol, null when it is not exported.
+    [[nodiscard]] void* symbol(const char* name) const;
+
+private:
+    struct Closer {
+        void operator()(void* handle) const;
+    };
+    std::unique_ptr<void, Closer> handle_;
+    Exports exports_{};
+};
+
+}  // namespace kalorfix::host
