@@ -40,6 +40,10 @@ double averaging_coefficient(Device device, double blockage) {
     return open / std::sqrt(1.0 - row.B * (open * open));
 }
 
+double averaging_reynolds(double q_m_kgs, double D_m, double d_m, double mu_Pas) {
+    return 4.0 * q_m_kgs * d_m / (std::numbers::pi * (D_m * D_m) * mu_Pas);
+}
+
 double averaging_min_Re(Device device) {
     return averaging_min_reynolds[static_cast<std::size_t>(code(device)) - 10];
 }

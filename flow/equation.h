@@ -39,6 +39,9 @@ inline constexpr double max_pressure_ratio = 0.25;
 /// Flow coefficient of devices 10..18: linear for 10 and 11, tabulated coefficients for 12..18.
 [[nodiscard]] double averaging_coefficient(Device device, double blockage);
 
+/// Reynolds number of averaging devices: the velocity in the pipe with the width of the device as the length.
+[[nodiscard]] double averaging_reynolds(double q_m_kgs, double D_m, double d_m, double mu_Pas);
+
 /// Reynolds number that devices 10..18 must exceed.
 [[nodiscard]] double averaging_min_Re(Device device);
 

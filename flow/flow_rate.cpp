@@ -95,8 +95,7 @@ char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {
     if (device == flow::Device::configured_coefficient) valid = 1;
 
     q_m = flow::mass_flow_kgs(D, alpha_eps, dp, rho);
-    Re = flow::reynolds(q_m, D, mu) * d /
-         D;  // pipe velocity with the width of the device, as these devices use it
+    Re = flow::averaging_reynolds(q_m, D, d, mu);
     if (flow::is_averaging(device)) valid = Re > flow::averaging_min_Re(device);
     return static_cast<char>(valid);
 }

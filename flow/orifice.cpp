@@ -48,15 +48,21 @@ double cubic(const std::array<double, 4>& c, double L) {
     return c[0] + c[1] * L + c[2] * L * L + c[3] * L * L * L;
 }
 
+// The set of cubics for a Reynolds number; outside 10^4 to 10^8 all coefficients are zero.
+const RoughnessSet& roughness_set(double Re) {
+    static constexpr RoughnessSet none{};
+    for (const RoughnessSet& set : orifice_roughness)
+        if (Re > set.Re_above && Re <= set.Re_to) return set;
+    return none;
+}
+
 // Upper bound of 10^4 R_a/D, to two decimals.
 double upper_limit(double beta, double Re, double lg_Re) {
     double x = 0.0;
     if (Re > 1e4) {
+        const RoughnessSet& set = roughness_set(Re);
         const double base = beta >= 0.65 ? 0.65 : beta;
-        // Above 10^8 there is no set: all coefficients count as zero.
-        for (const RoughnessSet& set : orifice_roughness)
-            if (Re > set.Re_above && Re <= set.Re_to)
-                x = cubic(set.A, lg_Re) * std::pow(base, cubic(set.B, lg_Re)) + cubic(set.C, lg_Re);
+        x = cubic(set.A, lg_Re) * std::pow(base, cubic(set.B, lg_Re)) + cubic(set.C, lg_Re);
     } else {
         x = 0.718866 * std::pow(beta, -3.887) + 0.364;
     }

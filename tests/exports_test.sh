@@ -1,0 +1,21 @@
+#!/bin/sh
+# Compares what the library exports with the list, and what it needs with libc and libm.
+set -eu
+nm=$1 library=$2 list=$3 readelf=$4
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+grep -v '^#' "$list" | LC_ALL=C sort >"$work/wanted"
+"$nm" -D --defined-only "$library" | awk '{print $3}' | LC_ALL=C sort >"$work/exported"
+if ! diff "$work/wanted" "$work/exported" >"$work/difference"; then
+    echo "the library's exports differ from the list (< list, > library):"
+    cat "$work/difference"
+    exit 1
+fi
+"$readelf" -d "$library" >"$work/dynamic"
+grep -q 'Library soname: \[kalorfix.so\]' "$work/dynamic" || { echo "wrong SONAME"; exit 1; }
+if grep NEEDED "$work/dynamic" | grep -vE '\[(libc\.so\.6|libm\.so\.6|ld-linux[^]]*)\]'; then
+    echo "needs more than libc and libm"
+    exit 1
+fi
+grep -qE 'BIND_NOW|\(FLAGS_1\).*NOW' "$work/dynamic" || { echo "not bound at load"; exit 1; }
+echo "$(wc -l <"$work/wanted") exports as listed; libc and libm only"

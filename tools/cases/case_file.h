@@ -1,0 +1,63 @@
+// Text cases: known answers as data, for the tests and for whoever verifies the library.
+//
+// A file holds tables. A table begins with the function in brackets and has a few settings, the columns and
+// the rows:
+//
+//     # comment
+//     [t_param_1]
+//     source: where the numbers come from
+//     note: anything that the reader should know (may be repeated)
+//     fixed: mode=1 p_MPa=0.1              inputs that are the same in all rows
+//     tolerance: rho_kg_m3=5e-7 kappa=r1e-7 permitted deviation, absolute or (r) relative
+//     columns: case t_C -> status rho_kg_m3 kappa
+//     c1  26.85  computed  996.5560  22.6~r1e-3
+//
+// Inputs stand before the arrow, expected results behind it. An expected result is a number (nan and inf are
+// numbers), a word that the function knows (computed, refused, water, ...), or - for "not compared"; behind ~
+// it may carry a tolerance of its own, which replaces that of the column. A column without a tolerance must
+// be met exactly. A ~ tolerance with both parts, 1e-6,r1e-7, allows the larger of the two.
+#pragma once
+
+#include <istream>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kalorfix::cases {
+
+struct Tolerance {
+    double absolute = 0.0;
+    double relative = 0.0;
+};
+
+struct Expected {
+    std::string column;
+    double value = 0.0;
+    std::string text;  ///< as written in the file
+    Tolerance tolerance;
+};
+
+using Values = std::map<std::string, double, std::less<>>;
+
+struct Case {
+    std::string id;
+    int line = 0;
+    Values inputs;  ///< including the fixed ones
+    std::vector<Expected> expected;
+};
+
+struct Table {
+    std::string function;
+    std::string source;
+    std::vector<std::string> notes;
+    std::vector<Case> cases;
+};
+
+/// Reads all tables of a file. Throws std::runtime_error naming `name`, the line and what is wrong with it.
+[[nodiscard]] std::vector<Table> read_tables(std::istream& in, const std::string& name);
+
+/// A number or a known word as a number; nothing for anything else.
+[[nodiscard]] std::optional<double> parse_value(const std::string& text);
+
+}  // namespace kalorfix::cases

@@ -1,0 +1,228 @@
+#include "tools/cases/procedures.h"
+
+#include <cmath>
+#include <stdexcept>
+
+namespace kalorfix::cases {
+namespace {
+
+using host::Library;
+
+constexpr double pi = 3.14159265358979323846;
+constexpr double mm_per_m = 1000.0;
+
+const Values bore_inputs{{"device", 1.0},   {"metering_class", 1.0}, {"D_m", 0.1},    {"d_m", 0.0},
+                         {"beta", 0.5},     {"R_sh_m", 0.0},         {"R_a_m", -1.0}, {"t_C", 20.0},
+                         {"phase", 0.0},    {"p_Pa", 1e6},           {"dp_Pa", 1e4},  {"rho_kg_m3", 1.0},
+                         {"mu_Pa_s", 1e-5}, {"kappa", 1.3},          {"Re", 1e6}};
+
+// A calculator with its working geometry set directly: what the equations of the discharge coefficient and of
+// the expansibility need.
+void set_bore(cCommon2005& c, const Inputs& in) {
+    c.device_type = static_cast<unsigned char>(in["device"]);
+    c.metering_class = static_cast<unsigned char>(in["metering_class"]);
+    c.D = in["D_m"];
+    c.beta = in.given("d_m") ? in["d_m"] / c.D : in["beta"];
+    c.d = c.beta * c.D;
+    c.E = 1.0 / std::sqrt(1.0 - std::pow(c.beta, 4.0));
+    c.K_p = 1.0;
+    c.R_sh = in["R_sh_m"];
+    c.R_a = in["R_a_m"] < 0.0 ? c.R_sh / pi : in["R_a_m"];
+    c.p = in["p_Pa"];
+    c.kappa = in["kappa"];
+    c.mu = in["mu_Pa_s"];
+    c.phase = static_cast<unsigned short>(in["phase"]);
+}
+
+Values discharge(const Library& library, const Inputs& in) {
+    const auto c = library.heat_calculator();
+    set_bore(*c, in);
+    c->epsilon = 1.0;
+    const double q_prev = in["Re"] * pi * c->D * c->mu / 4.0;
+    const char status = library->Countq_mReCK_sh(c.get(), 1, in["dp_Pa"], in["rho_kg_m3"], q_prev);
+    return {{"status", status}, {"C", c->C}, {"K_sh", c->K_sh}, {"Re", c->Re}, {"q_m_kg_s", c->q_m}};
+}
+
+Values expansibility(const Library& library, const Inputs& in) {
+    const auto c = library.heat_calculator();
+    set_bore(*c, in);
+    const char status = library->Countepsilon(c.get(), in["dp_Pa"]);
+    return {{"status", status}, {"epsilon", c->epsilon}};
+}
+
+const Values channel_inputs{
+    {"metering_class", 1.0}, {"device", 1.0},    {"by_material", 0.0}, {"mat_D", 0.0},   {"mat_d", 0.0},
+    {"D20_mm", 100.0},       {"d20_mm", 50.0},   {"R_sh_mm", 0.0},     {"r_n0_mm", 0.0}, {"r_n_at_end", 1.0},
+    {"tau_years", 0.0},      {"alpha_eps", 0.0}, {"t_C", 20.0},        {"p_Pa", 1e6},    {"mu_Pa_s", 1e-5},
+    {"kappa", 1.3},          {"phase", 0.0},     {"calc", 1.0},        {"dp_Pa", 1e4},   {"rho_kg_m3", 1.0},
+    {"rho_c_kg_m3", 1.0},    {"k", 1.0},         {"h_kJ_kg", 1.0},
+};
+const std::vector<std::string> channel_outputs{
+    "set_up", "geometry", "status", "D_mm", "d_mm", "beta", "E",       "K_p",      "q_m_t_h",  "q_v",
+    "q_c",    "q_e",      "q_h",    "K_sh", "C",    "Re",   "epsilon", "q_m_kg_s", "alpha_eps"};
+
+// Set-up, geometry and flow of a calculator whose medium is given, not computed.
+Values set_up_and_measure(const Library& library, cCommon2005& c, const Inputs& in) {
+    char first_init = 0;
+    const char set_up =
+        library->Init_TR(&c, static_cast<char>(in["metering_class"]), static_cast<short>(in["device"]),
+                         static_cast<char>(in["by_material"]), in["mat_D"], in["mat_d"], in["D20_mm"],
+                         in["d20_mm"], in["R_sh_mm"], in["r_n0_mm"], static_cast<char>(in["r_n_at_end"]),
+                         in["tau_years"], in["alpha_eps"], first_init);
+    c.t = in["t_C"];
+    c.p = in["p_Pa"];
+    c.mu = in["mu_Pa_s"];
+    c.kappa = in["kappa"];
+    c.phase = static_cast<unsigned short>(in["phase"]);
+    Values out;
+    out["set_up"] = set_up;
+    out["geometry"] = library->Param_tr(&c, out["D_mm"], out["d_mm"], out["beta"], out["E"], out["K_p"]);
+    return out;
+}
+
+void finish_channel(const cCommon2005& c, char status, Values& out) {
+    out["status"] = status;
+    out["q_m_kg_s"] = out["q_m_t_h"] / 3.6;
+    out["alpha_eps"] = c.alpha_eps;
+}
+
+Values gas_channel(const Library& library, const Inputs& in) {
+    const auto c = library.gas_calculator();
+    Values out = set_up_and_measure(library, *c, in);
+    const char status = library->gas_mgn_Param(
+        c.get(), static_cast<char>(in["calc"]), in["dp_Pa"], in["rho_kg_m3"], in["rho_c_kg_m3"], in["k"],
+        out["q_m_t_h"], out["q_v"], out["q_c"], out["q_e"], out["K_sh"], out["C"], out["Re"], out["epsilon"]);
+    out["q_h"] = 0.0;
+    finish_channel(*c, status, out);
+    return out;
+}
+
+Values heat_channel(const Library& library, const Inputs& in) {
+    const auto c = library.heat_calculator();
+    Values out = set_up_and_measure(library, *c, in);
+    const char status = library->heat_mgn_Param(c.get(), static_cast<char>(in["calc"]), in["dp_Pa"],
+                                                in["rho_kg_m3"], in["h_kJ_kg"], out["q_m_t_h"], out["q_v"],
+                                                out["q_h"], out["K_sh"], out["C"], out["Re"], out["epsilon"]);
+    out["q_c"] = out["q_e"] = 0.0;
+    finish_channel(*c, status, out);
+    return out;
+}
+
+Values water_properties(const Library& library, const Inputs& in) {
+    Values out;
+    const short result =
+        library->t_param_1(in["t_C"], in["p_MPa"], static_cast<short>(in["mode"]), &out["rho_kg_m3"],
+                           &out["mu_uPa_s"], &out["h_kJ_kg"], &out["kappa"]);
+    out["status"] = result == 0 ? 1.0 : 0.0;
+    return out;
+}
+
+Values water_phase(const Library& library, const Inputs& in) {
+    Values out;
+    out["phase"] = library->t_phase_1(in["p_MPa"], in["t_C"], in["dp_MPa"], &out["ps_MPa"]);
+    return out;
+}
+
+// State and properties of a heat carrier in a calculator of its own.
+Values heat_carrier(const Library& library, const Inputs& in) {
+    const auto c = library.heat_calculator();
+    c->metering_class = static_cast<unsigned char>(in["metering_class"]);
+    short phase = -1;
+    Values out{{"ps_MPa", -1.0},   {"ts_C", -1.0},    {"rho_kg_m3", -1.0},
+               {"mu_uPa_s", -1.0}, {"h_kJ_kg", -1.0}, {"kappa", -1.0}};
+    out["state"] = library->Param_tn(c.get(), in["t_C"], in["p_Pa"], in["hA"], in["hB"], in["dP_Pa"],
+                                     in["dT_K"], phase, out["ps_MPa"], out["ts_C"]);
+    out["phase"] = phase;
+    out["status"] = library->tf_Param(c.get(), static_cast<char>(in["source"]),
+                                      static_cast<unsigned short>(in["phase_req"]), in["x"], out["rho_kg_m3"],
+                                      out["mu_uPa_s"], out["h_kJ_kg"], out["kappa"]);
+    out["p_Pa"] = c->p;
+    out["phase_used"] = c->phase;
+    return out;
+}
+
+std::map<std::string, Procedure, std::less<>> make_procedures() {
+    return {
+        {"discharge",
+         {"discharge coefficient and roughness correction at a given Reynolds number",
+          bore_inputs,
+          {"status", "C", "K_sh", "Re", "q_m_kg_s"},
+          discharge}},
+        {"expansibility", {"expansibility factor", bore_inputs, {"status", "epsilon"}, expansibility}},
+        {"gas_channel",
+         {"set-up, geometry and flow of a gas channel", channel_inputs, channel_outputs, gas_channel}},
+        {"heat_channel",
+         {"set-up, geometry and flow of a heat-carrier channel", channel_inputs, channel_outputs,
+          heat_channel}},
+        {"t_param_1",
+         {"properties of water and steam",
+          {{"t_C", 0.0}, {"p_MPa", 0.1}, {"mode", 1.0}},
+          {"status", "rho_kg_m3", "mu_uPa_s", "h_kJ_kg", "kappa"},
+          water_properties}},
+        {"t_phase_1",
+         {"phase of water and steam",
+          {{"t_C", 0.0}, {"p_MPa", 0.1}, {"dp_MPa", 0.0}},
+          {"phase", "ps_MPa"},
+          water_phase}},
+        {"heat_carrier",
+         {"state and properties of a heat carrier; results that were not written read -1",
+          {{"metering_class", 0.0},
+           {"t_C", 0.0},
+           {"p_Pa", 1e5},
+           {"hA", 0.0},
+           {"hB", 0.0},
+           {"dP_Pa", 0.0},
+           {"dT_K", 0.0},
+           {"source", 0.0},
+           {"phase_req", 0.0},
+           {"x", 0.0}},
+          {"state", "phase", "ps_MPa", "ts_C", "status", "rho_kg_m3", "mu_uPa_s", "h_kJ_kg", "kappa", "p_Pa",
+           "phase_used"},
+          heat_carrier}},
+    };
+}
+
+}  // namespace
+
+double Inputs::operator[](const std::string& name) const {
+    const auto found = given_.find(name);
+    return found != given_.end() ? found->second : defaults_.at(name);
+}
+
+const std::map<std::string, Procedure, std::less<>>& procedures() {
+    static const std::map<std::string, Procedure, std::less<>> all = make_procedures();
+    return all;
+}
+
+bool met(double computed, double expected, const Tolerance& tolerance) {
+    if (std::isnan(expected)) return std::isnan(computed);
+    if (std::isinf(expected)) return computed == expected;
+    return std::fabs(computed - expected) <=
+           std::fmax(tolerance.absolute, tolerance.relative * std::fabs(expected));
+}
+
+std::vector<Finding> run(const host::Library& library, const Table& table) {
+    const auto found = procedures().find(table.function);
+    if (found == procedures().end()) throw std::runtime_error("no such function: " + table.function);
+    const Procedure& procedure = found->second;
+
+    std::vector<Finding> findings;
+    for (const Case& one : table.cases) {
+        for (const auto& [name, value] : one.inputs)
+            if (!procedure.inputs.contains(name))
+                throw std::runtime_error(table.function + " has no input " + name);
+        const Values results = procedure.call(library, Inputs(procedure.inputs, one.inputs));
+        for (const Expected& expected : one.expected) {
+            const auto result = results.find(expected.column);
+            if (result == results.end())
+                throw std::runtime_error(table.function + " has no result " + expected.column);
+            const Tolerance& t = expected.tolerance;
+            findings.push_back({&one, &expected, result->second, result->second - expected.value,
+                                std::fmax(t.absolute, t.relative * std::fabs(expected.value)),
+                                met(result->second, expected.value, t)});
+        }
+    }
+    return findings;
+}
+
+}  // namespace kalorfix::cases

@@ -1,0 +1,54 @@
+// What the text cases can ask of the library.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/cases/case_file.h"
+#include "tools/host.h"
+
+namespace kalorfix::cases {
+
+/// The inputs of a case: those that the row gives, the defaults of the procedure for the others.
+class Inputs {
+public:
+    Inputs(const Values& defaults, const Values& given) : defaults_(defaults), given_(given) {}
+    double operator[](const std::string& name) const;
+    [[nodiscard]] bool given(const std::string& name) const { return given_.contains(name); }
+
+private:
+    const Values& defaults_;
+    const Values& given_;
+};
+
+/// One way of asking: it calls the library with the inputs and returns the results by name.
+struct Procedure {
+    std::string what;  ///< what it does, for people
+    Values inputs;     ///< every input with its default
+    std::vector<std::string> outputs;
+    std::function<Values(const host::Library&, const Inputs&)> call;
+};
+
+/// All procedures by the name that a table gives in brackets.
+[[nodiscard]] const std::map<std::string, Procedure, std::less<>>& procedures();
+
+/// One compared value.
+struct Finding {
+    const Case* where = nullptr;
+    const Expected* expected = nullptr;
+    double computed = 0.0;
+    double deviation = 0.0;
+    double permitted = 0.0;
+    bool passed = false;
+};
+
+/// Runs every case of a table. Throws std::runtime_error when the table names a function, an input or an output
+/// that does not exist.
+[[nodiscard]] std::vector<Finding> run(const host::Library& library, const Table& table);
+
+/// Whether a value is met: |computed - expected| within the tolerance, so that a NaN fails; an expected NaN or
+/// infinity must be met as such.
+[[nodiscard]] bool met(double computed, double expected, const Tolerance& tolerance);
+
+}  // namespace kalorfix::cases
