@@ -55,5 +55,9 @@ set_target_properties(
 # Functions bind inside the library; exported variables keep ordinary rules, so that a program linked against
 # the library reads their live values.
 target_link_options(
-  kalorfix PRIVATE "-Wl,--version-script=${_version_script}" "-Wl,-Bsymbolic-functions,-z,defs,-z,relro,-z,now"
-  "-Wl,--as-needed" -static-libstdc++ -static-libgcc)
+  kalorfix PRIVATE "-Wl,--version-script=${_version_script}" "-Wl,-Bsymbolic-functions,-z,relro,-z,now"
+  "-Wl,--as-needed")
+if(NOT KALORFIX_SANITIZE)
+  # A controller's system may be older than the compiler's libraries: bring them along.
+  target_link_options(kalorfix PRIVATE "-Wl,-z,defs" -static-libstdc++ -static-libgcc)
+endif()

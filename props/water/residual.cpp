@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kalorfix::water {
 namespace {
 
-// A Gaussian factor below exp(-100) cannot reach the last bit of any sum that it enters.
-constexpr double negligible_exponent = 100.0;
+// A factor exp(-60) cannot reach the last bit of any sum that it enters, whatever its derivatives multiply it by.
+constexpr double negligible_exponent = 60.0;
 
 constexpr int max_delta_power = 15;
 
@@ -122,15 +123,21 @@ private:
 
 constexpr double square(double x) { return x * x; }
 
-// --- Terms 55 and 56 ---------------------------------------------------------------------------------
+// Calls f.operator()<0>() to f.operator()<count - 1>(): straight-line code with constant indices.
+template <std::size_t count, class Function>
+void unrolled(Function&& f) {
+    [&]<std::size_t... k>(std::index_sequence<k...>) { (f.template operator()<k>(), ...); }
+    (std::make_index_sequence<count>{});
+}
 
-// Delta(delta, tau) with its derivatives, common to both terms. The powers of (delta - 1)^2 are written
-// so that nothing is divided by delta - 1.
+// --- Terms 55 and 56: F = n delta Delta^b psi ------------------------------------------------------------
+
+// Delta(delta, tau) with its derivatives, divided by Delta; common to both terms. The powers of (delta - 1)^2 are
+// written so that nothing is divided by delta - 1.
 struct Distance {
     double ln_Delta;
-    double theta;
-    double d, dd;    // Delta_d, Delta_dd
-    double dt_part;  // Delta_dt = -2 A / beta (delta - 1) ((delta - 1)^2)^(1/(2 beta) - 1)
+    double inverse;       // 1 / Delta
+    double d, dd, t, dt;  // Delta_d / Delta and so on; Delta_tt is 2
 };
 
 // Gives false where Delta is zero: at the critical point itself the second derivatives do not exist.
@@ -148,62 +155,39 @@ bool distance(double delta, double tau, Distance& out) {
     if (!(Delta > 0.0)) return false;
 
     const double slope = 2.0 * A * theta / beta * y_2_3 + 2.0 * B * a * y_5_2;  // Delta_d / (delta - 1)
-    out.ln_Delta = std::log(Delta);
-    out.theta = theta;
-    out.d = x * slope;
-    out.dd = slope + 4.0 * B * a * (a - 1.0) * y_5_2 + 2.0 * square(A / beta) * y * y_2_3 * y_2_3 +
-             4.0 * A * theta / beta * (half_inverse_beta - 1.0) * y_2_3;
-    out.dt_part = -2.0 * A / beta * x * y_2_3;
+    const double curve = slope + 4.0 * B * a * (a - 1.0) * y_5_2 + 2.0 * square(A / beta) * y * y_2_3 * y_2_3 +
+                         4.0 * A * theta / beta * (half_inverse_beta - 1.0) * y_2_3;
+    const double inverse = 1.0 / Delta;
+    out = {std::log(Delta),        inverse,
+           x * slope * inverse,    curve * inverse,
+           -2.0 * theta * inverse, -2.0 * A / beta * x * y_2_3 * inverse};
     return true;
 }
 
-// Delta^b with its derivatives by delta and tau (the chain rule written out).
-struct DistancePower {
-    double value, d, dd, t, tt, dt;
-};
-
-DistancePower distance_power(const Distance& s, double b) {
-    const double value = std::exp(b * s.ln_Delta);
-    const double first = b * std::exp((b - 1.0) * s.ln_Delta);
-    const double second = (b - 1.0) * first * std::exp(-s.ln_Delta);
-    const double Delta_t = -2.0 * s.theta;  // and Delta_tt = 2
-    return {value,
-            first * s.d,
-            first * s.dd + second * s.d * s.d,
-            first * Delta_t,
-            2.0 * first + second * Delta_t * Delta_t,
-            first * s.dt_part + second * s.d * Delta_t};
-}
-
+// Adds the terms by the derivatives of l = ln(Delta^b psi).
 void add_nonanalytic(double delta, double tau, Helmholtz& sum) {
     const double x = delta - 1.0;
     const double s = tau - 1.0;
-    Distance shape{};
-    bool shaped = false;
+    Distance D{};
+    bool known = false;
     for (const NonanalyticTerm& term : nonanalytic_terms) {
         const double exponent = term.C * x * x + term.D * s * s;
         if (exponent > negligible_exponent) continue;
-        if (!shaped && !distance(delta, tau, shape)) return;
-        shaped = true;
+        if (!known && !distance(delta, tau, D)) return;
+        known = true;
 
-        const DistancePower P = distance_power(shape, term.b);
-        const double psi = std::exp(-exponent);
-        const double psi_d = -2.0 * term.C * x * psi;
-        const double psi_t = -2.0 * term.D * s * psi;
-        const double psi_dd = 2.0 * term.C * (2.0 * term.C * x * x - 1.0) * psi;
-        const double psi_tt = 2.0 * term.D * (2.0 * term.D * s * s - 1.0) * psi;
-        const double psi_dt = 4.0 * term.C * term.D * x * s * psi;
-        const double moved = psi + delta * psi_d;  // d(delta psi)/d(delta)
-        const double n = term.n;
-
-        sum.phi += n * P.value * delta * psi;
-        sum.d += n * delta * (P.value * moved + P.d * delta * psi);
-        sum.dd += n * delta * delta *
-                  (P.value * (2.0 * psi_d + delta * psi_dd) + 2.0 * P.d * moved + P.dd * delta * psi);
-        sum.t += n * tau * delta * (P.t * psi + P.value * psi_t);
-        sum.tt += n * tau * tau * delta * (P.tt * psi + 2.0 * P.t * psi_t + P.value * psi_tt);
-        sum.dt += n * delta * tau *
-                  (P.value * (psi_t + delta * psi_dt) + delta * P.d * psi_t + P.t * moved + P.dt * delta * psi);
+        const double F = term.n * delta * std::exp(term.b * D.ln_Delta - exponent);
+        const double l_d = delta * (term.b * D.d - 2.0 * term.C * x);
+        const double l_dd = delta * delta * (term.b * (D.dd - D.d * D.d) - 2.0 * term.C);
+        const double l_t = tau * (term.b * D.t - 2.0 * term.D * s);
+        const double l_tt = tau * tau * (term.b * (2.0 * D.inverse - D.t * D.t) - 2.0 * term.D);
+        const double l_dt = delta * tau * term.b * (D.dt - D.d * D.t);
+        sum.phi += F;
+        sum.d += F * (1.0 + l_d);
+        sum.dd += F * (2.0 * l_d + l_d * l_d + l_dd);
+        sum.t += F * l_t;
+        sum.tt += F * (l_t * l_t + l_tt);
+        sum.dt += F * (l_t + l_d * l_t + l_dt);
     }
 }
 
@@ -223,16 +207,38 @@ struct Moments {
     double m0 = 0.0, m1 = 0.0, m2 = 0.0;
 };
 
-Moments moments(const std::array<double, merged_term_count>& a, const DeltaPowers& delta, std::size_t group) {
+// The exponents are known at compile time, so this is straight-line code without a table look-up.
+template <std::size_t group>
+Moments moments(const std::array<double, merged_term_count>& a, const DeltaPowers& delta) {
+    constexpr std::size_t begin = layout.group_begin[group];
+    constexpr std::size_t count = layout.group_begin[group + 1] - begin;
     Moments sum;
-    for (std::size_t m = layout.group_begin[group]; m < layout.group_begin[group + 1]; ++m) {
-        const int d = layout.merged[m].d;
-        const double x = a[m] * delta.power[static_cast<std::size_t>(d)];
+    unrolled<count>([&]<std::size_t k>() {
+        constexpr int d = layout.merged[begin + k].d;
+        const double x = a[begin + k] * delta.power[static_cast<std::size_t>(d)];
         sum.m0 += x;
-        sum.m1 += d * x;
-        sum.m2 += (d * d) * x;
-    }
+        sum.m1 += static_cast<double>(d) * x;
+        sum.m2 += static_cast<double>(d * d) * x;
+    });
     return sum;
+}
+
+// exp(-delta^c) of a group, and u = c delta^c: each delta^d exp(-delta^c) has the logarithmic derivatives
+// (d - u) and (d - u)(d - u - 1) - c u.
+struct Decay {
+    double factor, u, c;
+
+    [[nodiscard]] double d(const Moments& m) const { return factor * (m.m1 - u * m.m0); }
+    [[nodiscard]] double dd(const Moments& m) const {
+        return factor * (m.m2 - (2.0 * u + 1.0) * m.m1 + u * (u + 1.0 - c) * m.m0);
+    }
+};
+
+template <std::size_t group>
+Decay decay(const DeltaPowers& delta) {
+    constexpr int c = group_exponents[group];
+    const double power = delta.power[static_cast<std::size_t>(c)];
+    return {c == 0 ? 1.0 : std::exp(-power), c * power, c};
 }
 
 }  // namespace
@@ -245,12 +251,15 @@ ResidualAt::ResidualAt(double tau) : tau_(tau) {
             power[static_cast<std::size_t>(step.a)] * power[static_cast<std::size_t>(step.b)];
 
     const EighthPowers eighths(tau);
-    for (std::size_t k = 0; k < polynomial_terms; ++k) term_[k] = power_terms[k].n * eighths(power_terms[k].t);
-    for (std::size_t k = polynomial_terms; k < power_terms.size(); ++k)
-        term_[k] = power_terms[k].n * power[static_cast<std::size_t>(power_terms[k].t)];
-
     merged_.fill(0.0);
-    for (std::size_t k = 0; k < power_terms.size(); ++k) merged_[layout.merged_of[k]] += term_[k];
+    unrolled<power_terms.size()>([&]<std::size_t k>() {
+        constexpr PowerTerm term = power_terms[k];
+        if constexpr (k < polynomial_terms)
+            term_[k] = term.n * eighths(term.t);
+        else
+            term_[k] = term.n * power[static_cast<std::size_t>(term.t)];
+        merged_[layout.merged_of[k]] += term_[k];
+    });
 
     bell_sum_ = 0.0;
     for (std::size_t k = 0; k < gaussian_terms.size(); ++k) {
@@ -270,16 +279,12 @@ DensityDerivatives ResidualAt::density_derivatives(double delta) const {
     const DeltaPowers powers(delta);
     DensityDerivatives sum{0.0, 0.0};
 
-    for (std::size_t g = 0; g < group_exponents.size(); ++g) {
-        const int c = group_exponents[g];
-        const Moments m = moments(merged_, powers, g);
-        // With u = c delta^c each delta^d exp(-delta^c) has the factors (d - u) and (d - u)(d - u - 1) - c u.
-        const double decay = powers.power[static_cast<std::size_t>(c)];
-        const double e = c == 0 ? 1.0 : std::exp(-decay);
-        const double u = c * decay;
-        sum.d += e * (m.m1 - u * m.m0);
-        sum.dd += e * (m.m2 - (2.0 * u + 1.0) * m.m1 + u * (u + 1.0 - c) * m.m0);
-    }
+    unrolled<group_exponents.size()>([&]<std::size_t group>() {
+        const Moments m = moments<group>(merged_, powers);
+        const Decay e = decay<group>(powers);
+        sum.d += e.d(m);
+        sum.dd += e.dd(m);
+    });
 
     if (bell_sum_ != 0.0) {
         const double x = delta - gaussian_epsilon;
@@ -305,27 +310,24 @@ Helmholtz ResidualAt::all(double delta) const {
     // The same merging for the factors t and t (t - 1) that the derivatives by tau bring.
     std::array<double, merged_term_count> merged_t{};
     std::array<double, merged_term_count> merged_tt{};
-    for (std::size_t k = 0; k < power_terms.size(); ++k) {
-        const double t = power_terms[k].t;
+    unrolled<power_terms.size()>([&]<std::size_t k>() {
+        constexpr double t = power_terms[k].t;
         merged_t[layout.merged_of[k]] += t * term_[k];
         merged_tt[layout.merged_of[k]] += t * (t - 1.0) * term_[k];
-    }
+    });
 
-    for (std::size_t g = 0; g < group_exponents.size(); ++g) {
-        const int c = group_exponents[g];
-        const Moments m = moments(merged_, powers, g);
-        const Moments mt = moments(merged_t, powers, g);
-        const Moments mtt = moments(merged_tt, powers, g);
-        const double decay = powers.power[static_cast<std::size_t>(c)];
-        const double e = c == 0 ? 1.0 : std::exp(-decay);
-        const double u = c * decay;
-        sum.phi += e * m.m0;
-        sum.d += e * (m.m1 - u * m.m0);
-        sum.dd += e * (m.m2 - (2.0 * u + 1.0) * m.m1 + u * (u + 1.0 - c) * m.m0);
-        sum.t += e * mt.m0;
-        sum.tt += e * mtt.m0;
-        sum.dt += e * (mt.m1 - u * mt.m0);
-    }
+    unrolled<group_exponents.size()>([&]<std::size_t group>() {
+        const Moments m = moments<group>(merged_, powers);
+        const Moments mt = moments<group>(merged_t, powers);
+        const Moments mtt = moments<group>(merged_tt, powers);
+        const Decay e = decay<group>(powers);
+        sum.phi += e.factor * m.m0;
+        sum.d += e.d(m);
+        sum.dd += e.dd(m);
+        sum.t += e.factor * mt.m0;
+        sum.tt += e.factor * mtt.m0;
+        sum.dt += e.d(mt);
+    });
 
     if (bell_sum_ != 0.0) {
         const double x = delta - gaussian_epsilon;

@@ -22,8 +22,7 @@ DensityProblem single_phase_problem(double T_K, double p_MPa) {
     const double target = ideal_density(p_MPa, theta);
     if (theta < 1.0) {
         constexpr double liquid_start = 3.2;
-        if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa)
-            return {target, liquid_start};
+        if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa) return {target, liquid_start};
         return {target, target};
     }
     const double start = pi < 1.05 ? target : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);

@@ -9,7 +9,6 @@ namespace {
 using host::Library;
 
 constexpr double pi = 3.14159265358979323846;
-constexpr double mm_per_m = 1000.0;
 
 const Values bore_inputs{{"device", 1.0},   {"metering_class", 1.0}, {"D_m", 0.1},    {"d_m", 0.0},
                          {"beta", 0.5},     {"R_sh_m", 0.0},         {"R_a_m", -1.0}, {"t_C", 20.0},
