@@ -7,12 +7,18 @@ add_library(
   flow/equation.cpp
   flow/flow_rate.cpp
   flow/geometry.cpp
+  flow/integration.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
   flow/pipeline.cpp
+  flow/totals.cpp
   flow/venturi.cpp
   frame/heat_exports.cpp
+  frame/lifecycle.cpp
   frame/pipeline_exports.cpp
+  frame/totals_exports.cpp
+  gas/gas_data.cpp
+  gas/gas_state.cpp
   props/heat_carrier.cpp
   props/water/density.cpp
   props/water/ideal.cpp
@@ -20,7 +26,14 @@ add_library(
   props/water/saturation.cpp
   props/water/viscosity.cpp
   props/water/water.cpp
-  runtime/clock.cpp)
+  runtime/clock.cpp
+  runtime/files.cpp
+  runtime/ini_file.cpp
+  runtime/ini_list.cpp
+  runtime/ini_text.cpp
+  runtime/ini_values.cpp
+  runtime/paths.cpp
+  runtime/tick_source.cpp)
 target_include_directories(kalorfix_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction.

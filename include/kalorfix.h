@@ -24,6 +24,23 @@
 extern "C" {
 #endif
 
+/* ---- Lifecycle -------------------------------------------------------------------------------------------- */
+
+/* Initialises the library: reads Num_gas_trub from tornkntr.ini in the settings directory, loads the gas tables from
+ * gas.dat in the system directory, and measures the controller's downtime from the stamp file dat/timewait.dat in the data
+ * directory. A missing file is no failure: defaults stay, and a message (code page 866) goes to standard output for the
+ * settings. Returns 1 when done or done before, 0 on failure. The settings file stays open until the next Init. */
+KALORFIX_API int Init(void);
+
+/* Releases the gas tables; the channels stay. Returns 1. Init may follow again. */
+KALORFIX_API int Done(void);
+
+/* 1 between a successful Init and Done. */
+KALORFIX_API extern short Is_already_init;
+
+/* Configured number of gas pipelines, at least 1 after Init; 5 by default. */
+KALORFIX_API extern short Num_gas_trub;
+
 /* ---- Pipeline ------------------------------------------------------------------------------------------- */
 
 /* Stores the pipeline constants of a gas (mg_) or heat-carrier (mt_) channel.
@@ -87,6 +104,49 @@ KALORFIX_API int mg_mgn_param(int channel, char calc, float dp, float rho, float
                               float* epsilon);
 KALORFIX_API int mt_mgn_param(int channel, char calc, float dp, float rho, float h, char* status, float* q_m,
                               float* q_v, float* q_h, float* K_sh, float* C, float* Re, float* epsilon);
+
+/* ---- Totals ----------------------------------------------------------------------------------------------- */
+
+/* Minutes of controller downtime, measured by Init. */
+KALORFIX_API extern double ProstoyTime;
+
+/* Totals one flow over the time since the last call for the same integrator channel; runs after the flow.
+ *
+ *   integrator  gas: 1 q_m, 2 q_v, 3 q_c, any other q_e; heat carrier: 1 q_m, 2 q_v, any other q_h
+ *   q_ext       flow of device 23, per hour; other devices take their own
+ *   total_host  the register as the host holds it: it is authoritative and replaces the library's own
+ *   q_subst     flow (per hour) to fill the controller's downtime with; applied once, at the channel's first call
+ *   exp10       decimal exponent of the register: each increment is multiplied by 10^-exp10
+ *
+ *   total          the new register, 0..10^6; above 10^6 it wraps once
+ *   downtime_part  the increment of this step when a downtime was applied, else 0
+ *   downtime_min   minutes of downtime applied at this call
+ *
+ * Status 0: the flow was not computed (the time is passed over, so that the next good cycle does not count it), a
+ * negative flow or register. `total` is then the host's own. */
+KALORFIX_API int mg_int_param(int channel, unsigned short integrator, float q_ext, float total_host,
+                              float q_subst, short exp10, char* status, float* total, float* downtime_part,
+                              float* downtime_min);
+KALORFIX_API int mt_int_param(int channel, unsigned short integrator, float q_ext, float total_host,
+                              float q_subst, short exp10, char* status, float* total, float* downtime_part,
+                              float* downtime_min);
+
+/* Carries the hourly (set 0) or daily (set 1) interval of an integrator channel on; runs after mg_/mt_int_param.
+ *
+ *   interval_time_host   seconds elapsed in the interval, as the host holds them; 0 starts a new interval
+ *   interval_start_host  register at the start of the interval, as the host holds it
+ *   last_result          result of the last closed interval, handed back while this one runs
+ *
+ *   interval_time, interval_start  to be kept by the host until the next call
+ *   result                         amount of the last closed interval
+ *
+ * Status 0, outputs 0: the step before failed or the set is above 1. */
+KALORFIX_API int mg_int_param_1(int channel, unsigned short integrator, unsigned short set,
+                                float interval_time_host, float interval_start_host, float last_result,
+                                char* status, float* interval_time, float* interval_start, float* result);
+KALORFIX_API int mt_int_param_1(int channel, unsigned short integrator, unsigned short set,
+                                float interval_time_host, float interval_start_host, float last_result,
+                                char* status, float* interval_time, float* interval_start, float* result);
 
 /* ---- Heat carrier ------------------------------------------------------------------------------------- */
 
@@ -154,20 +214,8 @@ KALORFIX_API short t_phase_1(double p_MPa, double t_C, double dp_MPa, double* ps
 
 /* ---- Exported with C++ names ------------------------------------------------------------------------------- */
 
-#include <sys/time.h>
-#include <time.h>
-
 #include "kalorfix_calculators.h"
-
-/// Prepares the tick clock; nothing needs preparing. Returns 0.
-KALORFIX_API int OpenAbsClock();
-
-/// The tick counter of the process-times clock: 32 bits, wraps; sysconf(_SC_CLK_TCK) ticks a second, not
-/// moved by setting the wall clock. A failing times() gives the negated errno.
-KALORFIX_API int abs_clock();
-
-/// Converts seconds and microseconds to seconds and nanoseconds. Both pointers must be valid.
-KALORFIX_API void timecon(timeval* from, timespec* to);
+#include "kalorfix_runtime.h"
 
 #endif /* __cplusplus */
 

@@ -60,6 +60,18 @@ public:
     /// Expansibility factor for devices 1..9; refused above dp/p = 0.25, exactly 1 for liquid water.
     char Countepsilon(double dp);
 
+    /// One integration step of a flow q (per hour) over dt seconds. With `apply_downtime` the downtime measured at
+    /// Init is filled in with q_subst (per hour, its 1/60 a minute). `total` = increment * 10^-exp10 + total_prev, less 10^6
+    /// once when above it. Refused, outputs unwritten, when q or total_prev is negative.
+    char in_Param(double q, double total_prev, double dt_s, short exp10, double q_subst, char apply_downtime,
+                  double& downtime_min_out, double& total_out, double& downtime_part);
+
+    /// One step of an hourly (set 0) or daily (set 1) interval; closes it with the difference of totals as its
+    /// result. Returns 1; a set above 1 is refused with the outputs unwritten.
+    char in2_Param(float dt_s, float downtime_minutes, unsigned short set, double total_now,
+                   double interval_time_s, double interval_start_total, double last_result,
+                   double& interval_time_out, double& interval_start_out, double& result);
+
     unsigned char metering_class;  ///< 0 or 1; 3 = never configured
     unsigned char device_type;     ///< 1..23
     unsigned char by_material;     ///< 1: mat_D, mat_d are codes 1..39; 0: expansion coefficients
@@ -107,6 +119,17 @@ public:
                    double& q_c_out, double& q_e_out, double& K_sh_out, double& C_out, double& Re_out,
                    double& epsilon_out);
 
+    /// One totalising step of an integrator channel (arguments as in mg_int_param). The total handed out on a refusal
+    /// is the host's own.
+    char int_Param(unsigned short integrator, double q_ext, float total_host, double q_subst, short exp10,
+                   double& total_out, double& downtime_part, double& downtime_min_out);
+
+    /// One interval step of an integrator channel (arguments as in mg_int_param_1). A refusal leaves the outputs
+    /// unwritten.
+    char int2_Param(unsigned short integrator, unsigned short set, float interval_time_host,
+                    float interval_start_host, double last_result, double& interval_time_out,
+                    double& interval_start_out, double& result);
+
     short Method;                 ///< compressibility method as given
     double Xi_in[15];             ///< composition as given
     double Xi_sum;                ///< its sum
@@ -147,6 +170,17 @@ public:
     /// refused after its (zero) flow was computed.
     char mgn_Param(char calc, double dp, double rho, double h, double& q_m_out, double& q_v_out,
                    double& q_h_out, double& K_sh_out, double& C_out, double& Re_out, double& epsilon_out);
+
+    /// One totalising step of an integrator channel (arguments as in mt_int_param). The total handed out on a refusal
+    /// is the host's own.
+    char int_Param(unsigned short integrator, double q_ext, float total_host, double q_subst, short exp10,
+                   double& total_out, double& downtime_part, double& downtime_min_out);
+
+    /// One interval step of an integrator channel (arguments as in mt_int_param_1). A refusal leaves the outputs
+    /// unwritten.
+    char int2_Param(unsigned short integrator, unsigned short set, float interval_time_host,
+                    float interval_start_host, double last_result, double& interval_time_out,
+                    double& interval_start_out, double& result);
 
     double dP_sat;                ///< pressure tolerance of the saturation test, Pa
     double T_sat;                 ///< saturation temperature at `p`, degC

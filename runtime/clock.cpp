@@ -1,17 +1,15 @@
 // The tick clock: a counter that setting the wall clock does not move.
-#include <sys/times.h>
-
 #include <cerrno>
 #include <cstdint>
 
-#include "kalorfix.h"
+#include "kalorfix_runtime.h"
+#include "runtime/tick_source.h"
 
 int OpenAbsClock() { return 0; }
 
 int abs_clock() {
-    tms unused{};
-    const clock_t ticks = times(&unused);
-    if (ticks == static_cast<clock_t>(-1)) return -errno;
+    const long ticks = kalorfix::process_ticks();
+    if (ticks == -1) return -errno;
     return static_cast<int>(static_cast<std::uint32_t>(ticks));
 }
 

@@ -1,0 +1,79 @@
+// Loading and releasing the gas data tables.
+#include "gas/gas_data.h"
+
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+
+#include "kalorfix_gas.h"
+#include "runtime/files.h"
+
+namespace gas = kalorfix::gas;
+
+namespace {
+
+// The file is little-endian on every machine. False at the end of the file.
+bool read_value(std::FILE* file, float& value) {
+    std::array<unsigned char, 4> bytes{};
+    if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
+    const std::uint32_t bits = bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 |
+                               static_cast<std::uint32_t>(bytes[2]) << 16 |
+                               static_cast<std::uint32_t>(bytes[3]) << 24;
+    value = std::bit_cast<float>(bits);
+    return true;
+}
+
+// The first two blocks pass through one variable: past the end of a short file they repeat its last value.
+constexpr std::size_t repeating_blocks = 2;
+
+}  // namespace
+
+int Step_Init(int block) {
+    const bool known = block >= 0 && static_cast<std::size_t>(block) < gas::block_count;
+    return known ? gas::blocks[static_cast<std::size_t>(block)].values : 0;
+}
+
+int Watcom_Init() {
+    if (!kalorfix::open_regular(PATH_SRAM_FOR_LOADTABL, "rb")) return 1;
+    for (const gas::Block& block : gas::blocks) {
+        std::free(*block.table);
+        *block.table = static_cast<float*>(std::calloc(static_cast<std::size_t>(block.values), sizeof(float)));
+        if (!*block.table) return 1;
+    }
+    return 0;
+}
+
+int Watcom_Load() {
+    const kalorfix::File file = kalorfix::open_regular(PATH_SRAM_FOR_LOADTABL, "rb");
+    if (!file) return 1;
+    float last = 0.0F;
+    for (std::size_t b = 0; b < gas::block_count; ++b) {
+        float* const table = *gas::blocks[b].table;
+        if (!table) return 1;
+        for (int j = 0; j < gas::blocks[b].values; ++j)
+            if (b < repeating_blocks) {
+                read_value(file.get(), last);
+                table[j] = last;
+            } else {
+                read_value(file.get(), table[j]);
+            }
+    }
+    return 0;
+}
+
+int INIT_GAS() {
+    Gas_Not_Init = 1;
+    if (Watcom_Init() != 0 || Watcom_Load() != 0) {
+        Gas_Not_Init = 0;
+        return 1;
+    }
+    return 0;
+}
+
+void REINIT_GAS() {
+    for (const gas::Block& block : gas::blocks) {
+        std::free(*block.table);
+        *block.table = nullptr;
+    }
+}

@@ -1,0 +1,23 @@
+// The layout of the gas data file.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace kalorfix::gas {
+
+/// One block of the file: a table of single-precision values, stored in index order.
+struct Block {
+    float** table;     ///< exported pointer
+    const char* name;  ///< its name
+    int values;
+};
+
+inline constexpr std::size_t block_count = 31;
+inline constexpr std::size_t file_values = 1915;
+inline constexpr std::size_t file_bytes = 4 * file_values;
+
+/// The blocks in the order of the file.
+extern const std::array<Block, block_count> blocks;
+
+}  // namespace kalorfix::gas

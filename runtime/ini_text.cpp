@@ -1,0 +1,87 @@
+#include "runtime/ini_text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+namespace kalorfix::ini {
+
+int skip_comment(std::FILE* file) {
+    int c = 0;
+    do c = std::fgetc(file);
+    while (c != '\n' && c != EOF);
+    return c;
+}
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && is_blank(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
+    while (!text.empty() && is_blank(static_cast<unsigned char>(text.back()))) text.remove_suffix(1);
+    return text;
+}
+
+void copy_text(std::string_view text, char* result) {
+    std::memcpy(result, text.data(), text.size());
+    result[text.size()] = '\0';
+}
+
+Words split_header(std::string_view header) {
+    Words words{};
+    std::size_t count = 0;
+    bool in_word = false;
+    std::size_t begin = 0;
+    for (std::size_t k = 0; k < header.size(); ++k) {
+        const bool space = is_space(static_cast<unsigned char>(header[k]));
+        if (!space && !in_word) {
+            begin = k;
+            in_word = true;
+        } else if (space && in_word) {
+            words.word[count++] = header.substr(begin, k - begin);
+            in_word = false;
+            if (count == words.word.size()) {
+                words.too_many = true;
+                return words;
+            }
+        }
+    }
+    if (in_word) words.word[count] = header.substr(begin);
+    return words;
+}
+
+std::int32_t parse_integer(std::string_view text) {
+    constexpr std::int64_t lowest = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int64_t highest = std::numeric_limits<std::int32_t>::max();
+    const bool negative = !text.empty() && text.front() == '-';
+    if (negative) text.remove_prefix(1);
+    std::int64_t value = 0;
+    for (const char c : text) {
+        if (!is_digit(c)) break;
+        value = std::min<std::int64_t>(10 * value + (c - '0'), highest + 1);
+    }
+    return static_cast<std::int32_t>(std::clamp(negative ? -value : value, lowest, highest));
+}
+
+double parse_number(std::string_view text) {
+    double value = 0.0;
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    if (error == std::errc::result_out_of_range) {
+        // Some 300 digits before the point overflow, as many zeros behind it underflow.
+        const std::size_t first = text.find_first_of("123456789");
+        if (first > text.find('.')) return 0.0;
+        value = text.front() == '-' ? -HUGE_VAL : HUGE_VAL;
+    }
+    return value;
+}
+
+void read_number_text(std::FILE* file, bool point, Buffer<999>& text) {
+    while (!text.full()) {
+        const int c = std::fgetc(file);
+        if (c == ' ') continue;
+        if (!is_digit(c) && c != '-' && !(point && c == '.')) return;
+        text.append(c);
+    }
+}
+
+}  // namespace kalorfix::ini
