@@ -1,0 +1,297 @@
+// Totals and intervals under a clock that the test turns.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <cstdint>
+#include <memory>
+
+#include "flow/integration.h"
+#include "kalorfix.h"
+#include "runtime/tick_source.h"
+
+namespace {
+
+std::uint32_t ticks = 0;
+int clock_error = 0;
+
+}  // namespace
+
+// In place of the library's own.
+long kalorfix::process_ticks() {
+    if (clock_error == 0) return static_cast<long>(static_cast<std::int64_t>(ticks));
+    errno = clock_error;
+    return -1;
+}
+
+namespace {
+
+const auto rate = static_cast<std::uint32_t>(sysconf(_SC_CLK_TCK));
+
+// The registers that a host keeps for one integrator channel.
+struct Register {
+    float total = 0, time[2] = {0, 0}, start[2] = {0, 0}, result[2] = {0, 0};
+    float downtime_part = 0, downtime_min = 0;
+    int closed[2] = {0, 0};
+};
+
+// A calculator whose flows are set by hand; `valid` as the flow computation would leave it.
+template <class Calculator>
+struct Channel {
+    std::unique_ptr<Calculator> c = std::make_unique<Calculator>();
+    short exp10 = 0;
+    double q_subst = 0.0;
+
+    explicit Channel(unsigned char device = 3) { c->device_type = device; }
+
+    char totalise(unsigned short integrator, Register& r, double q_ext = 0.0) {
+        c->valid = 1;
+        return continue_with_valid(integrator, r, q_ext);
+    }
+    char continue_with_valid(unsigned short integrator, Register& r, double q_ext = 0.0) {
+        double total = 0, part = 0, minutes = 0;
+        const char status = c->int_Param(integrator, q_ext, r.total, q_subst, exp10, total, part, minutes);
+        r.total = static_cast<float>(total);
+        r.downtime_part = static_cast<float>(part);
+        r.downtime_min = static_cast<float>(minutes);
+        return status;
+    }
+    char interval(unsigned short integrator, unsigned short set, Register& r) {
+        double time = 0, start = 0, result = 0;
+        const char status = c->int2_Param(integrator, set, r.time[set], r.start[set],
+                                          static_cast<double>(r.result[set]), time, start, result);
+        if (status != 1) return status;
+        r.closed[set] += r.time[set] > 1.0F && time < 1.0;
+        r.time[set] = static_cast<float>(time);
+        r.start[set] = static_cast<float>(start);
+        r.result[set] = static_cast<float>(result);
+        return status;
+    }
+};
+
+class Totals : public testing::Test {
+protected:
+    void SetUp() override {
+        ticks = 1000;
+        clock_error = 0;
+        ProstoyTime = 0.0;
+    }
+};
+
+TEST_F(Totals, IntegrateTheFlowOfEachIntegratorChannel) {
+    Channel<cGas2005> gas;
+    gas.c->q_m = 36, gas.c->q_v = 72, gas.c->q_c = 108, gas.c->q_e = 144;
+    Channel<cTeplo2005> heat;
+    heat.c->q_m = 36, heat.c->q_v = 72, heat.c->q_h = 108;
+    ticks += 100 * rate;
+    const struct {
+        unsigned short integrator;
+        float gas, heat;
+    } rows[] = {{1, 1, 1}, {2, 2, 2}, {3, 3, 3}, {4, 4, -1}};
+    for (const auto& row : rows) {
+        Register r;
+        EXPECT_EQ(gas.totalise(row.integrator, r), 1);
+        EXPECT_FLOAT_EQ(r.total, row.gas) << row.integrator;
+        if (row.heat < 0) continue;
+        Register h;
+        EXPECT_EQ(heat.totalise(row.integrator, h), 1);
+        EXPECT_FLOAT_EQ(h.total, row.heat) << row.integrator;
+    }
+    // Any other number means the last channel: its flow, its storage.
+    for (const auto other : std::to_array<unsigned short>({0, 5, 65535})) {
+        ticks += 50 * rate;
+        Register r;
+        EXPECT_EQ(gas.totalise(other, r), 1);
+        EXPECT_FLOAT_EQ(r.total, 2.0F);
+        EXPECT_EQ(gas.interval(other, 0, r), 1);
+        Register h;
+        EXPECT_EQ(heat.totalise(other, h), 1);
+        EXPECT_EQ(heat.interval(other, 1, h), 1);
+    }
+    EXPECT_EQ(gas.c->total[3], 2.0);
+    EXPECT_EQ(heat.c->first_call[2], 0);
+}
+
+TEST_F(Totals, WrapAtAMillionOnce) {
+    const struct {
+        double total, q, expected;
+    } rows[] = {{999999.9375, 0.25, 0.1875}, {999999.5, 0.5, 1000000.0}, {0.0, 2.5e6, 1.5e6}};
+    for (const auto& row : rows) {
+        Channel<cTeplo2005> channel;
+        channel.c->q_m = row.q * 3600;
+        ticks += rate;
+        Register r;
+        r.total = static_cast<float>(row.total);
+        EXPECT_EQ(channel.totalise(1, r), 1);
+        EXPECT_NEAR(channel.c->total[0], row.expected, 1e-6) << row.total;
+    }
+}
+
+TEST_F(Totals, ScaleByTheHostsExponent) {
+    for (const auto exp10 : std::to_array<short>({-2, 0, 3})) {
+        Channel<cTeplo2005> channel;
+        channel.c->q_m = 3600;
+        channel.exp10 = exp10;
+        ticks += 7 * rate;
+        Register r;
+        EXPECT_EQ(channel.totalise(1, r), 1);
+        EXPECT_NEAR(channel.c->total[0], 7 * std::pow(10.0, -exp10), 1e-12);
+    }
+}
+
+TEST_F(Totals, FillTheDowntimeInOnce) {
+    ProstoyTime = 12.5;
+    Channel<cGas2005> channel;
+    channel.c->q_m = 3600;
+    channel.q_subst = 600;
+    for (int round = 0; round < 2; ++round) {
+        ticks += rate;
+        Register r;
+        EXPECT_EQ(channel.totalise(1, r), 1);
+        EXPECT_FLOAT_EQ(r.total, round == 0 ? 126.0F : 1.0F);  // 1 + 600 / 60 * 12.5
+        EXPECT_FLOAT_EQ(r.downtime_part, round == 0 ? 126.0F : 0.0F);
+        EXPECT_FLOAT_EQ(r.downtime_min, round == 0 ? 12.5F : 0.0F);
+        EXPECT_EQ(channel.c->downtime_min[0], r.downtime_min);
+    }
+    // Another integrator channel of the same object applies it for itself.
+    Register r;
+    EXPECT_EQ(channel.totalise(2, r), 1);
+    EXPECT_FLOAT_EQ(r.downtime_min, 12.5F);
+}
+
+TEST_F(Totals, PassAFailedCycleOver) {
+    Channel<cTeplo2005> channel;
+    channel.c->q_m = 3600;
+    Register r;
+    r.total = 40;
+    ticks += 100 * rate;
+    channel.c->valid = 0;
+    EXPECT_EQ(channel.continue_with_valid(1, r), 0);
+    EXPECT_EQ(r.total, 40.0F);
+    EXPECT_EQ(channel.interval(1, 0, r), 0);
+    ticks += 3 * rate;
+    EXPECT_EQ(channel.totalise(1, r), 1);
+    EXPECT_FLOAT_EQ(r.total, 43.0F);
+
+    // A negative flow: the time is spent, the register stays, the first call is over.
+    channel.c->q_v = -1;
+    Register v;
+    v.total = 5;
+    EXPECT_EQ(channel.totalise(2, v), 0);
+    EXPECT_EQ(v.total, 5.0F);
+    EXPECT_EQ(channel.c->total[1], 5.0);
+    EXPECT_EQ(channel.c->first_call[1], 0);
+    v.total = -5;
+    channel.c->q_v = 1;
+    EXPECT_EQ(channel.totalise(2, v), 0) << "a negative register";
+}
+
+TEST_F(Totals, TakeTheExternalFlowOfDevice23) {
+    Channel<cGas2005> channel(23);
+    Register r;
+    ticks += 10 * rate;
+    channel.c->valid = 0;
+    EXPECT_EQ(channel.continue_with_valid(3, r, 360.0), 1) << "needs no computed flow";
+    EXPECT_FLOAT_EQ(r.total, 1.0F);
+    ticks += 10 * rate;
+    EXPECT_EQ(channel.totalise(3, r, -0.001), 0);
+    EXPECT_FLOAT_EQ(r.total, 1.0F);
+    ticks += 10 * rate;
+    EXPECT_EQ(channel.totalise(3, r, 360.0), 1);
+    EXPECT_FLOAT_EQ(r.total, 2.0F) << "the refused interval is skipped";
+}
+
+TEST_F(Totals, SurviveAWrapOfTheCounterAndAFailingClock) {
+    ticks = UINT32_MAX - 2 * rate + 1;
+    Channel<cTeplo2005> channel;
+    channel.c->q_m = 3600;
+    ticks += 5 * rate;  // wraps
+    ASSERT_LT(ticks, 4 * rate);
+    Register r;
+    EXPECT_EQ(channel.totalise(1, r), 1);
+    EXPECT_FLOAT_EQ(r.total, 5.0F);
+    EXPECT_FLOAT_EQ(channel.c->dt[0], 5.0F);
+
+    // One interval comes out wrong; the next good one measures from the failure's reading.
+    clock_error = EFAULT;
+    EXPECT_EQ(abs_clock(), -EFAULT);
+    EXPECT_EQ(channel.totalise(1, r), 1);
+    EXPECT_TRUE(std::isfinite(r.total));
+    clock_error = 0;
+    EXPECT_EQ(channel.totalise(1, r), 1);
+    ticks += rate;
+    r.total = 10;
+    EXPECT_EQ(channel.totalise(1, r), 1);
+    EXPECT_FLOAT_EQ(r.total, 11.0F);
+}
+
+TEST_F(Totals, CloseHoursAndDays) {
+    Channel<cTeplo2005> channel;
+    channel.exp10 = 0;
+    Register r;
+    double integral = 0.0, hour = 0.0;
+    int hours = 0;
+    for (int second = 0; second < 86400 + 60; second += 5) {
+        const double q = 40.0 + 30.0 * std::sin(second / 7000.0);
+        ticks += 5 * rate;
+        channel.c->q_m = q;
+        ASSERT_EQ(channel.totalise(1, r), 1);
+        integral += q / 3600.0 * 5.0;
+        hour += q / 3600.0 * 5.0;
+        ASSERT_EQ(channel.interval(1, 0, r), 1);
+        ASSERT_EQ(channel.interval(1, 1, r), 1);
+        if (r.closed[0] > hours) {
+            hours = r.closed[0];
+            // The first step opens the interval, so the first hour lacks its flow.
+            const double opened_late = hours == 1 ? 1.0 : 2e-3;
+            EXPECT_NEAR(static_cast<double>(r.result[0]), hour, opened_late) << "hour " << hours;
+            hour = 0.0;
+        }
+    }
+    EXPECT_EQ(r.closed[0], 24);
+    EXPECT_EQ(r.closed[1], 1);
+    EXPECT_NEAR(static_cast<double>(r.total), integral, 1e-6 * integral + 1e-3);
+    EXPECT_NEAR(channel.c->total[0], integral, 1e-9 * integral) << "the library's own register";
+    double untouched = -1;
+    EXPECT_EQ(channel.c->int2_Param(1, 2, 0, 0, 0, untouched, untouched, untouched), 0) << "there are two sets";
+    EXPECT_EQ(untouched, -1);
+}
+
+TEST_F(Totals, GoOnAfterARestartWithTheHostsRegisters) {
+    Register r;
+    double integral = 0.0;
+    for (int run = 0; run < 3; ++run) {
+        Channel<cGas2005> channel;  // a new library: nothing but the host's registers is left
+        channel.c->q_c = 1800;
+        ProstoyTime = run == 0 ? 0.0 : 4.0;
+        channel.q_subst = 1800;
+        for (int second = 0; second < 1000; second += 10) {
+            ticks += 10 * rate;
+            ASSERT_EQ(channel.totalise(3, r), 1);
+            ASSERT_EQ(channel.interval(3, 0, r), 1);
+        }
+        integral += 500.0 + (run == 0 ? 0.0 : 120.0);
+    }
+    EXPECT_NEAR(static_cast<double>(r.total), integral, 0.01);
+    EXPECT_EQ(r.closed[0], 0);
+    // 2990 s and two downtimes of 4 minutes, each added as 4 s at every step that still carries it.
+    EXPECT_NEAR(static_cast<double>(r.time[0]), 2990 + 2 * 4, 0.1);
+}
+
+TEST(Interval, AcrossTheWrapOfTheRegister) {
+    namespace flow = kalorfix::flow;
+    const flow::Interval closed =
+        flow::carry_on({3600.0, 999990.0, 1.0}, {1.0, 0.0, 10.0, 0.01}, flow::interval_length_s[0]);
+    EXPECT_DOUBLE_EQ(closed.result, 20.0);
+    EXPECT_DOUBLE_EQ(closed.start_total, 10.0);
+    EXPECT_DOUBLE_EQ(closed.time_s, 0.001);
+    // Below one tick an interval has only just begun.
+    const flow::Interval begun =
+        flow::carry_on({0.009, 5.0, 1.0}, {1.0, 0.0, 10.0, 0.01}, flow::interval_length_s[0]);
+    EXPECT_DOUBLE_EQ(begun.time_s, 1.0);
+    EXPECT_DOUBLE_EQ(begun.result, 1.0);
+}
+
+}  // namespace
