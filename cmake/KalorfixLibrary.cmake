@@ -1,6 +1,13 @@
 # kalorfix.so. The objects are a target of their own, so that tests and benchmarks reach what the library hides.
+execute_process(
+  COMMAND "${CMAKE_CXX_COMPILER}" -dumpmachine
+  OUTPUT_VARIABLE KALORFIX_TARGET
+  OUTPUT_STRIP_TRAILING_WHITESPACE)
+configure_file(frame/identity.cpp.in "${PROJECT_BINARY_DIR}/identity.cpp" @ONLY)
+
 add_library(
   kalorfix_objects OBJECT
+  "${PROJECT_BINARY_DIR}/identity.cpp"
   flow/calculators.cpp
   flow/device_tables.cpp
   flow/discharge.cpp

@@ -16,12 +16,21 @@ void bind(void* handle, const char* symbol, Pointer& target) {
 
 Exports bind_all(void* handle) {
     Exports e{};
+    bind(handle, "Init", e.Init);
+    bind(handle, "Done", e.Done);
+    bind(handle, "Num_gas_trub", e.Num_gas_trub);
+    bind(handle, "ProstoyTime", e.ProstoyTime);
+    bind(handle, "SRV_Path", e.SRV_Path);
     bind(handle, "mg_init_tr", e.mg_init_tr);
     bind(handle, "mt_init_tr", e.mt_init_tr);
     bind(handle, "mg_param_tr", e.mg_param_tr);
     bind(handle, "mt_param_tr", e.mt_param_tr);
     bind(handle, "mg_mgn_param", e.mg_mgn_param);
     bind(handle, "mt_mgn_param", e.mt_mgn_param);
+    bind(handle, "mg_int_param", e.mg_int_param);
+    bind(handle, "mt_int_param", e.mt_int_param);
+    bind(handle, "mg_int_param_1", e.mg_int_param_1);
+    bind(handle, "mt_int_param_1", e.mt_int_param_1);
     bind(handle, "mt_param_tn", e.mt_param_tn);
     bind(handle, "mt_tf_param", e.mt_tf_param);
     bind(handle, "t_param_1", e.t_param_1);
@@ -31,6 +40,7 @@ Exports bind_all(void* handle) {
     bind(handle, "_Z9abs_clockv", e.abs_clock);
     bind(handle, "_Z12OpenAbsClockv", e.OpenAbsClock);
     bind(handle, "_Z7timeconP7timevalP8timespec", e.timecon);
+    bind(handle, "_ZN9CSRV_PATH5PrintEv", e.Print);
     bind(handle, "_ZN8cGas2005C1Ev", e.make_gas);
     bind(handle, "_ZN10cTeplo2005C1Ev", e.make_heat);
     bind(handle, "_ZN11cCommon20057Init_TREcscddddddcddRc", e.Init_TR);
@@ -65,6 +75,10 @@ Library::Library(const std::string& path)
 Owned<cGas2005> Library::gas_calculator() const { return make<cGas2005>(exports_.make_gas); }
 Owned<cTeplo2005> Library::heat_calculator() const { return make<cTeplo2005>(exports_.make_heat); }
 
-void* Library::symbol(const char* name) const { return dlsym(handle_.get(), name); }
+std::string Library::path() const {
+    Dl_info about{};
+    if (dladdr(reinterpret_cast<const void*>(exports_.t_param_1), &about) == 0 || !about.dli_fname) return {};
+    return about.dli_fname;
+}
 
 }  // namespace kalorfix::host

@@ -11,12 +11,21 @@ namespace kalorfix::host {
 /// The exports that the tools use. Members of the calculators are called as plain functions that take the object
 /// first, which is what they are in the Itanium C++ ABI that all Linux targets share.
 struct Exports {
+    decltype(&::Init) Init;
+    decltype(&::Done) Done;
+    short* Num_gas_trub;
+    double* ProstoyTime;
+    const CSRV_PATH* SRV_Path;
     decltype(&::mg_init_tr) mg_init_tr;
     decltype(&::mt_init_tr) mt_init_tr;
     decltype(&::mg_param_tr) mg_param_tr;
     decltype(&::mt_param_tr) mt_param_tr;
     decltype(&::mg_mgn_param) mg_mgn_param;
     decltype(&::mt_mgn_param) mt_mgn_param;
+    decltype(&::mg_int_param) mg_int_param;
+    decltype(&::mt_int_param) mt_int_param;
+    decltype(&::mg_int_param_1) mg_int_param_1;
+    decltype(&::mt_int_param_1) mt_int_param_1;
     decltype(&::mt_param_tn) mt_param_tn;
     decltype(&::mt_tf_param) mt_tf_param;
     decltype(&::t_param_1) t_param_1;
@@ -27,17 +36,18 @@ struct Exports {
     decltype(&::OpenAbsClock) OpenAbsClock;
     decltype(&::timecon) timecon;
 
+    void (*Print)(CSRV_PATH*);
     void (*make_gas)(void* place);
     void (*make_heat)(void* place);
-    char (*Init_TR)(cCommon2005*, char, short, char, double, double, double, double, double, double, char, double,
-                    double, char&);
+    char (*Init_TR)(cCommon2005*, char, short, char, double, double, double, double, double, double, char,
+                    double, double, char&);
     char (*Param_tr)(cCommon2005*, double&, double&, double&, double&, double&);
     char (*Countq_mReCK_sh)(cCommon2005*, int, double, double, double);
     char (*Countepsilon)(cCommon2005*, double);
     char (*gas_mgn_Param)(cGas2005*, char, double, double, double, double, double&, double&, double&, double&,
                           double&, double&, double&, double&);
-    char (*heat_mgn_Param)(cTeplo2005*, char, double, double, double, double&, double&, double&, double&, double&,
-                           double&, double&);
+    char (*heat_mgn_Param)(cTeplo2005*, char, double, double, double, double&, double&, double&, double&,
+                           double&, double&, double&);
     char (*Param_tn)(cTeplo2005*, double, double, double, double, double, double, short&, double&, double&);
     char (*tf_Param)(cTeplo2005*, char, unsigned short, double, double&, double&, double&, double&);
 };
@@ -67,8 +77,8 @@ public:
     [[nodiscard]] Owned<cGas2005> gas_calculator() const;
     [[nodiscard]] Owned<cTeplo2005> heat_calculator() const;
 
-    /// The address of any symbol, null when it is not exported.
-    [[nodiscard]] void* symbol(const char* name) const;
+    /// The file that was opened.
+    [[nodiscard]] std::string path() const;
 
 private:
     struct Closer {

@@ -1,0 +1,77 @@
+#include "tools/identity.h"
+
+#include <fmt/format.h>
+#include <openssl/evp.h>
+
+#include <array>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace kalorfix::tool {
+namespace {
+
+std::optional<std::string> content_of(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string content{std::istreambuf_iterator<char>(in), {}};
+    if (in.bad()) return std::nullopt;
+    return content;
+}
+
+std::string sha256(const std::string& content) {
+    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+    unsigned int length = 0;
+    if (EVP_Digest(content.data(), content.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1)
+        return "-";
+    std::string text;
+    for (unsigned int k = 0; k < length; ++k) text += fmt::format("{:02x}", digest[k]);
+    return text;
+}
+
+// The library carries a line "@(#)kalorfix; name: value; ..." in its file.
+void print_build(const std::string& content) {
+    const std::string mark = "@(#)kalorfix; ";
+    const std::size_t found = content.find(mark);
+    std::string line = found == std::string::npos ? "build: unknown" : content.c_str() + found + mark.size();
+    for (std::size_t begin = 0; begin < line.size();) {
+        const std::size_t end = std::min(line.find("; ", begin), line.size());
+        const std::string item = line.substr(begin, end - begin);
+        const std::size_t colon = item.find(": ");
+        fmt::print("{:<13}{}\n", item.substr(0, colon),
+                   colon == std::string::npos ? "" : item.substr(colon + 2));
+        begin = end + 2;
+    }
+}
+
+void print_file(const char* label, const std::string& path) {
+    fmt::print("{:<13}{}\n", label, path);
+    const std::optional<std::string> content = content_of(path);
+    fmt::print("{:<13}{}\n", "  SHA-256", content ? sha256(*content) : "no such file");
+}
+
+}  // namespace
+
+void identity(const host::Library& library) {
+    const std::string path = library.path();
+    const std::optional<std::string> content = content_of(path);
+    print_build(content.value_or(""));
+    print_file("library", path);
+    const CSRV_PATH& p = *library->SRV_Path;
+    print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
+    fmt::print("directories\n");
+    const std::pair<const char*, const char*> rows[] = {{"TORNPATH", p.TORNPATH},
+                                                        {"PATHDB", p.PATHDB},
+                                                        {"PRG", p.PRG},
+                                                        {"SYSTEM", p.SYSTEM},
+                                                        {"LIB", p.LIB},
+                                                        {"DIC", p.DIC},
+                                                        {"SETTINGS", p.SETTINGS},
+                                                        {"PRG_DEBUG", p.PRG_DEBUG},
+                                                        {"XML_SETTINGS", p.XML_SETTINGS}};
+    for (const auto& [name, directory] : rows) fmt::print("  {:<14}{}\n", name, directory);
+}
+
+}  // namespace kalorfix::tool
