@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 namespace kalorfix::ini {
@@ -22,8 +21,7 @@ std::string_view trimmed(std::string_view text) {
 }
 
 void copy_text(std::string_view text, char* result) {
-    std::memcpy(result, text.data(), text.size());
-    result[text.size()] = '\0';
+    *std::copy(text.begin(), text.end(), result) = '\0';
 }
 
 Words split_header(std::string_view header) {

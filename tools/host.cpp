@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <new>
 #include <stdexcept>
 
@@ -54,6 +55,17 @@ Exports bind_all(void* handle) {
     return e;
 }
 
+// The library beside this program or in the library directory of its installation; else the bare name, which the
+// system's loader looks for.
+std::string default_library() {
+    namespace fs = std::filesystem;
+    std::error_code failed;
+    const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
+    for (const char* place : {"kalorfix.so", "../lib/kalorfix.so"})
+        if (!failed && fs::exists(directory / place, failed)) return (directory / place).string();
+    return "kalorfix.so";
+}
+
 template <class Calculator>
 Owned<Calculator> make(void (*constructor)(void*)) {
     void* const place = ::operator new(sizeof(Calculator));
@@ -65,9 +77,8 @@ Owned<Calculator> make(void (*constructor)(void*)) {
 
 void Library::Closer::operator()(void* handle) const { dlclose(handle); }
 
-// The bare name is looked up along the run path of this program, then as the system's loader does.
 Library::Library(const std::string& path)
-    : handle_(dlopen(path.empty() ? "kalorfix.so" : path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+    : handle_(dlopen(path.empty() ? default_library().c_str() : path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!handle_) throw std::runtime_error(std::string("cannot open the library: ") + dlerror());
     exports_ = bind_all(handle_.get());
 }

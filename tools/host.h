@@ -67,7 +67,7 @@ using Owned = std::unique_ptr<Calculator, CalculatorEnd>;
 class Library {
 public:
     /// Opens the file, or with an empty path kalorfix.so beside the program, in the library directory of its
-    /// installation or wherever the system's loader finds it. Throws std::runtime_error with one clear line when
+    /// installation, or wherever the system's loader finds it. Throws std::runtime_error with one clear line when
     /// the file cannot be opened or lacks an export.
     explicit Library(const std::string& path = {});
 
