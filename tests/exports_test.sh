@@ -1,10 +1,15 @@
 #!/bin/sh
 # Compares what the library exports with the list, and what it needs with libc and libm.
 set -eu
-nm=$1 library=$2 list=$3 readelf=$4
+nm=$1 library=$2 list=$3 readelf=$4 compiler=$5
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 grep -v '^#' "$list" | LC_ALL=C sort >"$work/wanted"
+# The complete constructor of an abstract class cannot be called; Clang does not emit it.
+if [ "$compiler" = Clang ]; then
+    grep -v '^_ZN11cCommon2005C1Ev$' "$work/wanted" >"$work/emitted"
+    mv "$work/emitted" "$work/wanted"
+fi
 "$nm" -D --defined-only "$library" | awk '{print $3}' | LC_ALL=C sort >"$work/exported"
 if ! diff "$work/wanted" "$work/exported" >"$work/difference"; then
     echo "the library's exports differ from the list (< list, > library):"
