@@ -28,6 +28,7 @@ constexpr std::size_t path_size = 100;
 constexpr double seconds_per_minute = 60.0;
 
 constexpr auto cannot_initialise = kalorfix::cp866(U"kalorfix.so: Невозможно проинициализировать библиотеку\n");
+static_assert(cannot_initialise.size() - 1 == 55);
 constexpr auto settings_not_found = kalorfix::cp866(U"Файл %s не найден. Все установки по умолчанию\n\r");
 
 // The settings file stays open between two calls of Init: one file and its index, replaced by the next Init and closed

@@ -20,9 +20,7 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-void copy_text(std::string_view text, char* result) {
-    *std::copy(text.begin(), text.end(), result) = '\0';
-}
+void copy_text(std::string_view text, char* result) { *std::copy(text.begin(), text.end(), result) = '\0'; }
 
 Words split_header(std::string_view header) {
     Words words{};
