@@ -10,6 +10,12 @@ using host::Library;
 
 constexpr double pi = 3.14159265358979323846;
 
+// A selector or code: through int, so that a negative one keeps its bits whether char is signed or not.
+template <class Integer>
+Integer whole(double value) {
+    return static_cast<Integer>(static_cast<int>(value));
+}
+
 const Values bore_inputs{{"device", 1.0},   {"metering_class", 1.0}, {"D_m", 0.1},    {"d_m", 0.0},
                          {"beta", 0.5},     {"R_sh_m", 0.0},         {"R_a_m", -1.0}, {"t_C", 20.0},
                          {"phase", 0.0},    {"p_Pa", 1e6},           {"dp_Pa", 1e4},  {"rho_kg_m3", 1.0},
@@ -18,8 +24,8 @@ const Values bore_inputs{{"device", 1.0},   {"metering_class", 1.0}, {"D_m", 0.1
 // A calculator with its working geometry set directly: what the equations of the discharge coefficient and of
 // the expansibility need.
 void set_bore(cCommon2005& c, const Inputs& in) {
-    c.device_type = static_cast<unsigned char>(in["device"]);
-    c.metering_class = static_cast<unsigned char>(in["metering_class"]);
+    c.device_type = whole<unsigned char>(in["device"]);
+    c.metering_class = whole<unsigned char>(in["metering_class"]);
     c.D = in["D_m"];
     c.beta = in.given("d_m") ? in["d_m"] / c.D : in["beta"];
     c.d = c.beta * c.D;
@@ -30,7 +36,7 @@ void set_bore(cCommon2005& c, const Inputs& in) {
     c.p = in["p_Pa"];
     c.kappa = in["kappa"];
     c.mu = in["mu_Pa_s"];
-    c.phase = static_cast<unsigned short>(in["phase"]);
+    c.phase = whole<unsigned short>(in["phase"]);
 }
 
 Values discharge(const Library& library, const Inputs& in) {
@@ -63,16 +69,15 @@ const std::vector<std::string> channel_outputs{
 // Set-up, geometry and flow of a calculator whose medium is given, not computed.
 Values set_up_and_measure(const Library& library, cCommon2005& c, const Inputs& in) {
     char first_init = 0;
-    const char set_up =
-        library->Init_TR(&c, static_cast<char>(in["metering_class"]), static_cast<short>(in["device"]),
-                         static_cast<char>(in["by_material"]), in["mat_D"], in["mat_d"], in["D20_mm"],
-                         in["d20_mm"], in["R_sh_mm"], in["r_n0_mm"], static_cast<char>(in["r_n_at_end"]),
-                         in["tau_years"], in["alpha_eps"], first_init);
+    const char set_up = library->Init_TR(
+        &c, whole<char>(in["metering_class"]), whole<short>(in["device"]), whole<char>(in["by_material"]),
+        in["mat_D"], in["mat_d"], in["D20_mm"], in["d20_mm"], in["R_sh_mm"], in["r_n0_mm"],
+        whole<char>(in["r_n_at_end"]), in["tau_years"], in["alpha_eps"], first_init);
     c.t = in["t_C"];
     c.p = in["p_Pa"];
     c.mu = in["mu_Pa_s"];
     c.kappa = in["kappa"];
-    c.phase = static_cast<unsigned short>(in["phase"]);
+    c.phase = whole<unsigned short>(in["phase"]);
     Values out;
     out["set_up"] = set_up;
     out["geometry"] = library->Param_tr(&c, out["D_mm"], out["d_mm"], out["beta"], out["E"], out["K_p"]);
@@ -89,7 +94,7 @@ Values gas_channel(const Library& library, const Inputs& in) {
     const auto c = library.gas_calculator();
     Values out = set_up_and_measure(library, *c, in);
     const char status = library->gas_mgn_Param(
-        c.get(), static_cast<char>(in["calc"]), in["dp_Pa"], in["rho_kg_m3"], in["rho_c_kg_m3"], in["k"],
+        c.get(), whole<char>(in["calc"]), in["dp_Pa"], in["rho_kg_m3"], in["rho_c_kg_m3"], in["k"],
         out["q_m_t_h"], out["q_v"], out["q_c"], out["q_e"], out["K_sh"], out["C"], out["Re"], out["epsilon"]);
     out["q_h"] = 0.0;
     finish_channel(*c, status, out);
@@ -99,9 +104,9 @@ Values gas_channel(const Library& library, const Inputs& in) {
 Values heat_channel(const Library& library, const Inputs& in) {
     const auto c = library.heat_calculator();
     Values out = set_up_and_measure(library, *c, in);
-    const char status = library->heat_mgn_Param(c.get(), static_cast<char>(in["calc"]), in["dp_Pa"],
-                                                in["rho_kg_m3"], in["h_kJ_kg"], out["q_m_t_h"], out["q_v"],
-                                                out["q_h"], out["K_sh"], out["C"], out["Re"], out["epsilon"]);
+    const char status = library->heat_mgn_Param(c.get(), whole<char>(in["calc"]), in["dp_Pa"], in["rho_kg_m3"],
+                                                in["h_kJ_kg"], out["q_m_t_h"], out["q_v"], out["q_h"],
+                                                out["K_sh"], out["C"], out["Re"], out["epsilon"]);
     out["q_c"] = out["q_e"] = 0.0;
     finish_channel(*c, status, out);
     return out;
@@ -109,9 +114,8 @@ Values heat_channel(const Library& library, const Inputs& in) {
 
 Values water_properties(const Library& library, const Inputs& in) {
     Values out;
-    const short result =
-        library->t_param_1(in["t_C"], in["p_MPa"], static_cast<short>(in["mode"]), &out["rho_kg_m3"],
-                           &out["mu_uPa_s"], &out["h_kJ_kg"], &out["kappa"]);
+    const short result = library->t_param_1(in["t_C"], in["p_MPa"], whole<short>(in["mode"]), &out["rho_kg_m3"],
+                                            &out["mu_uPa_s"], &out["h_kJ_kg"], &out["kappa"]);
     out["status"] = result == 0 ? 1.0 : 0.0;
     return out;
 }
@@ -125,16 +129,16 @@ Values water_phase(const Library& library, const Inputs& in) {
 // State and properties of a heat carrier in a calculator of its own.
 Values heat_carrier(const Library& library, const Inputs& in) {
     const auto c = library.heat_calculator();
-    c->metering_class = static_cast<unsigned char>(in["metering_class"]);
+    c->metering_class = whole<unsigned char>(in["metering_class"]);
     short phase = -1;
     Values out{{"ps_MPa", -1.0},   {"ts_C", -1.0},    {"rho_kg_m3", -1.0},
                {"mu_uPa_s", -1.0}, {"h_kJ_kg", -1.0}, {"kappa", -1.0}};
     out["state"] = library->Param_tn(c.get(), in["t_C"], in["p_Pa"], in["hA"], in["hB"], in["dP_Pa"],
                                      in["dT_K"], phase, out["ps_MPa"], out["ts_C"]);
     out["phase"] = phase;
-    out["status"] = library->tf_Param(c.get(), static_cast<char>(in["source"]),
-                                      static_cast<unsigned short>(in["phase_req"]), in["x"], out["rho_kg_m3"],
-                                      out["mu_uPa_s"], out["h_kJ_kg"], out["kappa"]);
+    out["status"] =
+        library->tf_Param(c.get(), whole<char>(in["source"]), whole<unsigned short>(in["phase_req"]), in["x"],
+                          out["rho_kg_m3"], out["mu_uPa_s"], out["h_kJ_kg"], out["kappa"]);
     out["p_Pa"] = c->p;
     out["phase_used"] = c->phase;
     return out;
