@@ -138,7 +138,6 @@ int IniFile::DeleteTableSection() {
     first_ = nullptr;
     previous_ = nullptr;
     section_count_ = 0;
-    iterating_ = 0;
     return 0;
 }
 

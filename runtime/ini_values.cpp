@@ -89,6 +89,7 @@ int IniFile::CfgGetMax(char const* section, char const* sub1, char const* sub2, 
 
 int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2, char* key, char* value,
                         int* line) {
+    if (!file_) iterating_ = 0;
     if (!iterating_) {
         if (SectionSearch(section, sub1, sub2, &line_counter) != 0) return 1;
         iterating_ = 1;
