@@ -204,9 +204,9 @@ KALORFIX_API short t_param_1(double t_C, double p_MPa, short mode, double* ro, d
 
 /* Phase of water at p_MPa (0.001..100) and t_C (0..800) with the tolerance dp_MPa.
  *
- * Returns 1 water (always at or below 100 degC), 2 steam (always from 371.85 degC or 21.5 MPa on), 3 saturated:
- * p within dp of the saturation pressure, 0 out of range. `ps` receives the saturation pressure at t_C in MPa
- * (NaN above the critical temperature), 0 when out of range. */
+ * Returns, decided in this order: 0 out of range; 2 steam from 371.85 degC or 21.5 MPa on; 1 water at or below 100 degC,
+ * whatever the pressure; 3 saturated when p is within dp of the saturation pressure; 1 water above it, 2 steam below.
+ * `ps` receives the saturation pressure at t_C in MPa (NaN above the critical temperature), 0 when out of range. */
 KALORFIX_API short t_phase_1(double p_MPa, double t_C, double dp_MPa, double* ps);
 
 #ifdef __cplusplus

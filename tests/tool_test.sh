@@ -44,14 +44,23 @@ expect 2 '^kalorfix: --p: saturated vapour' water --t 20 --p 1 --mode saturated
 expect 2 '371\.85 degC' water --t 372 --mode saturated
 expect 2 'mode' water --t 20 --p 1 --mode wet
 expect 2 '^kalorfix: surplus: no such command' surplus
-expect 2 'turbo' demo --turbo
+expect 2 '^kalorfix: --turbo: no such option' demo --turbo
+expect 2 '^kalorfix: --tt: no such option' water --tt 20
+expect 2 '^kalorfix: --t -5: must lie' water --t -5 --p 1
+expect 2 '^kalorfix: --dp' water --t 20 --p 1 --dp x
+expect 2 'takes one value' water --t --p 1
+expect 0 '^0,1,water' water --t 0.3:0:-0.1 --p 1 --csv
 expect 2 'cannot open the library' --lib /nonexistent.so demo
 expect 2 'cannot open the library' --lib /etc/passwd id
 
 [ "$("$tool" water --t 20:20.3:0.1 --p 1 --csv | wc -l)" -eq 5 ] || { echo "FAILED: the stop belongs to the range"; failures=$((failures + 1)); }
 "$tool" >"$out" 2>"$err" && { echo "FAILED: no arguments"; failures=$((failures + 1)); }
 grep -q Subcommands "$err" || { echo "FAILED: no help without arguments"; failures=$((failures + 1)); }
+"$tool" surplus 2>&-
+[ $? -eq 2 ] || { echo "FAILED: standard error is closed"; failures=$((failures + 1)); }
 if [ -w /dev/full ]; then
+    "$tool" --help >/dev/full 2>"$err"
+    [ $? -eq 2 ] || { echo "FAILED: help on a full disk"; failures=$((failures + 1)); }
     "$tool" water --t 0:800:1 --p 1 >/dev/full 2>"$err"
     [ $? -eq 2 ] && [ "$(wc -l <"$err")" -eq 1 ] || { echo "FAILED: a full disk"; cat "$err"; failures=$((failures + 1)); }
 fi

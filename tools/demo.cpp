@@ -42,11 +42,20 @@ std::string fixed(Number value, int digits) {
 
 void step(const char* name, const std::string& outcome) { fmt::print("  {:<12}{}\n", name, outcome); }
 
+// Only an orifice plate has an edge that grows blunt.
+bool has_edge(const HeatPipeline& pipeline) { return pipeline.device <= 3; }
+
 void print_input(int channel, const DemoChannel& c) {
     fmt::print("Channel {}: {}, {}\n", channel, c.title, device_name(c.pipeline.device));
     row("pipe at 20 degC", fixed(c.pipeline.D20_mm, 1), "mm");
     row("device at 20 degC", fixed(c.pipeline.d20_mm, 1), "mm");
+    row("material codes, pipe and device",
+        fmt::format("{}, {}", c.pipeline.pipe_material, c.pipeline.device_material));
     row("roughness of the pipe", fixed(c.pipeline.roughness_mm, 3), "mm");
+    if (has_edge(c.pipeline)) {
+        row("initial radius of the edge", fixed(c.pipeline.edge_radius_mm, 3), "mm");
+        row("interval between checks", fixed(c.pipeline.interval_years, 1), "years");
+    }
     row("temperature", fixed(c.reading.t_C, 2), "degC");
     row("absolute pressure", fixed(c.reading.p_Pa / 1e6F, 4), "MPa");
     row("differential pressure", fixed(c.reading.dp_Pa / 1e3F, 3), "kPa");
@@ -63,7 +72,7 @@ void print_properties(const HeatResult& r) {
     row("density", fixed(r.rho, 4), "kg/m3");
     row("dynamic viscosity", fixed(r.mu_uPas, 3), "uPa s");
     row("specific enthalpy", fixed(r.h_kJ_kg, 3), "kJ/kg");
-    row("isentropic exponent", fixed(r.kappa, 4));
+    row("isentropic exponent", fmt::format("{:#.6g}", r.kappa));
 }
 
 void print_geometry(const HeatResult& r) {
@@ -100,7 +109,8 @@ bool simulate_hour(const host::Library& library, int channel, const DemoChannel&
         reading.dp_Pa = static_cast<float>(static_cast<double>(reading.dp_Pa) * swing);
         const HeatResult r = run_cycle(library, channel, reading);
         if (!r.refused.empty() || !totalise(library, channel, mass) || !totalise(library, channel, heat)) {
-            step("totals", "refused " + r.refused);
+            step("totals",
+                 r.refused.empty() ? "refused: no flow to add, or a register out of range" : r.refused);
             return false;
         }
         if (second == 0) continue;

@@ -12,7 +12,7 @@ namespace {
 template <class Pointer>
 void bind(void* handle, const char* symbol, Pointer& target) {
     target = reinterpret_cast<Pointer>(dlsym(handle, symbol));
-    if (!target) throw std::runtime_error(std::string("the library does not export ") + symbol);
+    if (!target) throw std::runtime_error(std::string("it does not export ") + symbol);
 }
 
 Exports bind_all(void* handle) {
@@ -80,7 +80,11 @@ void Library::Closer::operator()(void* handle) const { dlclose(handle); }
 Library::Library(const std::string& path)
     : handle_(dlopen(path.empty() ? default_library().c_str() : path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!handle_) throw std::runtime_error(std::string("cannot open the library: ") + dlerror());
-    exports_ = bind_all(handle_.get());
+    try {
+        exports_ = bind_all(handle_.get());
+    } catch (const std::runtime_error& error) {
+        throw std::runtime_error("cannot use the library " + path + ": " + error.what());
+    }
 }
 
 Owned<cGas2005> Library::gas_calculator() const { return make<cGas2005>(exports_.make_gas); }

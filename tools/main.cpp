@@ -3,7 +3,11 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
+#include <filesystem>
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -19,67 +23,145 @@ namespace {
 
 constexpr int bad_input = 2;
 
-int complain(const std::string& what) {
-    std::fflush(stdout);
-    fmt::print(stderr, "kalorfix: {}\n", what.substr(0, what.find('\n')));
+struct Command {
+    std::string library_file;
+    std::string mode = "state";
+    tool::WaterRequest water_request;
+    CLI::App* demo = nullptr;
+    CLI::App* water = nullptr;
+    CLI::App* id = nullptr;
+};
+
+// One line whatever the user typed, and no failure of its own when nobody listens to standard error.
+int complain(std::string what) {
+    for (char& c : what)
+        if (const auto code = static_cast<unsigned char>(c); code < ' ' || code == 0x7F) c = '?';
+    std::fprintf(stderr, "kalorfix: %s\n", what.c_str());
     return bad_input;
+}
+
+// Output may fail as late as here, on a full disk for one.
+int finish(int status) {
+    std::cout.flush();
+    if (!std::cout || std::fflush(stdout) != 0 || std::ferror(stdout))
+        return complain("cannot write the output");
+    return status;
+}
+
+std::string check_tolerance(const std::string& text) {
+    double value = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error == std::errc() && stop == end && std::isfinite(value)) return {};
+    return "expected a number, such as 0.001, not '" + text + "'";
+}
+
+void add_water(CLI::App& app, Command& command) {
+    tool::WaterRequest& request = command.water_request;
+    command.water = app.add_subcommand("water", "Properties and phase of water and steam.");
+    command.water->fallthrough();
+    command.water->add_option("--t", request.t, "temperature, 0..800 degC (needed)")->option_text("T");
+    command.water->add_option("--p", request.p, "absolute pressure, 0..100 MPa")->option_text("P");
+    command.water
+        ->add_option("--mode", command.mode,
+                     "state: at --t and --p (default)\n"
+                     "saturated: saturated vapour at --t, 0..371.85 degC, no --p")
+        ->option_text("MODE")
+        ->check(CLI::IsMember({"state", "saturated"}));
+    command.water
+        ->add_option("--dp", request.dp_MPa, "tolerance of the saturated phase, 0..100 MPa (default 0.001)")
+        ->option_text("DP")
+        ->check(check_tolerance, "", "");
+    command.water->add_flag("--csv", request.csv, "all digits, comma-separated, units in the column names");
+    command.water->footer(
+        "T and P are a number or a range start:stop:step, such as 150 or 20:200:20;\n"
+        "ranges give a table, at most 1000000 rows.\n\n"
+        "Printed: density kg/m3, dynamic viscosity uPa s, specific enthalpy kJ/kg,\n"
+        "isentropic exponent kappa, phase, saturation pressure at T in MPa (- above the\n"
+        "critical temperature).\n\n"
+        "The phase is decided from 0.001 MPa up: steam from 371.85 degC or 21.5 MPa on;\n"
+        "else water at or below 100 degC; else saturated within DP of the saturation\n"
+        "pressure; else water above it and steam below. The properties do not depend on\n"
+        "that decision: they are the liquid's from the saturation pressure up.");
+}
+
+void describe(CLI::App& app, Command& command) {
+    constexpr std::size_t option_column = 20;
+    app.name("kalorfix");
+    app.get_formatter()->column_width(option_column);
+    app.add_option("--lib", command.library_file,
+                   "library to open (default: kalorfix.so beside this program or\n"
+                   "in ../lib, else where the system finds it)")
+        ->option_text("FILE");
+    app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
+    command.demo = app.add_subcommand("demo", "A steam and a water channel on built-in input, step by step.");
+    command.demo->footer(
+        "Every step of a channel's cycle with its status and its results, units beside\n"
+        "them, and the totals of a simulated hour. Exit status 1 when a step is refused.");
+    add_water(app, command);
+    command.id = app.add_subcommand("id", "Version, build, digests of library and gas data, paths.");
+    command.demo->fallthrough();
+    command.id->fallthrough();
+    app.footer("kalorfix COMMAND --help states units and limits.");
+}
+
+// What CLI11 found, in words that name the argument.
+std::string explain(const CLI::App& app, const CLI::ParseError& error) {
+    const std::string text = error.what();
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    const std::vector<std::string> unknown = app.remaining(true);
+    const std::string help =
+        fmt::format("see kalorfix {}--help", chosen.empty() ? std::string() : chosen.front()->get_name() + " ");
+    if (!unknown.empty()) {
+        const std::string& first = unknown.front();
+        if (first.starts_with("-")) return fmt::format("{}: no such option; {}", first, help);
+        if (chosen.empty()) return fmt::format("{}: no such command; there are demo, water and id", first);
+        return fmt::format("{}: nothing expected here; {}", first, help);
+    }
+    if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
+        return "a command is missing; there are demo, water and id";
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
+        return fmt::format("{}: takes one value, given once; {}", text.substr(0, text.find(':')), help);
+    return text;
+}
+
+int execute(const Command& command) {
+    // A name without a slash would be looked for along the loader's path instead of here.
+    const std::string file =
+        command.library_file.empty() ? std::string() : std::filesystem::absolute(command.library_file).string();
+    if (*command.demo) {
+        const tool::DemoRuntime runtime;
+        const Library library(file);
+        return tool::demo(library) ? 0 : 1;
+    }
+    if (*command.water) {
+        tool::WaterRequest request = command.water_request;
+        request.saturated = command.mode == "saturated";
+        tool::water(Library(file), request);
+    } else if (*command.id) {
+        tool::identity(Library(file));
+    }
+    return 0;
 }
 
 int run(int argc, char** argv) {
     CLI::App app{
-        "Flow of natural gas, water and steam by differential pressure, and the properties behind it."};
-    app.name("kalorfix");
-    std::string library_file;
-    app.add_option("--lib", library_file, "library to open (default: kalorfix.so beside this program)");
-    app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION);
-
-    CLI::App* const demo = app.add_subcommand(
-        "demo", "a steam and a water channel on built-in input: every step with its status and results");
-
-    tool::WaterRequest request;
-    std::string mode = "state";
-    CLI::App* const water = app.add_subcommand(
-        "water", "density (kg/m3), viscosity (uPa s), enthalpy (kJ/kg), isentropic exponent and phase");
-    water->add_option("--t", request.t, "temperature, 0..800 degC: a number or start:stop:step")->required();
-    water->add_option("--p", request.p, "absolute pressure, 0..100 MPa: a number or start:stop:step");
-    water->add_option("--mode", mode, "state, or saturated: saturated vapour at t, 0..371.85 degC, without --p")
-        ->check(CLI::IsMember({"state", "saturated"}))
-        ->capture_default_str();
-    water->add_option("--dp", request.dp_MPa, "tolerance of the phase decision, MPa")->capture_default_str();
-    water->add_flag("--csv", request.csv, "comma-separated values with units in the column names");
-
-    CLI::App* const id =
-        app.add_subcommand("id", "version, build, digests of library and gas data, directories");
-
+        "Flow of natural gas, water and steam by differential pressure, and the\nproperties behind it."};
+    Command command;
+    describe(app, command);
     if (argc == 1) {
-        fmt::print(stderr, "{}", app.help());
+        std::fputs(app.help().c_str(), stderr);
         return bad_input;
     }
     app.require_subcommand(1);
     try {
         app.parse(argc, argv);
-    } catch (const CLI::Success& help) {
-        return app.exit(help);
+    } catch (const CLI::Success& asked) {
+        return finish(app.exit(asked));
     } catch (const CLI::ParseError& error) {
-        const std::vector<std::string> unknown = app.remaining();
-        if (app.get_subcommands().empty() && !unknown.empty())
-            return complain(fmt::format("{}: no such command; there are demo, water and id", unknown.front()));
-        return complain(error.what());
+        return complain(explain(app, error));
     }
-
-    int result = 0;
-    if (*demo) {
-        const tool::DemoRuntime runtime;
-        const Library library(library_file);
-        result = tool::demo(library) ? 0 : 1;
-    } else if (*water) {
-        request.saturated = mode == "saturated";
-        tool::water(Library(library_file), request);
-    } else if (*id) {
-        tool::identity(Library(library_file));
-    }
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) return complain("cannot write the output");
-    return result;
+    return finish(execute(command));
 }
 
 }  // namespace

@@ -38,10 +38,12 @@ Range parse_range(const std::string& option, const std::string& text) {
 
     const double steps = (parts[1] - parts[0]) / parts[2];
     if (!(steps >= 0.0) || std::isinf(steps)) throw fail("the step must lead from start to stop");
-    // The stop belongs to the range when rounding alone keeps a step from reaching it.
-    const double whole = std::floor(steps + 1e-9);
+    // The stop belongs to the range when rounding alone keeps a step from hitting it.
+    constexpr double rounding = 1e-9;
+    const double whole = std::floor(steps + rounding);
     if (whole + 1.0 > static_cast<double>(max_rows)) throw fail(fmt::format("at most {} values", max_rows));
-    return {parts[0], parts[2], static_cast<std::size_t>(whole) + 1};
+    const double end = steps - whole < rounding ? parts[1] : parts[0] + whole * parts[2];
+    return {parts[0], parts[2], static_cast<std::size_t>(whole) + 1, end};
 }
 
 void require_within(const std::string& option, const std::string& text, const Range& range, double low,

@@ -16,8 +16,12 @@ struct Range {
     double start = 0.0;
     double step = 0.0;
     std::size_t count = 1;
+    double end = 0.0;  ///< the last of several values
 
-    double operator[](std::size_t k) const { return start + static_cast<double>(k) * step; }
+    // The last value is kept: counted up it may miss the stop, and then a limit, by a rounding error.
+    double operator[](std::size_t k) const {
+        return count > 1 && k + 1 == count ? end : start + static_cast<double>(k) * step;
+    }
     [[nodiscard]] double last() const { return (*this)[count - 1]; }
 };
 

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <stdexcept>
+#include <string_view>
 
 #include "tools/range.h"
 
@@ -21,56 +22,72 @@ struct State {
     double t_C, p_MPa;
     double rho, mu, h, kappa;
     double ps_MPa;
-    const char* phase;
+    std::string_view phase;  ///< empty where it is not decided
 };
 
-const char* phase_word(short code) {
-    constexpr const char* words[] = {"-", "water", "steam", "saturated"};
-    return code >= 0 && code <= 3 ? words[code] : "-";
+std::string_view phase_word(short code) {
+    constexpr std::string_view words[] = {"", "water", "steam", "saturated"};
+    return code >= 0 && code <= 3 ? words[code] : words[0];
 }
 
 State compute(const host::Library& library, const WaterRequest& request, double t_C, double p_MPa) {
+    constexpr double any_p_MPa = 1.0;
+    const double p = request.saturated ? any_p_MPa : p_MPa;
+    const short mode = request.saturated ? saturated_mode : state_mode;
     State s{};
     s.t_C = t_C;
-    // The saturation pressure does not depend on the pressure, which only has to lie within the limits.
-    const short phase = library->t_phase_1(request.saturated ? 1.0 : p_MPa, t_C, request.dp_MPa, &s.ps_MPa);
+    const short phase = library->t_phase_1(p, t_C, request.dp_MPa, &s.ps_MPa);
     s.phase = request.saturated ? "saturated vapour" : phase_word(phase);
-    if (phase == 0) s.ps_MPa = std::nan("");
+    // Below the limit of the phase decision the saturation pressure is still wanted; it depends on t alone.
+    if (phase == 0) library->t_phase_1(any_p_MPa, t_C, request.dp_MPa, &s.ps_MPa);
     s.p_MPa = request.saturated ? s.ps_MPa : p_MPa;
-    const short mode = request.saturated ? saturated_mode : state_mode;
-    if (library->t_param_1(t_C, request.saturated ? 1.0 : p_MPa, mode, &s.rho, &s.mu, &s.h, &s.kappa) != 0)
+    if (library->t_param_1(t_C, p, mode, &s.rho, &s.mu, &s.h, &s.kappa) != 0)
         throw std::runtime_error(fmt::format("no state at {} degC and {} MPa", t_C, p_MPa));
     return s;
 }
 
-std::string or_dash(double value, const char* format) {
-    return std::isnan(value) ? "-" : fmt::format(fmt::runtime(format), value);
+std::string_view or_dash(std::string_view text) { return text.empty() ? "-" : text; }
+
+std::string or_dash(double value, int digits) {
+    return std::isnan(value) ? "-" : fmt::format("{:#.{}g}", value, digits);
 }
 
 void print_sheet(const State& s) {
-    const auto row = [](const char* label, const std::string& value, const char* unit) {
-        fmt::print("  {:<26}{:>16}  {}\n", label, value, unit);
+    const auto row = [](const char* label, std::string_view value, const char* unit = "") {
+        fmt::print("  {:<26}{:>16}{}{}\n", label, value, *unit ? "  " : "", unit);
     };
-    row("temperature", fmt::format("{:.6g}", s.t_C), "degC");
+    row("temperature", fmt::format("{:.8g}", s.t_C), "degC");
     row("absolute pressure", fmt::format("{:.8g}", s.p_MPa), "MPa");
-    row("phase", s.phase, "");
-    row("saturation pressure at t", or_dash(s.ps_MPa, "{:.8g}"), "MPa");
+    row("phase", or_dash(s.phase));
+    row("saturation pressure at t", or_dash(s.ps_MPa, 8), "MPa");
     row("density", fmt::format("{:.8g}", s.rho), "kg/m3");
     row("dynamic viscosity", fmt::format("{:.6g}", s.mu), "uPa s");
     row("specific enthalpy", fmt::format("{:.8g}", s.h), "kJ/kg");
-    row("isentropic exponent", fmt::format("{:.7g}", s.kappa), "");
+    row("isentropic exponent", fmt::format("{:.7g}", s.kappa));
 }
 
-void print_table_head() {
-    fmt::print("{:>9} {:>11}  {:<16} {:>13} {:>10} {:>11} {:>11}\n", "t", "p", "phase", "density", "viscosity",
-               "enthalpy", "isentropic");
-    fmt::print("{:>9} {:>11}  {:<16} {:>13} {:>10} {:>11} {:>11}\n", "degC", "MPa", "", "kg/m3", "uPa s",
-               "kJ/kg", "exponent");
+// Six digits fit 80 columns; --csv has them all. Saturated vapour has its saturation pressure in the column of p.
+void print_table_head(bool saturated) {
+    constexpr const char *t = "t", *p = "p", *rho = "density", *mu = "viscosity", *h = "enthalpy";
+    constexpr const char *degC = "degC", *MPa = "MPa", *kg_m3 = "kg/m3", *uPas = "uPa s", *kJ_kg = "kJ/kg";
+    if (saturated) {
+        fmt::print("{:>7} {:>11}  {:<16} {:>10} {:>9} {:>10} {:>8}\n", t, p, "phase", rho, mu, h, "kappa");
+        fmt::print("{:>7} {:>11}  {:<16} {:>10} {:>9} {:>10}\n", degC, MPa, "", kg_m3, uPas, kJ_kg);
+    } else {
+        fmt::print("{:>7} {:>8}  {:<9} {:>10} {:>9} {:>10} {:>8} {:>11}\n", t, p, "phase", rho, mu, h, "kappa",
+                   "ps");
+        fmt::print("{:>7} {:>8}  {:<9} {:>10} {:>9} {:>10} {:>8} {:>11}\n", degC, MPa, "", kg_m3, uPas, kJ_kg,
+                   "", MPa);
+    }
 }
 
-void print_table_row(const State& s) {
-    fmt::print("{:>9.6g} {:>11.7g}  {:<16} {:>13.8g} {:>10.6g} {:>11.7g} {:>11.7g}\n", s.t_C, s.p_MPa, s.phase,
-               s.rho, s.mu, s.h, s.kappa);
+void print_table_row(const State& s, bool saturated) {
+    if (saturated)
+        fmt::print("{:>7.6g} {:>#11.6g}  {:<16} {:>#10.6g} {:>#9.6g} {:>#10.6g} {:>#8.6g}\n", s.t_C, s.p_MPa,
+                   s.phase, s.rho, s.mu, s.h, s.kappa);
+    else
+        fmt::print("{:>7.6g} {:>8.6g}  {:<9} {:>#10.6g} {:>#9.6g} {:>#10.6g} {:>#8.6g} {:>11}\n", s.t_C,
+                   s.p_MPa, or_dash(s.phase), s.rho, s.mu, s.h, s.kappa, or_dash(s.ps_MPa, 6));
 }
 
 void print_csv_row(const State& s) {
@@ -78,38 +95,48 @@ void print_csv_row(const State& s) {
     fmt::print("{},{},{},{},{},{},{},{}\n", s.t_C, s.p_MPa, s.phase, s.rho, s.mu, s.h, s.kappa, ps);
 }
 
-}  // namespace
+struct Grid {
+    Range t, p;
+};
 
-void water(const host::Library& library, const WaterRequest& request) {
-    const Range t = parse_range("--t", request.t);
-    require_within("--t", request.t, t, 0.0, request.saturated ? max_saturated_t_C : max_t_C,
+// Everything that can be wrong with the request is found here, before the first line of output.
+Grid check(const WaterRequest& request) {
+    if (request.t.empty()) throw InputError{"--t: give the temperature in degC, such as --t 150"};
+    Grid grid{parse_range("--t", request.t), {min_phase_p_MPa, 0.0, 1}};
+    require_within("--t", request.t, grid.t, 0.0, request.saturated ? max_saturated_t_C : max_t_C,
                    request.saturated ? "degC for saturated vapour" : "degC");
-    Range p{min_phase_p_MPa, 0.0, 1};
-    if (!request.p.empty()) {
-        if (request.saturated)
+    if (request.saturated) {
+        if (!request.p.empty())
             throw InputError{"--p: saturated vapour has the saturation pressure; leave --p out"};
-        p = parse_range("--p", request.p);
-        require_within("--p", request.p, p, 0.0, max_p_MPa, "MPa");
-    } else if (!request.saturated) {
+    } else if (request.p.empty()) {
         throw InputError{"--p: give the absolute pressure in MPa, such as --p 0.6, or --mode saturated"};
+    } else {
+        grid.p = parse_range("--p", request.p);
+        require_within("--p", request.p, grid.p, 0.0, max_p_MPa, "MPa");
     }
     if (!(request.dp_MPa >= 0.0 && request.dp_MPa <= max_p_MPa))
         throw InputError{fmt::format("--dp {}: must lie within 0..{} MPa", request.dp_MPa, max_p_MPa)};
-    if (t.count > max_rows / p.count)
+    if (grid.t.count > max_rows / grid.p.count)
         throw InputError{fmt::format("--t, --p: at most {} rows in all", max_rows)};
+    return grid;
+}
 
+}  // namespace
+
+void water(const host::Library& library, const WaterRequest& request) {
+    const auto [t, p] = check(request);
     if (!request.csv && t.count * p.count == 1) {
-        print_sheet(compute(library, request, t.start, p.start));
+        print_sheet(compute(library, request, t[0], p[0]));
         return;
     }
     if (request.csv)
         fmt::print("t_C,p_MPa,phase,rho_kg_m3,mu_uPa_s,h_kJ_kg,kappa,ps_MPa\n");
     else
-        print_table_head();
+        print_table_head(request.saturated);
     for (std::size_t i = 0; i < t.count; ++i)
         for (std::size_t j = 0; j < p.count; ++j) {
             const State s = compute(library, request, t[i], p[j]);
-            request.csv ? print_csv_row(s) : print_table_row(s);
+            request.csv ? print_csv_row(s) : print_table_row(s, request.saturated);
         }
 }
 
