@@ -48,7 +48,7 @@ expect 2 '^kalorfix: --turbo: no such option' demo --turbo
 expect 2 '^kalorfix: --tt: no such option' water --tt 20
 expect 2 '^kalorfix: --t -5: must lie' water --t -5 --p 1
 expect 2 '^kalorfix: --dp' water --t 20 --p 1 --dp x
-expect 2 'takes one value' water --t --p 1
+expect 2 'takes one value' water --p 1 --t
 expect 0 '^0,1,water' water --t 0.3:0:-0.1 --p 1 --csv
 expect 2 'cannot open the library' --lib /nonexistent.so demo
 expect 2 'cannot open the library' --lib /etc/passwd id
