@@ -6,6 +6,7 @@
 #include "props/water/ideal.h"
 #include "props/water/residual.h"
 #include "props/water/saturation.h"
+#include "props/water/viscosity.h"
 #include "reference_residual.h"
 
 namespace water = kalorfix::water;
@@ -115,6 +116,13 @@ TEST(Residual, StaysFiniteAtTheCriticalPoint) {
     const water::Helmholtz r = water::ResidualAt(1.0).all(1.0);
     for (const double value : {r.phi, r.d, r.dd, r.t, r.tt, r.dt}) EXPECT_TRUE(std::isfinite(value));
     EXPECT_NEAR(r.stiffness(), 0.0, 1e-6);
+}
+
+// IAPS 1985, values printed by an independent program at its own temperature and density.
+TEST(Viscosity, MeetsAnIndependentProgram) {
+    expect_printed(
+        {{"water", water::viscosity_uPas(296.9948190753248, 997.3369503211874, 0.0), 914.003770302, 1e-9},
+         {"steam", water::viscosity_uPas(373.15, 0.5896367540624714, 0.0), 12.2704, 1e-4}});
 }
 
 // IAPWS SR1-86(1992), the boiling point at 0.101325 MPa.
