@@ -20,13 +20,31 @@ add_library(
   flow/pipeline.cpp
   flow/totals.cpp
   flow/venturi.cpp
+  frame/gas_exports.cpp
   frame/heat_exports.cpp
   frame/lifecycle.cpp
   frame/pipeline_exports.cpp
   frame/totals_exports.cpp
+  gas/aga8.cpp
+  gas/aga8_density.cpp
+  gas/aga8_method.cpp
+  gas/composition.cpp
+  gas/composition_exports.cpp
+  gas/density_methods.cpp
+  gas/gas_channel.cpp
   gas/gas_data.cpp
   gas/gas_state.cpp
+  gas/gerg91.cpp
+  gas/nx19.cpp
+  gas/vnic_method.cpp
+  gas/vnic_smv.cpp
+  gas/working_state.cpp
+  props/gas_by_composition.cpp
+  props/gas_by_density.cpp
+  props/gas_channel.cpp
+  props/gas_properties.cpp
   props/heat_carrier.cpp
+  props/heat_of_combustion.cpp
   props/water/density.cpp
   props/water/ideal.cpp
   props/water/residual.cpp

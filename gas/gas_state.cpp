@@ -22,6 +22,14 @@ float Ckl[10][8];
 float T, P, DeltaP, Z, K, Roc, Xa, Xy, FP, Tnk, Pnk, Tn, Rom, Ron;
 char VNIC_FLAG;
 
+float Mu, kk, Ro, SM;
+char Plotnomer;
+float qmi, qoi, qci;
+
+const float Tc = 293.15F;
+const float Pc = 0.101325F;
+const float R = 8.31451F;
+
 namespace kalorfix::gas {
 
 constexpr std::array<Block, block_count> blocks{{

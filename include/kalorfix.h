@@ -148,6 +148,56 @@ KALORFIX_API int mt_int_param_1(int channel, unsigned short integrator, unsigned
                                 float interval_time_host, float interval_start_host, float last_result,
                                 char* status, float* interval_time, float* interval_start, float* result);
 
+/* ---- Gas ---------------------------------------------------------------------------------------------------- */
+
+/* State and compressibility of a gas; the first step of its cycle.
+ *
+ *   t               temperature, degC, 250..340 K
+ *   p_meas          measured absolute pressure, Pa; after the correction for the column 0.001..30 MPa, both exclusive
+ *   rho_col, h_col  density (kg/m3) and height (m) of the liquid column between tap and transmitter: p is lowered by
+ *                   9.80665 * rho_col * h_col
+ *   method          0 NX19 mod., 1 GERG-91 mod. (both by density, nitrogen and carbon dioxide), 2 AGA8-92DC, any other
+ *                   value VNIC SMV (both by composition, with the gas data of Init)
+ *   fractions       0: composition in mole per cent, 0..100; otherwise in volume fractions, 0..1. Methods 0 and 1 take
+ *                   nitrogen and carbon dioxide in mole per cent, whatever stands here
+ *   x0..x14         methane, ethane, propane, n-butane, i-butane, n-pentane, i-pentane, hexanes, heptanes, octanes,
+ *                   nitrogen (x10), carbon dioxide (x11), hydrogen sulphide, helium, carbon monoxide. Mole per cent are
+ *                   not normalised. The gas data decides on the pentanes and the last two
+ *   rho_c_in        density at standard conditions (293.15 K, 101325 Pa), kg/m3, 0..1, for methods 0 and 1
+ *
+ *   sum_out    sum of the composition as given
+ *   K_out      compressibility coefficient K = Z/Zc
+ *   rho_c_out  density at standard conditions, kg/m3: given, or computed from the composition
+ *
+ * Status 0: channel never configured; state, density or contents out of range; the method failed, or its tables are not
+ * loaded; K is 0.9999 or more. The outputs are written all the same, K_out 0 where no method ran; only a composition value
+ * out of range leaves all three 0. mg_tf_param must follow with no other gas calculation in between.
+ * GOST 30319.2-96; AGA Report No. 8 (1992). */
+KALORFIX_API int mg_param_gs(int channel, float t, float p_meas, float rho_col, float h_col, short method,
+                             char fractions, float x0, float x1, float x2, float x3, float x4, float x5,
+                             float x6, float x7, float x8, float x9, float x10, float x11, float x12, float x13,
+                             float x14, float rho_c_in, char* valid_out, float* sum_out, float* K_out,
+                             float* rho_c_out);
+
+/* Properties of a gas; the second step of its cycle.
+ *
+ *   unit, tempBasis  heats of combustion of methods 3 and above, in 0 kJ/m3 or 1 kcal/m3, the volume at 0: 0 degC or
+ *                    1: 20 degC (0 for other selectors). Methods up to 2 give MJ/m3 at 20 degC, whatever stands here
+ *   roVap            water vapour in the working cubic metre, kg/m3; 0 for dry gas
+ *
+ *   ro_out density at working conditions kg/m3, mu_out viscosity uPa s, kappa_out isentropic exponent, hLow and hHigh lower
+ *   and higher heat of combustion
+ *
+ * Methods up to 2 take viscosity, exponent and heats from density, nitrogen and carbon dioxide, method 2 included, which
+ * then uses the contents that the last method by density left; methods 3 and above take them from the composition.
+ * The heats assume mole per cent.
+ *
+ * Status 0: the state is not valid (the outputs hold the last values); the water vapour is outside the range of t_param_1, that
+ * is its saturation temperature above 645 K (outputs 0, the state is void until the next mg_param_gs).
+ * GOST 30319.1-96, GOST 30319.3-96. */
+KALORFIX_API int mg_tf_param(int channel, char unit, char tempBasis, float roVap, char* status, float* ro_out,
+                             float* mu_out, float* kappa_out, float* hLow, float* hHigh);
+
 /* ---- Heat carrier ------------------------------------------------------------------------------------- */
 
 /* State and phase of a heat carrier; the first step of its cycle.

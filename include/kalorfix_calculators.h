@@ -113,6 +113,18 @@ public:
     ~cGas2005() override;
     bool IsGas() override;
 
+    /// State and compressibility of the gas (arguments as in mg_param_gs). The results are written on every return, except
+    /// when a value of a full composition is out of range.
+    char Param_gs(double t_in, double p_meas, double rho_col, double h_col, short method, char fractions,
+                  double x0, double x1, double x2, double x3, double x4, double x5, double x6, double x7,
+                  double x8, double x9, double x10, double x11, double x12, double x13, double x14,
+                  double rho_c_in, double& sum_out, double& K_out, double& rho_c_out);
+
+    /// Density, viscosity (uPa s), isentropic exponent and heats of combustion (arguments as in mg_tf_param). On a state
+    /// that is not valid the last values are handed out; outside the range of the water vapour nothing is written.
+    char tf_Param(char unit, char tempBasis, double roVap, double& ro_out, double& mu_out, double& kappa_out,
+                  double& hLow, double& hHigh);
+
     /// Flow of a gas channel. rho_c: density at standard conditions, kg/m3; k: the host's factor.
     /// `q_c_out` m3/h at standard conditions, `q_e_out` = q_c * 0.001 * k.
     char mgn_Param(char calc, double dp, double rho, double rho_c, double k, double& q_m_out, double& q_v_out,

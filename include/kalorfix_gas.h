@@ -90,6 +90,21 @@ KALORFIX_API extern float Ron;    /* reduced density */
 KALORFIX_API extern char
     VNIC_FLAG; /* 1 after the 8-component method ran, 0 after another full-composition method */
 
+/* Properties of the last state. */
+KALORFIX_API extern float Mu;       /* dynamic viscosity, uPa s */
+KALORFIX_API extern float kk;       /* isentropic exponent */
+KALORFIX_API extern float Ro;       /* density at working conditions, kg/m3 */
+KALORFIX_API extern float SM;       /* molar mass of the mixture, kg/kmol */
+KALORFIX_API extern char Plotnomer; /* 1 when Ro came from a densitometer */
+KALORFIX_API extern float qmi;      /* mass flow, t/h, set by the host for NF6 and NF7 */
+KALORFIX_API extern float qoi;      /* volume flow at working conditions, m3/h */
+KALORFIX_API extern float qci;      /* volume flow at standard conditions, m3/h */
+
+/* Constants of the gas methods: standard temperature (K) and pressure (MPa), molar gas constant (J/(mol K)). */
+KALORFIX_API extern const float Tc;
+KALORFIX_API extern const float Pc;
+KALORFIX_API extern const float R;
+
 #ifdef __cplusplus
 } /* extern "C" */
 
@@ -110,6 +125,65 @@ KALORFIX_API int INIT_GAS();
 
 /// Releases the tables and sets their pointers to null.
 KALORFIX_API void REINIT_GAS();
+
+// The methods. They work on the module state above and leave it filled; mg_param_gs and mg_tf_param call them. T_K is the
+// temperature in K, p_MPa the absolute pressure in MPa, dp_kPa a differential pressure in kPa that is only checked.
+// A method fails (status 1, result 0) unless 70 < T < 1500 K, 0 < p < 100 MPa, 0 <= dp < 0.25 p; while the tables that it
+// reads are not loaded; and for a composition without any component. Status 0 is success.
+
+/// Working composition from 15 mole per cent (not normalised).
+KALORFIX_API void PF1_1(float x0, float x1, float x2, float x3, float x4, float x5, float x6, float x7,
+                        float x8, float x9, float x10, float x11, float x12, float x13, float x14);
+
+/// Working composition from 15 volume fractions, normalised. Empty while the tables are not loaded.
+KALORFIX_API void PF1_2(float r0, float r1, float r2, float r3, float r4, float r5, float r6, float r7,
+                        float r8, float r9, float r10, float r11, float r12, float r13, float r14);
+
+/// Density of the working composition at standard conditions, kg/m3, also in Roc; 0 while the tables are not loaded.
+/// GOST 30319.1-96.
+KALORFIX_API float PF2();
+
+/// K by NX19 mod. (1) and GERG-91 mod. (2) from density at standard conditions, kg/m3, and nitrogen and carbon dioxide, mole
+/// per cent. A result that is not finite is a failure. GOST 30319.2-96.
+KALORFIX_API float NF1_1(float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c,
+                         short& status);
+KALORFIX_API float NF1_2(float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c,
+                         short& status);
+
+/// The same for the working composition and Roc (after PF1_1 or PF1_2, and PF2). Cube roots are taken as powers: a negative
+/// number gives NaN, with status 0.
+KALORFIX_API float PF3_1(float T_K, float dp_kPa, float p_MPa, short& status);
+KALORFIX_API float PF3_2(float T_K, float dp_kPa, float p_MPa, short& status);
+
+/// K of the working composition by AGA8-92DC. Fails too when no density is found within 100 and then 50 steps: K is then
+/// that of the last density. AGA Report No. 8 (1992); GOST 30319.2-96.
+KALORFIX_API float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status);
+
+/// K of the working composition by VNIC SMV. Fails too when no density is found within 100 steps or K is not finite.
+/// GOST 30319.2-96.
+KALORFIX_API float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status);
+
+/// Working density Rom * SM, kg/m3, also in Ro; runs PF3_4 first when the last method was another one.
+KALORFIX_API float PF4_1();
+
+/// Working density from the gas state, kg/m3, and from the reading of a densitometer (kg/m3, K, MPa); also in Ro.
+KALORFIX_API float NF2_1();
+KALORFIX_API float NF2_2(float rho_meter, float T_meter_K, float p_meter_MPa);
+
+/// Viscosity, uPa s, and isentropic exponent from Roc, Xa, Xy; also in Mu and kk. GOST 30319.1-96.
+KALORFIX_API float NF3();
+KALORFIX_API float NF4();
+
+/// Volume flow at working (Ro) and at standard conditions (Roc) of the mass flow qmi, m3/h; also in qoi and qci.
+KALORFIX_API float NF6();
+KALORFIX_API float NF7();
+
+/// Viscosity, uPa s, of the working composition; runs PF3_4 first when the last method was another one. Also in Mu; 0 while
+/// the tables are not loaded. The argument has no effect. GOST 30319.3-96.
+KALORFIX_API float PF5(unsigned long);
+
+/// Isentropic exponent from the state that PF3_4 left; also in kk; 0 while the tables are not loaded. GOST 30319.3-96.
+KALORFIX_API float PF6();
 #endif
 
 #endif /* KALORFIX_GAS_H */

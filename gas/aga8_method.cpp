@@ -1,0 +1,55 @@
+// The exported method AGA8-92DC.
+#include <algorithm>
+#include <numeric>
+
+#include "gas/aga8.h"
+#include "gas/aga8_density.h"
+#include "gas/working_state.h"
+#include "kalorfix_gas.h"
+#include "runtime/float_environment.h"
+
+namespace gas = kalorfix::gas;
+namespace aga8 = kalorfix::gas::aga8;
+
+float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
+    const kalorfix::FloatEnvironment guard;
+    VNIC_FLAG = 0;
+    status = 0;
+    DeltaP = dp_kPa;
+    T = T_K;
+    P = p_MPa;
+    const gas::Composition mixed = gas::working_composition();
+    if (!gas::state_accepted(T_K, dp_kPa, p_MPa) || !gas::aga8_tables_loaded()) {
+        status = 1;
+        return 0.0F;
+    }
+    if (mixed.count == 0) {
+        K = 0.0F;
+        status = 1;
+        return 0.0F;
+    }
+    const aga8::Components pure{Ei, Ki, Gi, Qi, Fi};
+    const aga8::Binaries pairs{Eij_, Uij, Kij, Gij_};
+    const aga8::Terms terms{an, bn, cn, kn, un, gn, qn, fn};
+    const auto temperature = static_cast<double>(T_K);
+
+    const aga8::Mixture mixture = aga8::mix(mixed, pure, pairs);
+    aga8::pair_parameters(mixed, pure, pairs, EIJM, GIJM);
+    const aga8::VirialFactors factors = aga8::virial_factors(mixed, pure, terms, EIJM, GIJM);
+    std::copy(factors.begin(), factors.end(), B);
+    const aga8::Coefficients coefficients = aga8::term_coefficients(temperature, mixture, terms);
+    std::copy(coefficients.begin() + aga8::first_density_term, coefficients.end(),
+              C + aga8::first_density_term);
+
+    const aga8::DensityTerms density_terms(terms, coefficients);
+    const double linear = std::accumulate(coefficients.begin() + aga8::first_density_term,
+                                          coefficients.begin() + aga8::virial_terms, 0.0);
+    const aga8::Equation equation{static_cast<double>(R) * temperature,
+                                  aga8::second_virial(temperature, terms, factors), linear, mixture.size_cubed,
+                                  density_terms};
+    const aga8::MolarDensity found = aga8::molar_density(equation, static_cast<double>(p_MPa));
+    if (!found.converged) status = 1;
+    K = static_cast<float>(aga8::compressibility(equation, found.rho_kmol_m3) /
+                           gas::standard_compressibility(mixed));
+    return K;
+}

@@ -1,0 +1,52 @@
+// The composition of a natural gas and what follows from it alone.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace kalorfix::gas {
+
+/// Components of the full composition, in this order: methane, ethane, propane, n-butane, i-butane, two pentanes, hexanes,
+/// heptanes, octanes, nitrogen, carbon dioxide, hydrogen sulphide, and two more that the gas data file defines.
+inline constexpr std::size_t component_count = 15;
+inline constexpr std::size_t nitrogen = 10;
+inline constexpr std::size_t carbon_dioxide = 11;
+
+/// Carbon atoms of each component; 0 for those that are no hydrocarbons.
+inline constexpr std::array<short, component_count> carbon_number{1, 2, 3, 4, 4, 5, 5, 6, 7, 8, 0, 0, 0, 0, 0};
+
+/// Standard conditions: 293.15 K and 0.101325 MPa.
+inline constexpr double standard_temperature_K = 293.15;
+inline constexpr double standard_pressure_MPa = 0.101325;
+
+using Fractions = std::array<float, component_count>;
+
+/// Mole fractions with the list of the components that are there.
+struct Composition {
+    Fractions x{};
+    std::array<std::size_t, component_count> present{};  ///< ascending, the first `count` are in use
+    std::size_t count = 0;
+};
+
+/// Mole per cent to mole fractions, not normalised.
+[[nodiscard]] Fractions from_mole_percent(const Fractions& percent);
+
+/// Volume fractions to mole fractions, normalised: x_i = (r_i / z_i) / sum(r_j / z_j), z_i the compressibility factors of
+/// the pure components at standard conditions. All zero gives NaN. ISO 6976:1995, annex on volume fractions.
+[[nodiscard]] Fractions from_volume_fractions(const Fractions& volume, const float* z_standard);
+
+/// Lists the components whose fraction is not exactly zero.
+[[nodiscard]] Composition with_present_components(const Fractions& x);
+
+/// Density at standard conditions, kg/m3: sum(x rho_ideal) / Z, Z = 1 - (sum(x sqrt b))^2. GOST 30319.1-96; ISO 6976:1995.
+/// Sums in single precision. 0 for no component.
+[[nodiscard]] float standard_density(const Composition& gas, const float* summation_factor,
+                                     const float* ideal_density);
+
+/// Compressibility factor at standard conditions from the carbon numbers, nitrogen and carbon dioxide. GOST 30319.2-96.
+[[nodiscard]] double standard_compressibility(const Composition& gas);
+
+/// The same from density (kg/m3), nitrogen and carbon dioxide (mole fractions) at standard conditions. GOST 30319.2-96.
+[[nodiscard]] double standard_compressibility(double rho_c, double xa, double xy);
+
+}  // namespace kalorfix::gas

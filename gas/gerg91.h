@@ -1,0 +1,24 @@
+// Compressibility by GERG-91 mod.: a virial equation in density, nitrogen and carbon dioxide.
+#pragma once
+
+#include "gas/cube_root.h"
+#include "gas/density_gas.h"
+
+namespace kalorfix::gas {
+
+/// Second (m3/kmol) and third (m6/kmol2) virial coefficient of a mixture.
+struct Virial {
+    double second, third;
+};
+
+/// Virial coefficients of the gas at T (K). GOST 30319.2-96, GERG-91 mod.
+[[nodiscard]] Virial gerg91_virial(double T_K, const DensityGas& gas, CubeRoot kind);
+
+/// The real root z of z^3 - z^2 - B q z - C q^2 = 0, q = 1000 p/(R T), by Cardano's formula.
+[[nodiscard]] double virial_compressibility(double T_K, double p_MPa, const Virial& v, CubeRoot kind);
+
+/// Compressibility coefficient K = Z/Zc at T (K) and p (MPa, absolute). GOST 30319.2-96, GERG-91 mod. Meant for
+/// 250..340 K, up to 12 MPa, 0.66..1 kg/m3, up to 15 % nitrogen and carbon dioxide.
+[[nodiscard]] double gerg91(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind);
+
+}  // namespace kalorfix::gas

@@ -1,0 +1,56 @@
+// Powers whose exponents are whole or half numbers, as those of the equations of state are, without the general power
+// function.
+#pragma once
+
+#include <array>
+#include <cmath>
+
+namespace kalorfix::gas {
+
+/// An exponent u taken apart once: 2u as a whole number where that is exact and small.
+class HalfPower {
+public:
+    static constexpr int bits = 6;
+
+    explicit HalfPower(double exponent) : exponent_(exponent) {
+        const double doubled = 2.0 * std::fabs(exponent);
+        exact_ = doubled < 1 << bits && doubled == std::floor(doubled);
+        twice_ = exact_ ? static_cast<unsigned>(doubled) : 0U;
+    }
+
+    [[nodiscard]] bool exact() const { return exact_; }
+    [[nodiscard]] bool zero() const { return exact_ && twice_ == 0; }
+    [[nodiscard]] bool negative() const { return exponent_ < 0.0; }
+    [[nodiscard]] bool uses(int bit) const { return (twice_ >> bit & 1U) != 0; }
+    [[nodiscard]] double exponent() const { return exponent_; }
+
+private:
+    double exponent_;
+    bool exact_;
+    unsigned twice_;
+};
+
+/// One number ready to be raised to many such exponents.
+class PowerBase {
+public:
+    explicit PowerBase(double base) : base_(base) {
+        square_[0] = std::sqrt(base);
+        square_[1] = base;  // also for a negative number, whose whole powers exist
+        for (std::size_t bit = 2; bit < square_.size(); ++bit)
+            square_[bit] = square_[bit - 1] * square_[bit - 1];
+    }
+
+    [[nodiscard]] double to(const HalfPower& u) const {
+        if (!u.exact()) return std::pow(base_, u.exponent());
+        double product = 1.0;
+        for (int bit = 0; bit < HalfPower::bits; ++bit)
+            if (u.uses(bit)) product *= square_[static_cast<std::size_t>(bit)];
+        return u.negative() ? 1.0 / product : product;
+    }
+
+private:
+    double base_;
+    std::array<double, HalfPower::bits> square_{};
+};
+
+}  // namespace kalorfix::gas

@@ -1,0 +1,64 @@
+// The exported method VNIC SMV and the working density that follows from it.
+#include <algorithm>
+#include <cmath>
+
+#include "gas/vnic_smv.h"
+#include "gas/working_state.h"
+#include "kalorfix_gas.h"
+#include "runtime/float_environment.h"
+
+namespace gas = kalorfix::gas;
+namespace vnic = kalorfix::gas::vnic;
+
+float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
+    const kalorfix::FloatEnvironment guard;
+    VNIC_FLAG = 1;
+    status = 0;
+    FP = 0.0F;
+    Z = 0.0F;
+    DeltaP = dp_kPa;
+    T = T_K;
+    P = p_MPa;
+    if (!gas::state_accepted(T_K, dp_kPa, p_MPa) || !gas::vnic_tables_loaded()) {
+        status = 1;
+        return 0.0F;
+    }
+    const gas::Composition mixed = gas::working_composition();
+    const vnic::Fractions folded = vnic::fold(mixed.x);
+    std::copy(folded.begin(), folded.end(), Tmp_Xi);
+
+    const vnic::Tables tables{V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl};
+    const vnic::PseudoCritical critical = vnic::pseudo_critical(folded, tables, static_cast<double>(R));
+    FP = critical.acentric;
+    Tnk = critical.temperature;
+    Pnk = critical.pressure;
+    Tn = T_K / Tnk;
+    vnic::equation_coefficients(tables, critical.acentric, Ckl);
+
+    const vnic::Isotherm isotherm = vnic::isotherm(Ckl, static_cast<double>(Tn));
+    const double RT = static_cast<double>(R) * static_cast<double>(T_K);
+    const vnic::MolarDensity found = vnic::molar_density(isotherm, critical, RT, static_cast<double>(p_MPa));
+    if (!found.converged) status = 1;
+    const double reduced = found.rho_kmol_m3 / critical.density;
+    const double compressibility = vnic::compressibility(isotherm, reduced);
+    Rom = static_cast<float>(found.rho_kmol_m3);
+    Ron = static_cast<float>(reduced);
+    Z = static_cast<float>(compressibility);
+    K = static_cast<float>(compressibility / gas::standard_compressibility(mixed));
+    if (!std::isfinite(K)) {
+        K = 0.0F;
+        status = 1;
+    }
+    return K;
+}
+
+float PF4_1() {
+    const kalorfix::FloatEnvironment guard;
+    Plotnomer = 0;
+    if (VNIC_FLAG == 0) {
+        if (!gas::vnic_tables_loaded()) return Ro = 0.0F;
+        short ignored = 0;
+        PF3_4(T, DeltaP, P, ignored);
+    }
+    return Ro = Rom * SM;
+}

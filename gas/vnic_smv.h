@@ -1,0 +1,70 @@
+// VNIC SMV: the 8-component mixture and the equation of state Z = 1 + sum c_kl w^k / t^l in reduced density w and reduced
+// temperature t. GOST 30319.2-96.
+//
+// Tables and what is handed out are single precision, everything in between is double.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+#include "gas/composition.h"
+
+namespace kalorfix::gas::vnic {
+
+/// Methane, ethane, propane, n-butane with all heavier hydrocarbons, i-butane, nitrogen with the other inert components,
+/// carbon dioxide, hydrogen sulphide.
+inline constexpr std::size_t component_count = 8;
+inline constexpr std::size_t density_powers = 10;
+inline constexpr std::size_t columns = 8;
+
+/// Temperature terms of each density power 1..10: 54 in all.
+inline constexpr std::array<short, density_powers> temperature_terms{8, 7, 7, 6, 6, 5, 4, 4, 4, 3};
+
+using Fractions = std::array<float, component_count>;
+using Coefficients = float[density_powers][columns];
+
+/// The tables of the gas data file; matrices row by row.
+struct Tables {
+    const float* molar_mass;            ///< kg/kmol
+    const float* critical_density;      ///< kg/m3
+    const float* critical_temperature;  ///< K
+    const float* acentric;
+    const float* volume_correction;       ///< lambda, 8 x 8
+    const float* temperature_correction;  ///< xi, 8 x 8
+    const float* a;                       ///< 10 x 8
+    const float* b;                       ///< 10 x 8, multiplied by the acentric factor
+};
+
+/// The 15 components folded onto the 8.
+[[nodiscard]] Fractions fold(const gas::Fractions& x);
+
+struct PseudoCritical {
+    double density;     ///< kmol/m3
+    float temperature;  ///< K
+    float pressure;     ///< MPa
+    float acentric;
+};
+
+/// Pseudo-critical parameters of the mixture; R in kJ/(kmol K).
+[[nodiscard]] PseudoCritical pseudo_critical(const Fractions& x, const Tables& tables, double R);
+
+/// c_kl = a_kl + acentric factor * b_kl; positions that are no terms stay as they are.
+void equation_coefficients(const Tables& tables, float acentric, Coefficients& c);
+
+/// The equation at one reduced temperature: coefficients of the powers 1..10 of the reduced density.
+using Isotherm = std::array<double, density_powers>;
+[[nodiscard]] Isotherm isotherm(const Coefficients& c, double reduced_temperature);
+
+/// Z at a reduced density.
+[[nodiscard]] double compressibility(const Isotherm& isotherm, double reduced_density);
+
+struct MolarDensity {
+    double rho_kmol_m3;
+    bool converged;
+};
+
+/// Molar density at RT (kJ/kmol) and p (MPa) by Newton's method, at most 100 steps.
+[[nodiscard]] MolarDensity molar_density(const Isotherm& isotherm, const PseudoCritical& critical, double RT,
+                                         double p_MPa);
+
+}  // namespace kalorfix::gas::vnic

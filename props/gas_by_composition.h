@@ -1,0 +1,32 @@
+// Properties of a gas of known composition from the state that VNIC SMV has left: viscosity, isentropic exponent.
+#pragma once
+
+#include "gas/vnic_smv.h"
+
+namespace kalorfix::gas {
+
+struct ReducedState {
+    float temperature;           ///< T / pseudo-critical temperature
+    float density;               ///< rho / pseudo-critical density
+    float critical_temperature;  ///< K
+    float critical_pressure;     ///< MPa
+    float acentric;
+};
+
+/// Dynamic viscosity, uPa s; molar mass in kg/kmol. GOST 30319.3-96.
+[[nodiscard]] float viscosity(const ReducedState& state, float molar_mass);
+
+/// Ideal-gas cp/R of one of the 8 components at T (K). `positive` 8 x 11 and `negative` 8 x 6 coefficients, row by row.
+/// Summed in single precision. GOST 30319.3-96, table 2.
+[[nodiscard]] float ideal_heat_capacity(std::size_t component, float T_K, const float* positive,
+                                        const float* negative);
+
+/// The same of a mixture, over the components that are there.
+[[nodiscard]] float ideal_heat_capacity(const vnic::Fractions& x, float T_K, const float* positive,
+                                        const float* negative);
+
+/// Isentropic exponent from the equation of state and the ideal-gas cp/R. Summed in single precision. GOST 30319.3-96.
+[[nodiscard]] float isentropic_exponent(const vnic::Coefficients& c, float reduced_temperature,
+                                        float reduced_density, float Z_factor, float ideal_cp);
+
+}  // namespace kalorfix::gas
