@@ -7,15 +7,20 @@
 namespace kalorfix::gas::aga8 {
 namespace {
 
+// Sums over the pairs run in four lanes; the last pairs are filled up with some of weight 0.
+constexpr std::size_t lanes = 4;
 constexpr std::size_t max_pairs = component_count * (component_count + 1) / 2;
+static_assert(max_pairs % lanes == 0);
 using PerPair = std::array<double, max_pairs>;
+using EnergyPowers = std::array<PerPair, HalfPower::bits>;
 
-// All pairs of components that are there, i <= j, each with its weight in a sum over ordered pairs.
+// All pairs of components that are there, i <= j.
 struct Pairs {
-    std::size_t count = 0;
+    std::size_t count = 0;                         ///< filled up to a multiple of the lanes
     PerPair weight;                                ///< x_i x_j (K_i K_j)^1.5, twice for i < j
     PerPair orientation, quadrupole, temperature;  ///< G_ij, Q_i Q_j, sqrt(F_i F_j)
-    std::array<PerPair, HalfPower::bits> energy;   ///< sqrt(E_ij), E_ij, E_ij^2, E_ij^4, ...
+    EnergyPowers energy;                           ///< sqrt(E_ij), E_ij, E_ij^2, E_ij^4, ...
+    EnergyPowers inverse_energy;                   ///< their reciprocals
 };
 
 double power_2_5(double value) { return value * value * std::sqrt(value); }
@@ -37,27 +42,77 @@ double flagged(double value, double flag) {
     return flag == 1.0 ? base : std::pow(base, flag);
 }
 
-void multiply_flagged(PerPair& products, std::size_t count, const PerPair& values, double flag) {
+// What a term multiplies the weights of the pairs with: ready factors by their address, others made up on the spot.
+class Factors {
+public:
+    void use(const PerPair& values) { used_[count_++] = &values; }
+
+    PerPair& make() {
+        use(made_[made_count_]);
+        return made_[made_count_++];
+    }
+
+    [[nodiscard]] double sum(const Pairs& pairs) const {
+        switch (count_) {
+            case 0:
+                return sum_of<0>(pairs);
+            case 1:
+                return sum_of<1>(pairs);
+            case 2:
+                return sum_of<2>(pairs);
+            case 3:
+                return sum_of<3>(pairs);
+            default:
+                return sum_of<most>(pairs);
+        }
+    }
+
+private:
+    static constexpr std::size_t most = HalfPower::bits + 3;
+
+    // With the number of factors known beforehand, but for the largest, the lanes stay in registers.
+    template <std::size_t N>
+    [[nodiscard]] double sum_of(const Pairs& pairs) const {
+        const std::size_t count = N == most ? count_ : N;
+        std::array<double, lanes> sums{};
+        for (std::size_t p = 0; p < pairs.count; p += lanes) {
+            std::array<double, lanes> products;
+            for (std::size_t lane = 0; lane < lanes; ++lane) products[lane] = pairs.weight[p + lane];
+            for (std::size_t n = 0; n < count; ++n)
+                for (std::size_t lane = 0; lane < lanes; ++lane) products[lane] *= (*used_[n])[p + lane];
+            for (std::size_t lane = 0; lane < lanes; ++lane) sums[lane] += products[lane];
+        }
+        return (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    }
+
+    std::array<const PerPair*, most> used_;
+    std::size_t count_ = 0;
+    std::array<PerPair, 4> made_;
+    std::size_t made_count_ = 0;
+};
+
+void add_flagged(Factors& factors, const Pairs& pairs, const PerPair& values, double flag) {
     if (flag == 0.0) return;
-    for (std::size_t p = 0; p < count; ++p) products[p] *= flagged(values[p], flag);
+    if (flag == 1.0) return factors.use(values);
+    PerPair& powers = factors.make();
+    for (std::size_t p = 0; p < pairs.count; ++p) powers[p] = flagged(values[p], flag);
 }
 
-void multiply_energy(PerPair& products, const Pairs& pairs, const HalfPower& u) {
+void add_energy(Factors& factors, const Pairs& pairs, const HalfPower& u) {
     if (!u.exact()) {
-        for (std::size_t p = 0; p < pairs.count; ++p) products[p] *= std::pow(pairs.energy[1][p], u.exponent());
+        PerPair& powers = factors.make();
+        for (std::size_t p = 0; p < pairs.count; ++p) powers[p] = std::pow(pairs.energy[1][p], u.exponent());
         return;
     }
-    PerPair powers;
-    powers.fill(1.0);
-    for (int bit = 0; bit < HalfPower::bits; ++bit) {
-        if (!u.uses(bit)) continue;
-        const PerPair& square = pairs.energy[static_cast<std::size_t>(bit)];
-        for (std::size_t p = 0; p < pairs.count; ++p) powers[p] *= square[p];
-    }
-    if (u.negative())
-        for (std::size_t p = 0; p < pairs.count; ++p) products[p] /= powers[p];
-    else
-        for (std::size_t p = 0; p < pairs.count; ++p) products[p] *= powers[p];
+    for (int bit = 0; bit < HalfPower::bits; ++bit)
+        if (u.uses(bit))
+            factors.use((u.negative() ? pairs.inverse_energy : pairs.energy)[static_cast<std::size_t>(bit)]);
+}
+
+// Squares from position 1 on.
+void square_up(EnergyPowers& powers, std::size_t count) {
+    for (std::size_t bit = 2; bit < powers.size(); ++bit)
+        for (std::size_t p = 0; p < count; ++p) powers[bit][p] = powers[bit - 1][p] * powers[bit - 1][p];
 }
 
 void list_pairs(Pairs& pairs, const Composition& gas, const Components& pure, const PairTable& energy,
@@ -79,10 +134,19 @@ void list_pairs(Pairs& pairs, const Composition& gas, const Components& pure, co
             pairs.temperature[p] = std::sqrt(at(pure.high_temperature, i) * at(pure.high_temperature, j));
             pairs.energy[1][p] = static_cast<double>(energy[i][j]);
         }
-    for (std::size_t p = 0; p < pairs.count; ++p) pairs.energy[0][p] = std::sqrt(pairs.energy[1][p]);
-    for (std::size_t bit = 2; bit < pairs.energy.size(); ++bit)
-        for (std::size_t p = 0; p < pairs.count; ++p)
-            pairs.energy[bit][p] = pairs.energy[bit - 1][p] * pairs.energy[bit - 1][p];
+    for (; pairs.count % lanes != 0; ++pairs.count) {
+        pairs.weight[pairs.count] = 0.0;
+        for (PerPair* const values :
+             {&pairs.orientation, &pairs.quadrupole, &pairs.temperature, &pairs.energy[1]})
+            (*values)[pairs.count] = 1.0;
+    }
+    for (std::size_t p = 0; p < pairs.count; ++p) {
+        pairs.energy[0][p] = std::sqrt(pairs.energy[1][p]);
+        pairs.inverse_energy[0][p] = 1.0 / pairs.energy[0][p];
+        pairs.inverse_energy[1][p] = 1.0 / pairs.energy[1][p];
+    }
+    square_up(pairs.energy, pairs.count);
+    square_up(pairs.inverse_energy, pairs.count);
 }
 
 }  // namespace
@@ -147,16 +211,13 @@ VirialFactors virial_factors(const Composition& gas, const Components& pure, con
     Pairs pairs;
     list_pairs(pairs, gas, pure, energy, orientation);
     VirialFactors factors{};
-    PerPair products;
     for (std::size_t n = 0; n < virial_terms; ++n) {
-        for (std::size_t p = 0; p < pairs.count; ++p) products[p] = pairs.weight[p];
-        multiply_energy(products, pairs, HalfPower(at(terms.u, n)));
-        multiply_flagged(products, pairs.count, pairs.orientation, at(terms.g, n));
-        multiply_flagged(products, pairs.count, pairs.quadrupole, at(terms.q, n));
-        multiply_flagged(products, pairs.count, pairs.temperature, at(terms.f, n));
-        double sum = 0.0;
-        for (std::size_t p = 0; p < pairs.count; ++p) sum += products[p];
-        factors[n] = static_cast<float>(sum);
+        Factors term;
+        add_energy(term, pairs, HalfPower(at(terms.u, n)));
+        add_flagged(term, pairs, pairs.orientation, at(terms.g, n));
+        add_flagged(term, pairs, pairs.quadrupole, at(terms.q, n));
+        add_flagged(term, pairs, pairs.temperature, at(terms.f, n));
+        factors[n] = static_cast<float>(term.sum(pairs));
     }
     return factors;
 }

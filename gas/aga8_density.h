@@ -8,42 +8,52 @@
 
 namespace kalorfix::gas::aga8 {
 
-/// The sums over the density terms at a reduced density r = K^3 rho. Each term is
-/// C (b - c k r^k) r^b exp(-c r^k) with the exponents of the term.
-struct DensitySums {
-    double S;           ///< the sum itself: the terms' part of Z
-    double correction;  ///< the sum that the published iteration uses in place of dS/dr
-    double slope;       ///< dS/dr
+/// Which derivative a step of the density iteration takes.
+enum class Derivative {
+    published,  ///< the sum that the published iteration has in place of the derivative
+    exact,
 };
 
-/// The density terms of one gas at one temperature. Terms with the same c and k share their exponential, those with the
-/// same b too collapse into one coefficient, so that an evaluation needs one exponential for each k. Exponents that are not
-/// small whole numbers are met with the general power function instead.
+/// The density terms' part S of Z at a reduced density r = K^3 rho, and its derivative with respect to r.
+struct DensitySums {
+    double S, derivative;
+};
+
+/// The density terms of one gas at one temperature; each is C (b - c k r^k) r^b exp(-c r^k) with the exponents of the term.
+/// Terms with the same k share their exponential, those with the same b too collapse into one coefficient, so that an
+/// evaluation needs one exponential for each k. Exponents that are not small whole numbers are met with the general power
+/// function instead.
 class DensityTerms {
 public:
     DensityTerms(const Terms& terms, const Coefficients& coefficients);
-    [[nodiscard]] DensitySums operator()(double r) const;
+
+    template <Derivative derivative>
+    [[nodiscard]] DensitySums sums(double r) const {
+        return collapsed_ ? collapsed<derivative>(r) : term_by_term<derivative>(r);
+    }
 
 private:
-    static constexpr std::size_t max_exponent = 12;
-    static constexpr std::size_t max_groups = 8;
+    static constexpr int max_exponent = 12;
+    using ByExponent = std::array<double, max_exponent + 1>;
 
+    // The terms with one k, by b: sums of C, b C and b^2 C.
     struct Group {
-        double c = 0.0;
-        std::size_t k = 0;
-        std::array<double, max_exponent + 1> coefficient{};  ///< by exponent b
-        double sum_bC = 0.0;
+        double c;
+        ByExponent C, bC, bbC;
+        double sum_bC;
     };
 
     bool collapse();
+    template <Derivative derivative>
     [[nodiscard]] DensitySums collapsed(double r) const;
+    template <Derivative derivative>
     [[nodiscard]] DensitySums term_by_term(double r) const;
 
     const Terms& terms_;
     const Coefficients& coefficients_;
-    std::array<Group, max_groups> groups_{};
-    std::size_t group_count_ = 0;
-    std::size_t highest_ = 0;  ///< largest exponent in use
+    std::array<Group, max_exponent + 1> groups_;  // by k; those beyond the largest k in use are left alone
+    int largest_k_ = 0;
+    int largest_b_ = 0;
     bool collapsed_ = false;
 };
 

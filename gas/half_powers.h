@@ -14,12 +14,12 @@ public:
 
     explicit HalfPower(double exponent) : exponent_(exponent) {
         const double doubled = 2.0 * std::fabs(exponent);
-        exact_ = doubled < 1 << bits && doubled == std::floor(doubled);
-        twice_ = exact_ ? static_cast<unsigned>(doubled) : 0U;
+        const bool small = doubled < 1 << bits;  // false for a NaN too
+        twice_ = small ? static_cast<unsigned>(doubled) : 0U;
+        exact_ = small && static_cast<double>(twice_) == doubled;
     }
 
     [[nodiscard]] bool exact() const { return exact_; }
-    [[nodiscard]] bool zero() const { return exact_ && twice_ == 0; }
     [[nodiscard]] bool negative() const { return exponent_ < 0.0; }
     [[nodiscard]] bool uses(int bit) const { return (twice_ >> bit & 1U) != 0; }
     [[nodiscard]] double exponent() const { return exponent_; }
