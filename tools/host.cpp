@@ -15,6 +15,53 @@ void bind(void* handle, const char* symbol, Pointer& target) {
     if (!target) throw std::runtime_error(std::string("it does not export ") + symbol);
 }
 
+void bind_gas(void* handle, Exports& e) {
+    bind(handle, "_Z5PF1_1fffffffffffffff", e.PF1_1);
+    bind(handle, "_Z5PF1_2fffffffffffffff", e.PF1_2);
+    bind(handle, "_Z3PF2v", e.PF2);
+    bind(handle, "_Z5NF1_1ffffffRs", e.NF1_1);
+    bind(handle, "_Z5NF1_2ffffffRs", e.NF1_2);
+    bind(handle, "_Z5PF3_1fffRs", e.PF3_1);
+    bind(handle, "_Z5PF3_2fffRs", e.PF3_2);
+    bind(handle, "_Z5PF3_3fffRs", e.PF3_3);
+    bind(handle, "_Z5PF3_4fffRs", e.PF3_4);
+    bind(handle, "_Z5PF4_1v", e.PF4_1);
+    bind(handle, "_Z5NF2_1v", e.NF2_1);
+    bind(handle, "_Z5NF2_2fff", e.NF2_2);
+    bind(handle, "_Z3NF3v", e.NF3);
+    bind(handle, "_Z3NF4v", e.NF4);
+    bind(handle, "_Z3NF6v", e.NF6);
+    bind(handle, "_Z3NF7v", e.NF7);
+    bind(handle, "_Z3PF5m", e.PF5);
+    bind(handle, "_Z3PF6v", e.PF6);
+    bind(handle, "Gas_Not_Init", e.Gas_Not_Init);
+    bind(handle, "Xi", e.gas.Xi);
+    bind(handle, "Tmp_Xi", e.gas.Tmp_Xi);
+    bind(handle, "Index", e.gas.Index);
+    bind(handle, "NumXi", e.gas.NumXi);
+    bind(handle, "VNIC_FLAG", e.gas.VNIC_FLAG);
+    bind(handle, "Plotnomer", e.gas.Plotnomer);
+    bind(handle, "T", e.gas.T);
+    bind(handle, "P", e.gas.P);
+    bind(handle, "DeltaP", e.gas.DeltaP);
+    bind(handle, "Z", e.gas.Z);
+    bind(handle, "K", e.gas.K);
+    bind(handle, "Roc", e.gas.Roc);
+    bind(handle, "Xa", e.gas.Xa);
+    bind(handle, "Xy", e.gas.Xy);
+    bind(handle, "Rom", e.gas.Rom);
+    bind(handle, "Ron", e.gas.Ron);
+    bind(handle, "Ro", e.gas.Ro);
+    bind(handle, "SM", e.gas.SM);
+    bind(handle, "Mu", e.gas.Mu);
+    bind(handle, "kk", e.gas.kk);
+    bind(handle, "qmi", e.gas.qmi);
+    bind(handle, "qoi", e.gas.qoi);
+    bind(handle, "qci", e.gas.qci);
+    bind(handle, "V_Mi", e.gas.V_Mi);
+    bind(handle, "an", e.gas.an);
+}
+
 Exports bind_all(void* handle) {
     Exports e{};
     bind(handle, "Init", e.Init);
@@ -36,6 +83,8 @@ Exports bind_all(void* handle) {
     bind(handle, "mt_tf_param", e.mt_tf_param);
     bind(handle, "t_param_1", e.t_param_1);
     bind(handle, "t_phase_1", e.t_phase_1);
+    bind(handle, "mg_param_gs", e.mg_param_gs);
+    bind(handle, "mg_tf_param", e.mg_tf_param);
     bind(handle, "T_kr", e.T_kr);
     bind(handle, "p_kr", e.p_kr);
     bind(handle, "_Z9abs_clockv", e.abs_clock);
@@ -52,18 +101,10 @@ Exports bind_all(void* handle) {
     bind(handle, "_ZN10cTeplo20059mgn_ParamEcdddRdS0_S0_S0_S0_S0_S0_", e.heat_mgn_Param);
     bind(handle, "_ZN10cTeplo20058Param_tnEddddddRsRdS1_", e.Param_tn);
     bind(handle, "_ZN10cTeplo20058tf_ParamEctdRdS0_S0_S0_", e.tf_Param);
+    bind(handle, "_ZN8cGas20058Param_gsEddddscddddddddddddddddRdS0_S0_", e.Param_gs);
+    bind(handle, "_ZN8cGas20058tf_ParamEccdRdS0_S0_S0_S0_", e.gas_tf_Param);
+    bind_gas(handle, e);
     return e;
-}
-
-// The library beside this program or in the library directory of its installation; else the bare name, which the
-// system's loader looks for.
-std::string default_library() {
-    namespace fs = std::filesystem;
-    std::error_code failed;
-    const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    for (const char* place : {"kalorfix.so", "../lib/kalorfix.so"})
-        if (!failed && fs::exists(directory / place, failed)) return (directory / place).string();
-    return "kalorfix.so";
 }
 
 template <class Calculator>
@@ -75,10 +116,26 @@ Owned<Calculator> make(void (*constructor)(void*)) {
 
 }  // namespace
 
+std::string library_file(const std::string& path) {
+    if (!path.empty()) return path;
+    namespace fs = std::filesystem;
+    std::error_code failed;
+    const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
+    for (const char* place : {"kalorfix.so", "../lib/kalorfix.so"})
+        if (!failed && fs::exists(directory / place, failed)) return (directory / place).string();
+    return "kalorfix.so";
+}
+
+std::string gas_data_beside(const std::string& library) {
+    if (library.find('/') == std::string::npos) return {};
+    const std::filesystem::path file = std::filesystem::path(library).parent_path() / "gas.dat";
+    std::error_code failed;
+    return std::filesystem::is_regular_file(file, failed) ? file.string() : std::string();
+}
+
 void Library::Closer::operator()(void* handle) const { dlclose(handle); }
 
-Library::Library(const std::string& path)
-    : handle_(dlopen(path.empty() ? default_library().c_str() : path.c_str(), RTLD_NOW | RTLD_LOCAL)) {
+Library::Library(const std::string& path) : handle_(dlopen(library_file(path).c_str(), RTLD_NOW | RTLD_LOCAL)) {
     if (!handle_) throw std::runtime_error(std::string("cannot open the library: ") + dlerror());
     try {
         exports_ = bind_all(handle_.get());

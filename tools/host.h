@@ -5,8 +5,18 @@
 #include <string>
 
 #include "kalorfix.h"
+#include "kalorfix_gas.h"
 
 namespace kalorfix::host {
+
+/// Where the gas methods leave their results, as far as the tools look at it.
+struct GasState {
+    float *Xi, *Tmp_Xi;
+    short *Index, *NumXi;
+    char *VNIC_FLAG, *Plotnomer;
+    float *T, *P, *DeltaP, *Z, *K, *Roc, *Xa, *Xy, *Rom, *Ron, *Ro, *SM, *Mu, *kk, *qmi, *qoi, *qci;
+    float **V_Mi, **an;  ///< two of the tables: null while they are not loaded
+};
 
 /// The exports that the tools use. Members of the calculators are called as plain functions that take the object
 /// first, which is what they are in the Itanium C++ ABI that all Linux targets share.
@@ -30,6 +40,8 @@ struct Exports {
     decltype(&::mt_tf_param) mt_tf_param;
     decltype(&::t_param_1) t_param_1;
     decltype(&::t_phase_1) t_phase_1;
+    decltype(&::mg_param_gs) mg_param_gs;
+    decltype(&::mg_tf_param) mg_tf_param;
     const double* T_kr;
     const double* p_kr;
     decltype(&::abs_clock) abs_clock;
@@ -50,6 +62,31 @@ struct Exports {
                            double&, double&, double&);
     char (*Param_tn)(cTeplo2005*, double, double, double, double, double, double, short&, double&, double&);
     char (*tf_Param)(cTeplo2005*, char, unsigned short, double, double&, double&, double&, double&);
+    char (*Param_gs)(cGas2005*, double, double, double, double, short, char, double, double, double, double,
+                     double, double, double, double, double, double, double, double, double, double, double,
+                     double, double&, double&, double&);
+    char (*gas_tf_Param)(cGas2005*, char, char, double, double&, double&, double&, double&, double&);
+
+    decltype(&::PF1_1) PF1_1;
+    decltype(&::PF1_2) PF1_2;
+    decltype(&::PF2) PF2;
+    decltype(&::NF1_1) NF1_1;
+    decltype(&::NF1_2) NF1_2;
+    decltype(&::PF3_1) PF3_1;
+    decltype(&::PF3_2) PF3_2;
+    decltype(&::PF3_3) PF3_3;
+    decltype(&::PF3_4) PF3_4;
+    decltype(&::PF4_1) PF4_1;
+    decltype(&::NF2_1) NF2_1;
+    decltype(&::NF2_2) NF2_2;
+    decltype(&::NF3) NF3;
+    decltype(&::NF4) NF4;
+    decltype(&::NF6) NF6;
+    decltype(&::NF7) NF7;
+    decltype(&::PF5) PF5;
+    decltype(&::PF6) PF6;
+    const char* Gas_Not_Init;
+    GasState gas;
 };
 
 /// Ends a calculator of one's own: the library's destructor, then the memory that this program gave.
@@ -62,6 +99,13 @@ struct CalculatorEnd {
 };
 template <class Calculator>
 using Owned = std::unique_ptr<Calculator, CalculatorEnd>;
+
+/// The file that Library opens for a path: the path itself, or by default kalorfix.so beside this program or in the library
+/// directory of its installation; a bare kalorfix.so where there is none.
+[[nodiscard]] std::string library_file(const std::string& path);
+
+/// The gas data file beside a library file; empty when there is none.
+[[nodiscard]] std::string gas_data_beside(const std::string& library);
 
 /// An opened library. Closing it destroys every channel that was made through it.
 class Library {

@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "tools/demo.h"
+#include "tools/gas.h"
 #include "tools/identity.h"
 #include "tools/range.h"
+#include "tools/runtime.h"
 #include "tools/water.h"
 
 namespace tool = kalorfix::tool;
@@ -26,9 +28,12 @@ constexpr int bad_input = 2;
 struct Command {
     std::string library_file;
     std::string mode = "state";
+    std::string gas_data_file;
     tool::WaterRequest water_request;
+    tool::GasRequest gas_request;
     CLI::App* demo = nullptr;
     CLI::App* water = nullptr;
+    CLI::App* gas = nullptr;
     CLI::App* id = nullptr;
 };
 
@@ -85,6 +90,35 @@ void add_water(CLI::App& app, Command& command) {
         "that decision: they are the liquid's from the saturation pressure up.");
 }
 
+void add_gas(CLI::App& app, Command& command) {
+    tool::GasRequest& request = command.gas_request;
+    command.gas = app.add_subcommand("gas", "Compressibility and properties of natural gas.");
+    command.gas->fallthrough();
+    const auto option = [&](const char* name, std::string& target, const char* what, const char* value) {
+        command.gas->add_option(name, target, what)->option_text(value);
+    };
+    option("--method", request.method, "nx19, gerg91 (by density), aga8, vnic (by composition)", "METHOD");
+    option("--t", request.t, "temperature, -23.15..66.85 degC", "T");
+    option("--p", request.p, "absolute pressure, 0.001..30 MPa", "P");
+    option("--composition", request.composition, "composition file, for every method", "FILE");
+    option("--rho-c", request.rho_c, "nx19, gerg91: density at 20 degC and 101.325 kPa, 0..1 kg/m3", "RHO");
+    option("--n2", request.nitrogen, "nx19, gerg91: nitrogen, 0..100 mol % (default 0)", "X");
+    option("--co2", request.carbon_dioxide, "nx19, gerg91: carbon dioxide, 0..100 mol % (default 0)", "X");
+    option("--vapour", request.vapour, "water vapour in a cubic metre, kg (default 0)", "RHO");
+    option("--heat", request.heat, "vnic: heats in kJ0, kcal0, kJ20 (default), kcal20, per\nm3 at 0 or 20 degC",
+           "BASIS");
+    command.gas->add_flag("--csv", request.csv, "all digits, comma-separated, units in the column names");
+    command.gas->footer(
+        "T and P are a number or a range start:stop:step; ranges give a table, at most\n"
+        "1000000 rows. Exit status 1 when a state was refused.\n\n"
+        "Printed: K = Z/Zc, Z, density at standard and working conditions kg/m3, dynamic\n"
+        "viscosity uPa s, isentropic exponent, heats of combustion. Of these aga8 takes\n"
+        "viscosity, exponent and heats from the density at standard conditions, and the\n"
+        "first two as for a gas without nitrogen and carbon dioxide.\n\n"
+        "A composition file has the heading component,mole_percent or\n"
+        "component,volume_fraction and lines such as methane,96.5; see examples/.");
+}
+
 void describe(CLI::App& app, Command& command) {
     constexpr std::size_t option_column = 20;
     app.name("kalorfix");
@@ -93,12 +127,15 @@ void describe(CLI::App& app, Command& command) {
                    "library to open (default: kalorfix.so beside this program or\n"
                    "in ../lib, else where the system finds it)")
         ->option_text("FILE");
+    app.add_option("--gas-data", command.gas_data_file, "gas data file (default: gas.dat beside the library)")
+        ->option_text("FILE");
     app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
-    command.demo = app.add_subcommand("demo", "A steam and a water channel on built-in input, step by step.");
+    command.demo = app.add_subcommand("demo", "Steam, water and gas channels on built-in input, step by step.");
     command.demo->footer(
         "Every step of a channel's cycle with its status and its results, units beside\n"
         "them, and the totals of a simulated hour. Exit status 1 when a step is refused.");
     add_water(app, command);
+    add_gas(app, command);
     command.id = app.add_subcommand("id", "Version, build, digests of library and gas data, paths.");
     command.demo->fallthrough();
     command.id->fallthrough();
@@ -115,25 +152,44 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
     if (!unknown.empty()) {
         const std::string& first = unknown.front();
         if (first.starts_with("-")) return fmt::format("{}: no such option; {}", first, help);
-        if (chosen.empty()) return fmt::format("{}: no such command; there are demo, water and id", first);
+        if (chosen.empty())
+            return fmt::format("{}: no such command; there are demo, water, gas, gasdat and id", first);
         return fmt::format("{}: nothing expected here; {}", first, help);
     }
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
-        return "a command is missing; there are demo, water and id";
+        return "a command is missing; there are demo, water, gas, gasdat and id";
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
         return fmt::format("{}: takes one value, given once; {}", text.substr(0, text.find(':')), help);
     return text;
 }
 
+// The gas data file in use; empty when none is given and none stands beside the library.
+std::string gas_data(const Command& command, const std::string& library) {
+    return command.gas_data_file.empty() ? kalorfix::host::gas_data_beside(library) : command.gas_data_file;
+}
+
+int run_gas(const Command& command, const std::string& library_file) {
+    const std::string data = gas_data(command, library_file);
+    if (data.empty() && tool::needs_gas_data(command.gas_request))
+        throw tool::InputError{"--gas-data: there is no gas.dat beside the library; give the file"};
+    const kalorfix::host::Runtime runtime(data);
+    const Library library(library_file);
+    library->Init();
+    return tool::gas(library, command.gas_request) ? 0 : 1;
+}
+
+int run_demo(const Command& command, const std::string& library_file) {
+    const kalorfix::host::Runtime runtime(gas_data(command, library_file));
+    return tool::demo(Library(library_file)) ? 0 : 1;
+}
+
 int execute(const Command& command) {
     // A name without a slash would be looked for along the loader's path instead of here.
-    const std::string file =
-        command.library_file.empty() ? std::string() : std::filesystem::absolute(command.library_file).string();
-    if (*command.demo) {
-        const tool::DemoRuntime runtime;
-        const Library library(file);
-        return tool::demo(library) ? 0 : 1;
-    }
+    const std::string file = kalorfix::host::library_file(
+        command.library_file.empty() ? std::string()
+                                     : std::filesystem::absolute(command.library_file).string());
+    if (*command.demo) return run_demo(command, file);
+    if (*command.gas) return run_gas(command, file);
     if (*command.water) {
         tool::WaterRequest request = command.water_request;
         request.saturated = command.mode == "saturated";

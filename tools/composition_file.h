@@ -1,0 +1,31 @@
+// The composition of a gas as a person writes it down.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kalorfix::tool {
+
+/// Names of the components in the order of the composition.
+inline constexpr std::array<std::string_view, 15> component_names{
+    "methane",   "ethane",         "propane",           "n-butane", "i-butane",
+    "n-pentane", "i-pentane",      "hexanes",           "heptanes", "octanes",
+    "nitrogen",  "carbon_dioxide", "hydrogen_sulphide", "helium",   "carbon_monoxide"};
+
+struct GivenComposition {
+    std::array<double, 15> x{};
+    bool volume_fractions = false;  ///< 0..1 by volume; otherwise mole per cent
+};
+
+/// Reads a table with a heading
+///
+///     component,mole_percent          or   component,volume_fraction
+///     methane,96.5
+///
+/// Lines that begin with # are comments; components that are not named are absent. Throws InputError with file, line and what
+/// would be right.
+[[nodiscard]] GivenComposition read_composition(const std::string& file);
+
+}  // namespace kalorfix::tool
