@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "tools/cases/procedures.h"
+#include "tools/runtime.h"
 
 namespace cases = kalorfix::cases;
 namespace fs = std::filesystem;
@@ -28,6 +29,7 @@ class CaseFile : public testing::TestWithParam<fs::path> {};
 TEST_P(CaseFile, IsMet) {
     std::ifstream in(GetParam());
     ASSERT_TRUE(in) << GetParam();
+    const kalorfix::host::Runtime runtime(KALORFIX_GAS_DAT);
     const kalorfix::host::Library library(KALORFIX_LIBRARY);
     std::size_t compared = 0;
     for (const cases::Table& table : cases::read_tables(in, GetParam().filename().string()))

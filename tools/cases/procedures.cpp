@@ -3,6 +3,8 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "tools/cases/gas_procedures.h"
+
 namespace kalorfix::cases {
 namespace {
 
@@ -193,7 +195,11 @@ double Inputs::operator[](const std::string& name) const {
 }
 
 const std::map<std::string, Procedure, std::less<>>& procedures() {
-    static const std::map<std::string, Procedure, std::less<>> all = make_procedures();
+    static const std::map<std::string, Procedure, std::less<>> all = [] {
+        auto everything = make_procedures();
+        everything.merge(gas_procedures());
+        return everything;
+    }();
     return all;
 }
 

@@ -1,0 +1,149 @@
+// The equations of state of gas against a second derivation.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "gas/aga8.h"
+#include "gas/aga8_density.h"
+#include "gas/gerg91.h"
+#include "gas/half_powers.h"
+#include "gas/vnic_smv.h"
+#include "props/gas_by_composition.h"
+
+namespace gas = kalorfix::gas;
+namespace aga8 = kalorfix::gas::aga8;
+namespace vnic = kalorfix::gas::vnic;
+
+namespace {
+
+TEST(HalfPowers, EqualTheGeneralPower) {
+    for (const double base : {0.37, 1.0, 2.5, 173.0})
+        for (const double exponent :
+             {0.0, 0.5, -0.5, 1.0, 3.5, 4.5, -6.0, 11.0, 23.0, 31.5, -12.0, 32.0, 0.3, -7.25, 40.0}) {
+            const double expected = std::pow(base, exponent);
+            EXPECT_NEAR(gas::PowerBase(base).to(gas::HalfPower(exponent)), expected,
+                        1e-13 * std::fabs(expected))
+                << base << "^" << exponent;
+        }
+    EXPECT_EQ(gas::PowerBase(-2.0).to(gas::HalfPower(3.0)), -8.0);
+    EXPECT_TRUE(std::isnan(gas::PowerBase(-2.0).to(gas::HalfPower(0.5))));
+    EXPECT_TRUE(std::isnan(gas::PowerBase(2.0).to(gas::HalfPower(std::nan("")))));
+    EXPECT_EQ(gas::PowerBase(2.0).to(gas::HalfPower(-HUGE_VAL)), 0.0);
+}
+
+// The density terms as they are printed, in the general power function.
+struct Printed {
+    double S = 0.0, published = 0.0;
+};
+Printed printed(const aga8::Terms& t, const aga8::Coefficients& C, double r) {
+    Printed sums;
+    for (std::size_t n = aga8::first_density_term; n < aga8::term_count; ++n) {
+        const double b = t.b[n], c = t.c[n], k = t.k[n], Cn = C[n];
+        const double e = std::exp(-c * std::pow(r, k));
+        sums.S += Cn * (b - c * k * std::pow(r, k)) * std::pow(r, b) * e;
+        sums.published +=
+            Cn * e *
+            (-c * k * k * std::pow(r, k + b - 1) + b -
+             c * k * std::pow(r, k) * (b * std::pow(r, b - 1) - c * k * std::pow(r, b) * std::pow(r, k - 1)));
+    }
+    return sums;
+}
+
+TEST(Aga8, DensityTermsEqualThePrintedSums) {
+    std::mt19937 random(8);
+    std::uniform_real_distribution<float> coefficient(-2.0F, 2.0F);
+    enum Exponents { small, one_broken, one_large, two_values_of_c };
+    for (const Exponents kind : {small, one_broken, one_large, two_values_of_c})
+        for (const double r : {1e-6, 0.03, 0.4, 0.9, 1.7}) {
+            std::array<float, aga8::term_count> b, c, k;
+            aga8::Coefficients C{};
+            for (std::size_t n = 0; n < b.size(); ++n) {
+                k[n] = static_cast<float>(random() % 5);
+                c[n] = k[n] > 0.0F ? 1.0F : 0.0F;
+                b[n] = static_cast<float>(1 + random() % 9);
+                C[n] = coefficient(random);
+            }
+            if (kind == one_broken) b[30] = 2.5F;
+            if (kind == one_large) b[30] = 13.0F;
+            if (kind == two_values_of_c) k[30] = k[31] = 2.0F, c[30] = 1.0F, c[31] = 0.5F;
+            const aga8::Terms terms{nullptr, b.data(), c.data(), k.data(), nullptr, nullptr, nullptr, nullptr};
+            const aga8::DensityTerms sums(terms, C);
+            const Printed expected = printed(terms, C, r);
+            const auto published = sums.sums<aga8::Derivative::published>(r);
+            const auto exact = sums.sums<aga8::Derivative::exact>(r);
+            EXPECT_NEAR(published.S, expected.S, 1e-12) << kind << ' ' << r;
+            EXPECT_NEAR(published.derivative, expected.published, 1e-11) << kind << ' ' << r;
+            EXPECT_NEAR(exact.S, expected.S, 1e-12) << kind << ' ' << r;
+            const double h = 1e-4 * r;
+            const double slope = (8.0 * (printed(terms, C, r + h).S - printed(terms, C, r - h).S) -
+                                  (printed(terms, C, r + 2 * h).S - printed(terms, C, r - 2 * h).S)) /
+                                 (12.0 * h);
+            EXPECT_NEAR(exact.derivative, slope, 1e-7 * (1.0 + std::fabs(slope))) << kind << ' ' << r;
+        }
+}
+
+TEST(Gerg91, ClosedFormIsTheRootOfTheCubic) {
+    for (const double T : {250.0, 273.15, 300.0, 339.0})
+        for (const double p : {0.01, 1.0, 5.0, 12.0, 30.0})
+            for (const gas::DensityGas& g : {gas::DensityGas{0.68, 0, 0}, gas::DensityGas{0.75, 0.05, 0.02},
+                                             gas::DensityGas{0.95, 0.1, 0.12}}) {
+                const gas::Virial v = gas::gerg91_virial(T, g, gas::CubeRoot::real);
+                const double z = gas::virial_compressibility(T, p, v, gas::CubeRoot::real);
+                const double q = 1000.0 * p / (3.0 * 2.7715 * T);
+                const double cubic = z * z * z - z * z - v.second * q * z - v.third * q * q;
+                EXPECT_NEAR(cubic, 0.0, 1e-12) << T << ' ' << p << ' ' << g.rho_c;
+            }
+    // A cube root taken as a power refuses the dense gas that the real root reaches.
+    const gas::DensityGas dense{0.68, 0, 0};
+    EXPECT_GT(gas::gerg91(250.0, 20.0, dense, gas::CubeRoot::real), 0.4);
+    EXPECT_TRUE(std::isnan(gas::gerg91(250.0, 20.0, dense, gas::CubeRoot::power)));
+}
+
+// kappa = (cp/cv) (dp/drho)_T rho/p with cv and cp from derivatives of Z, taken numerically: of Z w and Z t, and of the
+// residual energy integrated over the density.
+TEST(VnicSmv, IsentropicExponentFollowsFromTheEquation) {
+    vnic::Coefficients c{};
+    std::mt19937 random(17);
+    std::uniform_real_distribution<float> coefficient(-0.3F, 0.3F);
+    for (std::size_t k = 0; k < vnic::density_powers; ++k)
+        for (short l = 0; l < vnic::temperature_terms[k]; ++l) c[k][l] = coefficient(random);
+    const auto Z = [&c](double w, double t) { return vnic::compressibility(vnic::isotherm(c, t), w); };
+    for (const double t : {1.2, 1.6})
+        for (const double w : {0.05, 0.4}) {
+            const double h = 1e-5;
+            const double bulk = ((w + h) * Z(w + h, t) - (w - h) * Z(w - h, t)) / (2 * h);
+            const double thermal = ((t + h) * Z(w, t + h) - (t - h) * Z(w, t - h)) / (2 * h);
+            // Residual cv/R = -integral over w of (2 t Z_t + t^2 Z_tt)/w.
+            const auto integrand = [&](double u) {
+                const double first = (Z(u, t + 1e-4) - Z(u, t - 1e-4)) / 2e-4;
+                const double second = (Z(u, t + 1e-3) - 2 * Z(u, t) + Z(u, t - 1e-3)) / 1e-6;
+                return -(2 * t * first + t * t * second) / u;
+            };
+            double residual_cv = 0.0;
+            const int steps = 200;
+            for (int k = 0; k < steps; ++k) residual_cv += integrand(w * (k + 0.5) / steps) * w / steps;
+            const double ideal_cp = 4.3;
+            const double cv = ideal_cp - 1.0 + residual_cv;
+            const double expected = bulk * (cv + thermal * thermal / bulk) / (cv * Z(w, t));
+            const auto kappa = static_cast<double>(gas::isentropic_exponent(
+                c, static_cast<float>(t), static_cast<float>(w), static_cast<float>(Z(w, t)), 4.3F));
+            EXPECT_NEAR(kappa, expected, 2e-4 * expected) << t << ' ' << w;
+        }
+}
+
+// Iterations end at their caps, with the last density, whatever the coefficients.
+TEST(VnicSmv, IterationEndsOnAnyCoefficients) {
+    std::mt19937 random(3);
+    std::normal_distribution<double> any(0.0, 50.0);
+    int converged = 0;
+    for (int round = 0; round < 2000; ++round) {
+        vnic::Isotherm isotherm{};
+        for (double& value : isotherm) value = any(random);
+        converged += vnic::molar_density(isotherm, {10.0, 190.0F, 4.6F, 0.01F}, 2400.0, 5.0).converged;
+    }
+    EXPECT_GT(converged, 0);
+    EXPECT_LT(converged, 2000);
+}
+
+}  // namespace
