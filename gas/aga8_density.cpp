@@ -22,31 +22,25 @@ DensityTerms::DensityTerms(const Terms& terms, const Coefficients& coefficients)
     : terms_(terms), coefficients_(coefficients), collapsed_(collapse()) {}
 
 bool DensityTerms::collapse() {
-    std::array<int, term_count> exponents_b, exponents_k;
     for (std::size_t n = first_density_term; n < term_count; ++n) {
-        exponents_b[n] = small_exponent(terms_.b[n], max_exponent);
-        exponents_k[n] = small_exponent(terms_.k[n], max_exponent);
-        if (exponents_b[n] < 1 || exponents_k[n] < 0) return false;
-        largest_b_ = std::max(largest_b_, exponents_b[n]);
-        largest_k_ = std::max(largest_k_, exponents_k[n]);
-    }
-    for (int k = 0; k <= largest_k_; ++k) groups_[static_cast<std::size_t>(k)] = Group{};
-    std::array<bool, max_exponent + 1> in_use{};
-    for (std::size_t n = first_density_term; n < term_count; ++n) {
-        const double exponent = exponents_b[n];
-        const auto b = static_cast<std::size_t>(exponents_b[n]);
-        const auto k = static_cast<std::size_t>(exponents_k[n]);
-        Group& group = groups_[k];
+        const int whole_b = small_exponent(terms_.b[n], max_exponent);
+        const int whole_k = small_exponent(terms_.k[n], max_exponent);
+        if (whole_b < 1 || whole_k < 0) return false;
         const double c = at(terms_.c, n);
         // Without an exponential k has no effect and must be 0, so that all terms of a group have the same c.
-        if ((c == 0.0) != (k == 0) || (in_use[k] && group.c != c)) return false;
-        in_use[k] = true;
+        if ((c == 0.0) != (whole_k == 0)) return false;
+        while (largest_k_ < whole_k) groups_[static_cast<std::size_t>(++largest_k_)] = Group{};
+        const auto b = static_cast<std::size_t>(whole_b);
+        const auto k = static_cast<std::size_t>(whole_k);
+        Group& group = groups_[k];
+        if (group.c != 0.0 && group.c != c) return false;
         group.c = c;
-        const auto C = static_cast<double>(coefficients_[n]);
-        group.C[b] += C;
-        group.bC[b] += exponent * C;
-        group.bbC[b] += exponent * exponent * C;
-        group.sum_bC += exponent * C;
+        const double bC = whole_b * static_cast<double>(coefficients_[n]);
+        group.C[b] += static_cast<double>(coefficients_[n]);
+        group.bC[b] += bC;
+        group.bbC[b] += whole_b * bC;
+        group.sum_bC += bC;
+        largest_b_ = std::max(largest_b_, whole_b);
     }
     return true;
 }
@@ -131,7 +125,8 @@ MolarDensity iterate(const Equation& e, double p_MPa, int max_steps) {
         rho += delta;
         const double relative = std::fabs(delta / rho);
         if (!std::isfinite(relative)) return {rho, false};
-        if (relative <= tolerance) return {rho, true};
+        // It may also come to rest below zero, where the exponentials explode: that is no gas.
+        if (relative <= tolerance) return {rho, rho > 0.0};
     }
     return {rho, false};
 }

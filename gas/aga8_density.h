@@ -52,7 +52,7 @@ private:
     const Terms& terms_;
     const Coefficients& coefficients_;
     std::array<Group, max_exponent + 1> groups_;  // by k; those beyond the largest k in use are left alone
-    int largest_k_ = 0;
+    int largest_k_ = -1;                          ///< of the groups that are in use
     int largest_b_ = 0;
     bool collapsed_ = false;
 };
@@ -74,8 +74,8 @@ struct MolarDensity {
 };
 
 /// Molar density at T (K) and p (MPa). The published Newton iteration with its own correction term comes first, since for
-/// difficult mixtures it decides which root is found; where it does not settle within 100 steps it starts again with the
-/// true derivative, for at most 50.
+/// difficult mixtures it decides which root is found; where it does not settle on a positive density within 100 steps it
+/// starts again with the true derivative, for at most 50.
 [[nodiscard]] MolarDensity molar_density(const Equation& e, double p_MPa);
 
 }  // namespace kalorfix::gas::aga8

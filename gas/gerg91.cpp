@@ -1,6 +1,7 @@
 #include "gas/gerg91.h"
 
 #include <cmath>
+#include <limits>
 
 #include "gas/composition.h"
 #include "gas/gerg91_tables.h"
@@ -58,8 +59,13 @@ double virial_compressibility(double T_K, double p_MPa, const Virial& v, CubeRoo
     const double C0 = b * b * v.third;
     const double A0 = 1.0 + B0;
     const double A1 = 1.0 + 1.5 * (B0 + C0);
-    // The difference turns negative for dense gas, where A0 does.
-    const double A2 = cube_root(A1 - std::sqrt(A1 * A1 - A0 * A0 * A0), kind);
+    const double root = std::sqrt(A1 * A1 - A0 * A0 * A0);
+    // The published form takes the cube root of this difference, which is negative for dense gas.
+    const double difference = A1 - root;
+    if (kind == CubeRoot::power && difference < 0.0) return std::numeric_limits<double>::quiet_NaN();
+    // Where A0 is small the difference has lost its digits. Its counterpart has not, and cbrt(A1 - root) cbrt(A1 + root) = A0
+    // makes the formula the same in either.
+    const double A2 = std::cbrt(A1 > 0.0 ? A1 + root : difference);
     return (1.0 + A2 + A0 / A2) / 3.0;
 }
 

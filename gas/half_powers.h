@@ -22,6 +22,7 @@ public:
     [[nodiscard]] bool exact() const { return exact_; }
     [[nodiscard]] bool negative() const { return exponent_ < 0.0; }
     [[nodiscard]] bool uses(int bit) const { return (twice_ >> bit & 1U) != 0; }
+    [[nodiscard]] unsigned twice() const { return twice_; }  ///< of an exact one, without its sign
     [[nodiscard]] double exponent() const { return exponent_; }
 
 private:
@@ -43,8 +44,9 @@ public:
     [[nodiscard]] double to(const HalfPower& u) const {
         if (!u.exact()) return std::pow(base_, u.exponent());
         double product = 1.0;
-        for (int bit = 0; bit < HalfPower::bits; ++bit)
-            if (u.uses(bit)) product *= square_[static_cast<std::size_t>(bit)];
+        std::size_t bit = 0;
+        for (unsigned left = u.twice(); left != 0; left >>= 1, ++bit)
+            if (left & 1U) product *= square_[bit];
         return u.negative() ? 1.0 / product : product;
     }
 
