@@ -102,6 +102,13 @@ DensitySums DensityTerms::term_by_term(double r) const {
     return sums;
 }
 
+template <Derivative derivative>
+DensitySums DensityTerms::sums(double r) const {
+    return collapsed_ ? collapsed<derivative>(r) : term_by_term<derivative>(r);
+}
+template DensitySums DensityTerms::sums<Derivative::published>(double r) const;
+template DensitySums DensityTerms::sums<Derivative::exact>(double r) const;
+
 double compressibility(const Equation& e, double rho_kmol_m3) {
     const double r = e.size_cubed * rho_kmol_m3;
     return 1.0 + e.second_virial * rho_kmol_m3 - e.linear * r + e.terms.sums<Derivative::published>(r).S;

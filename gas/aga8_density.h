@@ -28,9 +28,7 @@ public:
     DensityTerms(const Terms& terms, const Coefficients& coefficients);
 
     template <Derivative derivative>
-    [[nodiscard]] DensitySums sums(double r) const {
-        return collapsed_ ? collapsed<derivative>(r) : term_by_term<derivative>(r);
-    }
+    [[nodiscard]] DensitySums sums(double r) const;
 
 private:
     static constexpr int max_exponent = 12;

@@ -39,7 +39,8 @@ struct Printed {
 Printed printed(const aga8::Terms& t, const aga8::Coefficients& C, double r) {
     Printed sums;
     for (std::size_t n = aga8::first_density_term; n < aga8::term_count; ++n) {
-        const double b = t.b[n], c = t.c[n], k = t.k[n], Cn = C[n];
+        const auto b = static_cast<double>(t.b[n]), c = static_cast<double>(t.c[n]);
+        const auto k = static_cast<double>(t.k[n]), Cn = static_cast<double>(C[n]);
         const double e = std::exp(-c * std::pow(r, k));
         sums.S += Cn * (b - c * k * std::pow(r, k)) * std::pow(r, b) * e;
         sums.published +=
