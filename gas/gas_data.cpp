@@ -65,6 +65,7 @@ int Watcom_Load() {
 int INIT_GAS() {
     Gas_Not_Init = 1;
     if (Watcom_Init() != 0 || Watcom_Load() != 0) {
+        REINIT_GAS();  // tables of an earlier load would pass for those of this one
         Gas_Not_Init = 0;
         return 1;
     }

@@ -109,6 +109,9 @@ TEST_F(GasData, IsReleasedAndLoadedAgain) {
     }
     EXPECT_EQ(INIT_GAS(), 0);
     EXPECT_EQ(INIT_GAS(), 0) << "a second load replaces the first";
+    point_to("nothing");
+    EXPECT_EQ(INIT_GAS(), 1);
+    EXPECT_EQ(tables(), 0U) << "a failed load leaves no tables";
 }
 
 TEST(GasBlocks, HaveTheirSizes) {

@@ -5,7 +5,8 @@ tool=$1
 failures=0
 out=$(mktemp)
 err=$(mktemp)
-trap 'rm -f "$out" "$err"' EXIT
+gas=$(mktemp)
+trap 'rm -f "$out" "$err" "$gas"' EXIT
 
 # expect STATUS REGEX ARGUMENTS...: the exit status, and a line of standard output (or, for status 2, exactly one line of
 # standard error and nothing on standard output).
@@ -25,6 +26,8 @@ expect() {
 
 expect 0 'mass flow +57\.0274  t/h' demo
 expect 0 'heat of the hour +57\.2' demo
+expect 0 'volume flow at standard conditions +31664\.82  m3/h' demo
+expect 0 'energy of the hour +6218\.45' demo
 expect 0 '^  SHA-256 +[0-9a-f]{64}$' id
 expect 0 '^kalorfix 0' --version
 expect 0 '0\.\.800 degC' water --help
@@ -52,6 +55,51 @@ expect 2 'takes one value' water --p 1 --t
 expect 0 '^0,1,water' water --t 0.3:0:-0.1 --p 1 --csv
 expect 2 'cannot open the library' --lib /nonexistent.so demo
 expect 2 'cannot open the library' --lib /etc/passwd id
+
+# Gas: one state by each method, tables, refusals.
+cat >"$gas" <<'EOF'
+# Pipeline gas
+component,mole_percent
+methane, 96.5
+ethane,1.8
+propane,0.45
+n-butane,0.1
+i-butane,0.1
+n-pentane,0.03
+i-pentane,0.05
+hexanes,0.07
+nitrogen,0.3
+carbon_dioxide,0.6
+EOF
+expect 0 'coefficient K +0\.8422711' gas --method aga8 --composition "$gas" --t -3.15 --p 6
+expect 0 'factor Z +0\.840526' gas --method aga8 --composition "$gas" --t -3.15 --p 6
+expect 0 'coefficient K +0\.870287' gas --method vnic --composition "$gas" --t 10 --p 6
+expect 0 'lower heat of combustion +8160\.08' gas --method vnic --composition "$gas" --t 10 --p 6 --heat kcal20
+expect 0 'coefficient K +0\.852099' gas --method nx19 --composition "$gas" --t 0 --p 6
+expect 0 'density +39\.0443' gas --method gerg91 --rho-c 0.7 --n2 1 --co2 0.5 --t 15 --p 5
+expect 0 'density +39\.0335' gas --method gerg91 --rho-c 0.7 --n2 1 --co2 0.5 --t 15 --p 5 --vapour 0.02
+expect 0 '^ +20 +6 +0\.88' gas --method aga8 --composition "$gas" --t 0:40:20 --p 2:6:2
+expect 0 '^20,6,1,0\.6999' gas --method aga8 --composition "$gas" --t 20 --p 6 --csv
+expect 1 '' gas --method gerg91 --rho-c 0.7 --t 60 --p 0.01
+expect 2 '^kalorfix: --method: give one of' gas --t 15 --p 5
+expect 2 '^kalorfix: --method gerg: there are' gas --method gerg --t 15 --p 5
+expect 2 '^kalorfix: --composition: AGA8-92DC needs' gas --method aga8 --t 15 --p 5
+expect 2 '^kalorfix: --rho-c: give the density' gas --method nx19 --t 15 --p 5
+expect 2 '^kalorfix: --rho-c 1.2: must lie within 0..1' gas --method nx19 --rho-c 1.2 --t 15 --p 5
+expect 2 'the ends excluded' gas --method nx19 --rho-c 0.7 --t 66.85 --p 5
+expect 2 '^kalorfix: /none: no such gas data file' --gas-data /none gas --method aga8 --composition "$gas" --t 15 --p 5
+expect 2 '^kalorfix: /none.csv: cannot read' gas --method aga8 --composition /none.csv --t 15 --p 5
+for fault in 'methan,1|:3: no such component: methan;' 'methane,1x|:3: expected a number from 0 to 100' \
+    'methane;1|:3: expected two columns' 'methane,101|:3: expected a number' 'methane,nan|:3: expected a number'; do
+    printf '# c\ncomponent,mole_percent\n%s\n' "${fault%%|*}" >"$gas"
+    expect 2 "${fault#*|}" gas --method aga8 --composition "$gas" --t 15 --p 5
+done
+printf 'component,mole_percent\nmethane,50\nmethane,50\n' >"$gas"
+expect 2 ':3: methane stands here for the second time' gas --method vnic --composition "$gas" --t 15 --p 5
+printf 'name,percent\n' >"$gas"
+expect 2 ':1: expected the heading' gas --method vnic --composition "$gas" --t 15 --p 5
+printf 'component,volume_fraction\nmethane,0\n' >"$gas"
+expect 2 ': the composition is empty' gas --method vnic --composition "$gas" --t 15 --p 5
 
 [ "$("$tool" water --t 20:20.3:0.1 --p 1 --csv | wc -l)" -eq 5 ] || { echo "FAILED: the stop belongs to the range"; failures=$((failures + 1)); }
 "$tool" >"$out" 2>"$err" && { echo "FAILED: no arguments"; failures=$((failures + 1)); }
