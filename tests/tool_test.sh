@@ -2,6 +2,7 @@
 # The command-line tool as a person meets it: good input, bad input, exit statuses.
 set -u
 tool=$1
+data=$(dirname "$1")/gas.dat
 failures=0
 out=$(mktemp)
 err=$(mktemp)
@@ -100,6 +101,28 @@ printf 'name,percent\n' >"$gas"
 expect 2 ':1: expected the heading' gas --method vnic --composition "$gas" --t 15 --p 5
 printf 'component,volume_fraction\nmethane,0\n' >"$gas"
 expect 2 ': the composition is empty' gas --method vnic --composition "$gas" --t 15 --p 5
+
+# The gas data file: shown, built again, judged.
+gasdat() {
+    listing=$gas.txt made=$gas.dat
+    "$tool" gasdat show "$1" >"$listing" && "$tool" gasdat build "$listing" -o "$made" >/dev/null && cmp -s "$1" "$made" ||
+        { echo "FAILED: $1 shown and built again"; failures=$((failures + 1)); }
+    mkdir -p "$gas.d"
+    "$tool" gasdat show "$1" --csv "$gas.d" >/dev/null && "$tool" gasdat build "$gas.d" -o "$made" >/dev/null && cmp -s "$1" "$made" ||
+        { echo "FAILED: $1 as CSV and built again"; failures=$((failures + 1)); }
+}
+gasdat "$data"
+expect 0 '^# V_Mi: block 0, bytes 0..31, molar mass, kg/kmol' gasdat show "$data"
+expect 0 '31 tables, 1915 values: no faults$' gasdat check "$data"
+head -c 7660 /dev/urandom >"$gas.random" && gasdat "$gas.random"
+expect 1 '' gasdat check "$gas.random"
+expect 2 '^kalorfix: /none: cannot read this gas data file' gasdat show /none
+expect 2 '^kalorfix: /none: cannot read this file' gasdat build /none -o "$gas.out"
+expect 2 '^kalorfix: /none/x: cannot write this file' gasdat build "$gas.txt" -o /none/x
+expect 2 'output' gasdat build "$gas.txt"
+expect 2 'subcommand' gasdat
+[ -e "$gas.out" ] && { echo "FAILED: a failed build left a file"; failures=$((failures + 1)); }
+rm -rf "$gas".*
 
 [ "$("$tool" water --t 20:20.3:0.1 --p 1 --csv | wc -l)" -eq 5 ] || { echo "FAILED: the stop belongs to the range"; failures=$((failures + 1)); }
 "$tool" >"$out" 2>"$err" && { echo "FAILED: no arguments"; failures=$((failures + 1)); }

@@ -13,6 +13,7 @@
 
 #include "tools/demo.h"
 #include "tools/gas.h"
+#include "tools/gasdat/command.h"
 #include "tools/identity.h"
 #include "tools/range.h"
 #include "tools/runtime.h"
@@ -31,6 +32,7 @@ struct Command {
     std::string gas_data_file;
     tool::WaterRequest water_request;
     tool::GasRequest gas_request;
+    tool::gasdat::Command gasdat;
     CLI::App* demo = nullptr;
     CLI::App* water = nullptr;
     CLI::App* gas = nullptr;
@@ -136,6 +138,7 @@ void describe(CLI::App& app, Command& command) {
         "them, and the totals of a simulated hour. Exit status 1 when a step is refused.");
     add_water(app, command);
     add_gas(app, command);
+    tool::gasdat::describe(app, command.gasdat);
     command.id = app.add_subcommand("id", "Version, build, digests of library and gas data, paths.");
     command.demo->fallthrough();
     command.id->fallthrough();
@@ -184,6 +187,7 @@ int run_demo(const Command& command, const std::string& library_file) {
 }
 
 int execute(const Command& command) {
+    if (*command.gasdat.top) return tool::gasdat::run(command.gasdat);
     // A name without a slash would be looked for along the loader's path instead of here.
     const std::string file = kalorfix::host::library_file(
         command.library_file.empty() ? std::string()

@@ -1,0 +1,182 @@
+#include "tools/gasdat/check.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "tools/gasdat/number.h"
+
+namespace kalorfix::tool::gasdat {
+namespace {
+
+// What a table may hold. The names are those of the tables in the library.
+struct Limits {
+    std::string_view table;
+    double low, high;
+    bool whole = false;
+};
+constexpr Limits limits[] = {
+    {"V_Mi", 1.0, 500.0},  {"Roki", 20.0, 1000.0},  {"Tki", 3.0, 1000.0},   {"FPi", -0.5, 1.5},
+    {"Lij", -1.0, 0.9},    {"Xij", -1.0, 0.9},      {"Akl", -1e4, 1e4},     {"Bkl", -1e4, 1e4},
+    {"Eij_", 0.3, 2.0},    {"Uij", 0.3, 2.0},       {"Kij", 0.3, 2.0},      {"Gij_", 0.0, 3.0},
+    {"an", -100.0, 100.0}, {"bn", 1.0, 12.0, true}, {"cn", 0.0, 1.0, true}, {"kn", 0.0, 12.0, true},
+    {"un", -31.5, 31.5},   {"gn", 0.0, 1.0, true},  {"qn", 0.0, 1.0, true}, {"fn", 0.0, 1.0, true},
+    {"Mi", 1.0, 500.0},    {"Zci", 0.5, 1.1},       {"Rocui", 0.04, 20.0},  {"Bi", 0.0, 0.7},
+    {"Ei", 0.1, 1000.0},   {"Ki", 0.1, 2.0},        {"Gi", 0.0, 2.0},       {"Qi", 0.0, 2.0},
+    {"Fi", 0.0, 2.0},      {"L1ij", -1e5, 1e5},     {"B1ij", -1e5, 1e5},
+};
+
+// Binary tables: symmetric, with this on the diagonal.
+struct Binary {
+    std::string_view table;
+    float diagonal;
+};
+constexpr Binary binaries[] = {{"Lij", 0.0F}, {"Xij", 0.0F}, {"Eij_", 1.0F},
+                               {"Uij", 1.0F}, {"Kij", 1.0F}, {"Gij_", 1.0F}};
+
+// How many terms the rows of the coefficient tables have; the positions behind them are no terms and must be 0.
+constexpr std::array<std::size_t, 10> equation_terms{8, 7, 7, 6, 6, 5, 4, 4, 4, 3};
+constexpr std::array<std::size_t, 8> rising_terms{11, 7, 7, 7, 6, 7, 7, 6};
+constexpr std::array<std::size_t, 8> falling_terms{6, 5, 4, 5, 2, 6, 4, 5};
+constexpr std::array<double, 8> theta_K{100, 100, 100, 100, 300, 100, 300, 100};
+
+// Of the 15 components those that the 8 stand for.
+constexpr std::array<std::size_t, 8> in_composition{0, 1, 2, 3, 4, 10, 11, 12};
+
+class Judge {
+public:
+    explicit Judge(const GasFile& file) : values_(file.values) {}
+
+    void values();
+    void symmetry();
+    void empty_positions();
+    void agreement();
+    void heat_capacities();
+    std::vector<std::string> found;
+
+private:
+    [[nodiscard]] float at(std::string_view table, std::size_t k) const {
+        return values_[block(table).first + k];
+    }
+    [[nodiscard]] double number(std::string_view table, std::size_t k) const {
+        return static_cast<double>(at(table, k));
+    }
+
+    // The place of a value as a person finds it in the listing.
+    [[nodiscard]] static std::string place(std::string_view table, std::size_t k) {
+        const std::size_t position = block(table).first + k;
+        for (const Sheet& sheet : sheets())
+            for (std::size_t column = 0; column < sheet.columns.size(); ++column)
+                for (std::size_t row = 0; row < sheet.rows.size(); ++row)
+                    if (sheet.position(row, column) == position)
+                        return std::string(table) + " [" + std::string(sheet.name) + ", row " +
+                               sheet.rows[row] + ", column " + sheet.columns[column].name + "]";
+        return std::string(table);
+    }
+    void report(std::string_view table, std::size_t k, const std::string& what) {
+        found.push_back(place(table, k) + ": " + number_text(at(table, k)) + ", " + what);
+    }
+    void agree(std::string_view table, std::size_t k, double expected, double relative,
+               const std::string& with) {
+        if (std::fabs(number(table, k) - expected) > relative * std::fabs(expected))
+            report(table, k,
+                   "does not agree with " + with + ", which asks for " +
+                       number_text(static_cast<float>(expected)));
+    }
+    void rest_is_zero(std::string_view table, std::size_t row, std::size_t terms, std::size_t columns) {
+        for (std::size_t column = terms; column < columns; ++column)
+            if (at(table, row * columns + column) != 0.0F)
+                report(table, row * columns + column, "is no term and must be 0");
+    }
+
+    const Values& values_;
+};
+
+std::string short_number(double value) { return number_text(static_cast<float>(value)); }
+
+void Judge::values() {
+    for (const Limits& l : limits)
+        for (std::size_t k = 0; k < block(l.table).values; ++k) {
+            const double value = number(l.table, k);
+            if (!std::isfinite(value))
+                report(l.table, k, "must be a number");
+            else if (!(l.low <= value && value <= l.high))
+                report(l.table, k, "must lie within " + short_number(l.low) + ".." + short_number(l.high));
+            else if (l.whole && value != std::floor(value))
+                report(l.table, k, "must be a whole number");
+        }
+    for (std::size_t n = 0; n < block("un").values; ++n)
+        if (const double twice = 2.0 * number("un", n); std::isfinite(twice) && twice != std::floor(twice))
+            report("un", n, "must be a multiple of 1/2");
+    for (std::size_t n = 0; n < block("cn").values; ++n)
+        if ((at("cn", n) == 0.0F) != (at("kn", n) == 0.0F))
+            report("kn", n, "must be 0 where c is 0, and only there");
+}
+
+void Judge::symmetry() {
+    for (const Binary& b : binaries) {
+        const auto size = static_cast<std::size_t>(std::lround(std::sqrt(block(b.table).values)));
+        for (std::size_t i = 0; i < size; ++i) {
+            if (at(b.table, i * size + i) != b.diagonal)
+                report(b.table, i * size + i,
+                       "must be " + number_text(b.diagonal) + ": a component with itself");
+            for (std::size_t j = 0; j < i; ++j)
+                if (at(b.table, i * size + j) != at(b.table, j * size + i))
+                    report(b.table, i * size + j,
+                           "must equal its mirror image " + number_text(at(b.table, j * size + i)));
+        }
+    }
+}
+
+void Judge::empty_positions() {
+    for (std::size_t k = 0; k < equation_terms.size(); ++k)
+        for (const std::string_view table : {"Akl", "Bkl"}) rest_is_zero(table, k, equation_terms[k], 8);
+    for (std::size_t k = 0; k < rising_terms.size(); ++k) {
+        rest_is_zero("L1ij", k, rising_terms[k], 11);
+        rest_is_zero("B1ij", k, falling_terms[k], 6);
+    }
+}
+
+void Judge::agreement() {
+    constexpr double R = 8.31451, T_K = 293.15, p_kPa = 101.325;
+    for (std::size_t k = 0; k < in_composition.size(); ++k)
+        agree("V_Mi", k, number("Mi", in_composition[k]), 1e-3, "the molar mass in Mi");
+    for (std::size_t i = 0; i < components15.size(); ++i) {
+        agree("Rocui", i, number("Mi", i) * p_kPa / (R * T_K), 1e-3, "the molar mass in Mi");
+        const double z = 1.0 - number("Bi", i) * number("Bi", i);
+        agree("Zci", i, z, 2e-3, "the summation factor in Bi");
+    }
+}
+
+void Judge::heat_capacities() {
+    constexpr double T_K = 300.0, lowest = 2.4, highest = 30.0;
+    for (std::size_t i = 0; i < theta_K.size(); ++i) {
+        const double ratio = T_K / theta_K[i];
+        double cp = 0.0;
+        for (std::size_t m = 0; m < rising_terms[i]; ++m)
+            cp += number("L1ij", 11 * i + m) * std::pow(ratio, static_cast<double>(m));
+        for (std::size_t m = 0; m < falling_terms[i]; ++m)
+            cp += number("B1ij", 6 * i + m) * std::pow(ratio, -1.0 - static_cast<double>(m));
+        if (!(lowest <= cp && cp <= highest))
+            found.push_back("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row " +
+                            std::string(components8[i]) + "]: cp/R at 300 K is " + short_number(cp) +
+                            ", must lie within 2.4..30");
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> faults(const GasFile& file) {
+    Judge judge(file);
+    if (file.size != file_size)
+        judge.found.push_back("the file has " + std::to_string(file.size) + " bytes, must have " +
+                              std::to_string(file_size));
+    if (file.count < value_count) return judge.found;
+    judge.values();
+    judge.symmetry();
+    judge.empty_positions();
+    judge.agreement();
+    judge.heat_capacities();
+    return judge.found;
+}
+
+}  // namespace kalorfix::tool::gasdat

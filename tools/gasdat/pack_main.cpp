@@ -1,0 +1,20 @@
+// Packs the readable gas data into the file that the library loads; for the build, where the command-line tool may be absent.
+#include <cstdio>
+
+#include "tools/gasdat/text.h"
+#include "tools/range.h"
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::fputs("usage: pack_gas_data DIRECTORY FILE\n", stderr);
+        return 2;
+    }
+    try {
+        namespace gasdat = kalorfix::tool::gasdat;
+        gasdat::write_whole(argv[2], gasdat::packed(gasdat::read_sheets(argv[1])));
+    } catch (const kalorfix::tool::InputError& error) {
+        std::fprintf(stderr, "pack_gas_data: %s\n", error.text.c_str());
+        return 2;
+    }
+    return 0;
+}

@@ -1,0 +1,160 @@
+#include "tools/gasdat/sheets.h"
+
+namespace kalorfix::tool::gasdat {
+namespace {
+
+constexpr std::array<std::string_view, 15> formulas15{"CH4",    "C2H6",   "C3H8",  "nC4H10", "iC4H10",
+                                                      "nC5H12", "iC5H12", "C6H14", "C7H16",  "C8H18",
+                                                      "N2",     "CO2",    "H2S",   "He",     "CO"};
+constexpr std::array<std::string_view, 8> formulas8{"CH4",    "C2H6", "C3H8", "nC4H10",
+                                                    "iC4H10", "N2",   "CO2",  "H2S"};
+
+template <std::size_t N>
+std::vector<std::string> names(const std::array<std::string_view, N>& list) {
+    return {list.begin(), list.end()};
+}
+
+std::vector<std::string> numbered(const char* prefix, int from, int to) {
+    std::vector<std::string> list;
+    for (int k = from; k <= to; ++k) list.push_back(prefix + std::to_string(k));
+    return list;
+}
+
+std::vector<Block> make_blocks() {
+    std::vector<Block> list{
+        {"V_Mi", "molar mass, kg/kmol", 8, 0},
+        {"Roki", "critical density, kg/m3", 8, 0},
+        {"Tki", "critical temperature, K", 8, 0},
+        {"FPi", "acentric factor", 8, 0},
+        {"Lij", "binary correction lambda of the critical volume", 64, 0},
+        {"Xij", "binary correction xi of the critical temperature", 64, 0},
+        {"Akl", "coefficients a_kl of w^k / t^l", 80, 0},
+        {"Bkl", "coefficients b_kl, multiplied by the acentric factor of the mixture", 80, 0},
+        {"Eij_", "binary energy parameter E*", 225, 0},
+        {"Uij", "binary parameter U of the mixture energy", 225, 0},
+        {"Kij", "binary size parameter K", 225, 0},
+        {"Gij_", "binary orientation parameter G*", 225, 0},
+        {"an", "coefficient a_n", 53, 0},
+        {"bn", "density exponent b_n", 53, 0},
+        {"cn", "c_n: 1 where the term has an exponential", 53, 0},
+        {"kn", "density exponent k_n in the exponential", 53, 0},
+        {"un", "temperature exponent u_n", 53, 0},
+        {"gn", "g_n: 1 where the orientation counts", 53, 0},
+        {"qn", "q_n: 1 where the quadrupole counts", 53, 0},
+        {"fn", "f_n: 1 where the high-temperature parameter counts", 53, 0},
+        {"Mi", "molar mass, kg/kmol", 15, 0},
+        {"Zci", "compressibility factor at 293.15 K and 0.101325 MPa", 15, 0},
+        {"Rocui", "ideal-gas density at 293.15 K and 0.101325 MPa, kg/m3", 15, 0},
+        {"Bi", "summation factor sqrt(b)", 15, 0},
+        {"Ei", "energy parameter E, K", 15, 0},
+        {"Ki", "size parameter K, (m3/kmol)^(1/3)", 15, 0},
+        {"Gi", "orientation parameter G", 15, 0},
+        {"Qi", "quadrupole parameter Q", 15, 0},
+        {"Fi", "high-temperature parameter F", 15, 0},
+        {"L1ij", "ideal-gas cp/R, coefficients of (T/theta)^0..10", 88, 0},
+        {"B1ij", "ideal-gas cp/R, coefficients of (T/theta)^-1..-6", 48, 0},
+    };
+    std::size_t first = 0;
+    for (Block& block : list) {
+        block.first = first;
+        first += block.values;
+    }
+    return list;
+}
+
+std::size_t index_of(std::string_view name) {
+    std::size_t index = 0;
+    while (blocks()[index].name != name) ++index;
+    return index;
+}
+
+struct ListColumn {
+    std::string_view block, name;
+};
+
+Sheet list(std::string_view name, std::string_view title, std::string_view row_name,
+           std::vector<std::string> rows, const std::vector<ListColumn>& columns) {
+    Sheet sheet{name, title, row_name, std::move(rows), {}};
+    for (const ListColumn& column : columns) {
+        const std::size_t index = index_of(column.block);
+        sheet.columns.push_back({std::string(column.name), index, blocks()[index].first});
+    }
+    return sheet;
+}
+
+Sheet matrix(std::string_view name, std::string_view title, std::string_view block_name,
+             std::string_view row_name, std::vector<std::string> rows,
+             const std::vector<std::string>& columns) {
+    Sheet sheet{name, title, row_name, std::move(rows), {}};
+    const std::size_t index = index_of(block_name);
+    for (std::size_t column = 0; column < columns.size(); ++column)
+        sheet.columns.push_back({columns[column], index, blocks()[index].first + column, columns.size()});
+    return sheet;
+}
+
+Sheet pairs15(std::string_view name, std::string_view title, std::string_view block_name) {
+    return matrix(name, title, block_name, "component", names(components15), names(formulas15));
+}
+
+Sheet pairs8(std::string_view name, std::string_view title, std::string_view block_name) {
+    return matrix(name, title, block_name, "component", names(components8), names(formulas8));
+}
+
+std::vector<Sheet> make_sheets() {
+    return {
+        list("vnic_components", "Components of VNIC SMV", "component", names(components8),
+             {{"V_Mi", "molar_mass_kg_kmol"},
+              {"Roki", "critical_density_kg_m3"},
+              {"Tki", "critical_temperature_K"},
+              {"FPi", "acentric_factor"}}),
+        pairs8("vnic_binary_volume", "VNIC SMV: binary correction of the critical volume", "Lij"),
+        pairs8("vnic_binary_temperature", "VNIC SMV: binary correction of the critical temperature", "Xij"),
+        matrix("vnic_a", "VNIC SMV: coefficients a_kl; 0 where there is no term", "Akl", "k",
+               numbered("", 1, 10), numbered("l", 0, 7)),
+        matrix("vnic_b", "VNIC SMV: coefficients b_kl; 0 where there is no term", "Bkl", "k",
+               numbered("", 1, 10), numbered("l", 0, 7)),
+        pairs15("aga8_binary_energy", "AGA8-92DC: binary energy parameter E*", "Eij_"),
+        pairs15("aga8_binary_mixture_energy", "AGA8-92DC: binary parameter of the mixture energy U", "Uij"),
+        pairs15("aga8_binary_size", "AGA8-92DC: binary size parameter K", "Kij"),
+        pairs15("aga8_binary_orientation", "AGA8-92DC: binary orientation parameter G*", "Gij_"),
+        list("aga8_terms", "AGA8-92DC: the 53 terms", "n", numbered("", 1, 53),
+             {{"an", "a"},
+              {"bn", "b"},
+              {"cn", "c"},
+              {"kn", "k"},
+              {"un", "u"},
+              {"gn", "g"},
+              {"qn", "q"},
+              {"fn", "f"}}),
+        list("components", "Components of the composition", "component", names(components15),
+             {{"Mi", "molar_mass_kg_kmol"},
+              {"Zci", "z_standard"},
+              {"Rocui", "ideal_density_kg_m3"},
+              {"Bi", "summation_factor"},
+              {"Ei", "E_K"},
+              {"Ki", "K_m3_kmol_cube_root"},
+              {"Gi", "G"},
+              {"Qi", "Q"},
+              {"Fi", "F"}}),
+        matrix("heat_capacity_positive", "Ideal-gas cp/R: coefficients of rising powers of T/theta", "L1ij",
+               "component", names(components8), numbered("c", 0, 10)),
+        matrix("heat_capacity_negative", "Ideal-gas cp/R: coefficients of falling powers of T/theta", "B1ij",
+               "component", names(components8), numbered("d", 1, 6)),
+    };
+}
+
+}  // namespace
+
+const std::vector<Block>& blocks() {
+    static const std::vector<Block> all = make_blocks();
+    return all;
+}
+
+const std::vector<Sheet>& sheets() {
+    static const std::vector<Sheet> all = make_sheets();
+    return all;
+}
+
+const Block& block(std::string_view name) { return blocks()[index_of(name)]; }
+
+}  // namespace kalorfix::tool::gasdat
