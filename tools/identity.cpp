@@ -61,6 +61,7 @@ void identity(const host::Library& library) {
     print_file("library", path);
     const CSRV_PATH& p = *library->SRV_Path;
     print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
+    if (const std::string beside = host::gas_data_beside(path); !beside.empty()) print_file("  or", beside);
     fmt::print("directories\n");
     const std::pair<const char*, const char*> rows[] = {{"TORNPATH", p.TORNPATH},
                                                         {"PATHDB", p.PATHDB},
