@@ -24,6 +24,12 @@ bool read_value(std::FILE* file, float& value) {
     return true;
 }
 
+// A host may unload the library without Done.
+struct ReleaseAtUnload {
+    ~ReleaseAtUnload() { REINIT_GAS(); }
+};
+const ReleaseAtUnload release_at_unload;
+
 // The first two blocks pass through one variable: past the end of a short file they repeat its last value.
 constexpr std::size_t repeating_blocks = 2;
 
