@@ -164,7 +164,7 @@ std::string html(const Verification& verification, const Surroundings& around) {
         "outside, and "
         "the status obtained.</p>\n" +
         limit_tables(verification);
-    if (const std::string map = density_map(verification); !map.empty())
+    if (const std::string map = density_map(host::Library(around.library), verification); !map.empty())
         out +=
             "<h2>Map: density of water and steam</h2>\n<p>The compared states over temperature and pressure "
             "(logarithmic), "

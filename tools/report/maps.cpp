@@ -197,6 +197,7 @@ std::string compressibility_maps(const host::Library& library, const GivenCompos
     std::string out = "<div class=\"maps\">\n";
     for (std::size_t m = 0; m < methods.size(); ++m)
         out += figure(K[m], shade, fmt::format("K by {}", methods[m].name), "K");
+    out += "</div>\n<div class=\"maps third\">\n";
     for (std::size_t m = 0; m < methods.size(); ++m) {
         if (m == reference) continue;
         Grid difference{};
@@ -205,9 +206,9 @@ std::string compressibility_maps(const host::Library& library, const GivenCompos
             difference[k] = per_cent * (K[m][k] / K[reference][k] - 1.0);
             if (std::fabs(difference[k]) > most) most = std::fabs(difference[k]);
         }
-        const double end = svg::ticks(0.0, std::fmax(most, 1e-3), 4).step *
-                           std::ceil(most / svg::ticks(0.0, std::fmax(most, 1e-3), 4).step);
-        out += figure(difference, shades(-std::fmax(end, 1e-3), std::fmax(end, 1e-3), 17, diverging),
+        const double step = svg::ticks(0.0, std::fmax(most, 1e-3), 4).step;
+        const double end = step * std::ceil(std::fmax(most, 1e-3) / step);
+        out += figure(difference, shades(-end, end, 17, diverging),
                       fmt::format("{} against {}, up to {} %", methods[m].name, methods[reference].name,
                                   short_number(most)),
                       "%");
@@ -215,7 +216,7 @@ std::string compressibility_maps(const host::Library& library, const GivenCompos
     return out + "</div>\n";
 }
 
-std::string density_map(const Verification& verification) {
+std::string density_map(const host::Library& library, const Verification& verification) {
     constexpr double low_lg_p = -4.0, high_lg_p = 2.3;
     const Frame frame{{-10.0, 810.0, 70.0, 830.0}, {low_lg_p, high_lg_p, 380.0, 20.0}};
     struct Step {
@@ -249,6 +250,17 @@ std::string density_map(const Verification& verification) {
                                             f.where->id, short_number(relative))));
             }
     if (dots.empty()) return {};
+    std::string saturation;
+    constexpr double critical_t_C = 373.9, any_p_MPa = 1.0;
+    for (double t_C = 0.0; t_C <= critical_t_C; t_C += 5.0) {
+        double ps_MPa = 0.0;
+        library->t_phase_1(any_p_MPa, t_C, 0.0, &ps_MPa);
+        saturation += fmt::format("{}{} {}", saturation.empty() ? "M" : "L", svg::at(frame.x(t_C)),
+                                  svg::at(frame.y(std::log10(ps_MPa))));
+    }
+    saturation =
+        fmt::format("<path d=\"{}\" fill=\"none\" stroke=\"#7c8791\" stroke-width=\"1.2\"/>\n", saturation) +
+        svg::text(frame.x(205.0), frame.y(std::log10(1.0)), "saturation", {.size = 10.5, .colour = "#5b6670"});
     const svg::Ticks xs = svg::ticks(0.0, 800.0, 8);
     const svg::Ticks ys{{-4.0, -3.0, -2.0, -1.0, 0.0, 1.0, 2.0}, 1.0};
     std::string out =
@@ -257,7 +269,7 @@ std::string density_map(const Verification& verification) {
         axes(
             frame, xs, ys, [](double v) { return fmt::format("{:g}", std::pow(10.0, v)); }, "t, degC",
             "p, MPa") +
-        dots;
+        saturation + dots;
     double row = 40.0;
     out += svg::text(850.0, row - 18.0, "relative deviation", {.size = 11.5, .colour = "#1c2126"});
     for (const Step& step : steps) {

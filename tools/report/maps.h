@@ -12,8 +12,8 @@ namespace kalorfix::tool::report {
 /// Needs a library with gas data.
 [[nodiscard]] std::string compressibility_maps(const host::Library& library, const GivenComposition& gas);
 
-/// The points of water and steam over temperature and pressure, shaded by the deviation of their density; empty when there are
-/// none.
-[[nodiscard]] std::string density_map(const Verification& verification);
+/// The points of water and steam over temperature and pressure, shaded by the deviation of their density, with the
+/// saturation line; empty when there are none.
+[[nodiscard]] std::string density_map(const host::Library& library, const Verification& verification);
 
 }  // namespace kalorfix::tool::report

@@ -38,7 +38,7 @@ Layout layout(const Block& block) {
                 return other == value || (std::isnan(other) && std::isnan(value));
             });
         const bool one_case = block.findings.back().where == block.findings.front().where;
-        if (same && !one_case)
+        if (same || one_case)
             result.fixed.emplace_back(name, value);
         else if (component(name).empty())
             result.columns.push_back(name);
@@ -70,7 +70,7 @@ std::string fixed_line(const Layout& shape) {
         text += fmt::format("{}{} {}{}{}", separator, q.symbol, input_text(name, value),
                             q.unit.empty() ? "" : " ", q.unit);
     }
-    return text.empty() ? text : fmt::format("<p class=\"fixed\"><b>All rows:</b> {}</p>\n", escape(text));
+    return text.empty() ? text : fmt::format("<p class=\"fixed\"><b>All cases:</b> {}</p>\n", escape(text));
 }
 
 // Statuses and phases of one case in one cell.
@@ -105,7 +105,7 @@ std::string row(const std::vector<const cases::Finding*>& found, const Layout& s
     const std::string span = lines > 1 ? fmt::format(" rowspan=\"{}\"", lines) : "";
 
     std::string out =
-        fmt::format("<tr><td class=\"name\"{0}>{1}</td><td{0}>{2}</td>", span, escape(one.id), one.line);
+        fmt::format("<tr><td class=\"name id\"{0}>{1}</td><td{0}>{2}</td>", span, escape(one.id), one.line);
     for (const std::string& name : shape.columns) {
         const std::string text = input_text(name, one.inputs.at(name));
         out += fmt::format("<td{}{}>{}</td>", name == "device" ? " class=\"name\"" : "", span, escape(text));
@@ -138,14 +138,20 @@ std::string head(const Layout& shape) {
     return out + "<th class=\"name\">verdict</th></tr></thead>\n";
 }
 
-// Of the numeric inputs that vary: what the points cover.
+bool refused(const cases::Finding& finding) {
+    const std::vector<cases::Expected>& expected = finding.where->expected;
+    return std::any_of(expected.begin(), expected.end(),
+                       [](const cases::Expected& e) { return e.text == "refused"; });
+}
+
+// Of the numeric inputs that vary, in states that are computed: what the points cover.
 std::string covered(const Section& section) {
     std::map<std::string, std::pair<double, double>> extents;
     for (const Block& block : section.blocks)
         for (const cases::Finding& f : block.findings)
             for (const auto& [name, value] : f.where->inputs) {
                 if (!std::isfinite(value) || quantity(name).unit.empty() || !component(name).empty()) continue;
-                if (!f.passed) continue;
+                if (refused(f)) continue;
                 auto [at, fresh] = extents.try_emplace(name, value, value);
                 at->second = {std::fmin(at->second.first, value), std::fmax(at->second.second, value)};
             }
@@ -171,7 +177,7 @@ std::string description_table(const Section& section) {
     fact("Method", escape(section.subject.method));
     fact("Document, edition", escape(section.subject.document));
     fact("Range of use", escape(section.subject.range));
-    fact("Inputs of the points", escape(covered(section)));
+    fact("Covered by points", escape(covered(section)));
     fact("Points", fmt::format("{} cases, {} values compared; {} of them exactly", s.cases, s.values, s.exact));
     std::string sources;
     for (const Block& block : section.blocks) {
@@ -214,13 +220,16 @@ std::string statistics_table(const Section& section) {
 }
 
 std::string value_table(const Block& block) {
+    constexpr std::size_t wide_from = 7;
     const Layout shape = layout(block);
     std::string out = fmt::format("<h4>{}<span class=\"trace\">{}:{}</span></h4>\n",
                                   escape(block.table->source), escape(block.file->name), block.table->line);
     std::string notes;
     for (const std::string& note : block.table->notes) notes += (notes.empty() ? "" : "; ") + escape(note);
     if (!notes.empty()) out += "<p class=\"note\">" + notes + "</p>\n";
-    out += fixed_line(shape) + "<table class=\"values\">" + head(shape) + "<tbody>\n";
+    out += fixed_line(shape) +
+           (shape.columns.size() > wide_from ? "<table class=\"values wide\">" : "<table class=\"values\">") +
+           head(shape) + "<tbody>\n";
     std::vector<const cases::Finding*> found;
     for (const cases::Finding& f : block.findings) {
         if (!found.empty() && found.front()->where != f.where) {
