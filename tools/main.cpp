@@ -82,9 +82,15 @@ void add_water(CLI::App& app, Command& command) {
         ->option_text("DP")
         ->check(check_tolerance, "", "");
     command.water->add_flag("--csv", request.csv, "all digits, comma-separated, units in the column names");
+    command.water->add_option("--svg", request.drawing.file, "draw a quantity into FILE as well")
+        ->option_text("FILE");
+    command.water
+        ->add_option("--quantity", request.drawing.quantity, "what to draw: rho (default), mu, h, kappa")
+        ->option_text("Q");
     command.water->footer(
         "T and P are a number or a range start:stop:step, such as 150 or 20:200:20;\n"
-        "ranges give a table, at most 1000000 rows.\n\n"
+        "ranges give a table, at most 1000000 rows, and curves with --svg: over the first\n"
+        "range, a line for each value of the second, at most 12 (else the other way).\n\n"
         "Printed: density kg/m3, dynamic viscosity uPa s, specific enthalpy kJ/kg,\n"
         "isentropic exponent kappa, phase, saturation pressure at T in MPa (- above the\n"
         "critical temperature).\n\n"
@@ -112,9 +118,12 @@ void add_gas(CLI::App& app, Command& command) {
     option("--heat", request.heat, "vnic: heats in kJ0, kcal0, kJ20 (default), kcal20, per\nm3 at 0 or 20 degC",
            "BASIS");
     command.gas->add_flag("--csv", request.csv, "all digits, comma-separated, units in the column names");
+    option("--svg", request.drawing.file, "draw a quantity into FILE as well", "FILE");
+    option("--quantity", request.drawing.quantity, "what to draw: K (default), Z, rho, mu, kappa", "Q");
     command.gas->footer(
         "T and P are a number or a range start:stop:step; ranges give a table, at most\n"
-        "1000000 rows. Exit status 1 when a state was refused.\n\n"
+        "1000000 rows, and curves with --svg: over the first range, a line for each value\n"
+        "of the second, at most 12 (else the other way). Exit status 1 when a state was refused.\n\n"
         "Printed: K = Z/Zc, Z, density at standard and working conditions kg/m3, dynamic\n"
         "viscosity uPa s, isentropic exponent, heats of combustion. Of these aga8 takes\n"
         "viscosity, exponent and heats from the density at standard conditions, and the\n"

@@ -39,7 +39,8 @@ void take(Side& side, const cases::Finding& finding) {
     side.where = finding.where;
     side.passed = side.passed && finding.passed;
     if (is_word(*finding.expected))
-        side.obtained += (side.obtained.empty() ? "" : ", ") + computed_word(finding);
+        side.obtained +=
+            (side.obtained.empty() ? "" : ", ") + finding.expected->column + " " + computed_word(finding);
 }
 
 std::vector<Limit> limits_of(const Block& block) {

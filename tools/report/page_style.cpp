@@ -32,7 +32,7 @@ th:first-child, td:first-child { padding-left: 0; }
 .values td.id, .facts td:first-child { padding-left: 0; }
 th:last-child, td:last-child { padding-right: 0; }
 .name { text-align: left; }
-td.mixture { text-align: left; font-size: 11.5px; min-width: 200px; }
+td.mixture { text-align: left; font-size: 11.5px; min-width: 340px; }
 .values { font-size: 12px; }
 .values td { white-space: nowrap; }
 .values td.name, .values td.mixture { white-space: normal; }
@@ -68,7 +68,7 @@ footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; 
   th, td { padding: 1.5pt 4pt; }
   .wide { font-size: 5.8pt; }
   .wide th, .wide td { padding: 1.5pt 2pt; }
-  td.mixture { font-size: 6.8pt; min-width: 0; }
+  td.mixture { font-size: 6.8pt; min-width: 58mm; }
   .values td:first-child:not(.id) { padding-left: 4pt; }
   .maps { gap: 6px 14px; margin: 6px 0; }
   a { color: inherit; }
