@@ -70,16 +70,17 @@ int run(const Command& command, const std::string& library, const std::string& g
             "--gas-data: there is no gas.dat beside the library, and some cases need it; give the file"};
     const host::Runtime runtime(gas_data);
     const Verification verification = verify(library, directory, std::move(files));
+    std::string page, lines;
     if (!command.html_file.empty()) {
-        const Surroundings around{fs::absolute(library).lexically_normal().string(),
-                                  gas_data,
-                                  now(),
-                                  shared("natural_gas.csv"),
-                                  shared("deviations.md"),
-                                  shared("not_verified.md")};
-        gasdat::write_whole(command.html_file, html(verification, around));
+        const std::string opened = host::Library(library).path();
+        const std::string data =
+            gas_data.empty() ? gas_data : fs::absolute(gas_data).lexically_normal().string();
+        page = html(verification, {opened, data, now(), shared("natural_gas.csv"), shared("deviations.md"),
+                                   shared("not_verified.md")});
     }
-    if (!command.csv_file.empty()) gasdat::write_whole(command.csv_file, csv(verification));
+    if (!command.csv_file.empty()) lines = csv(verification);
+    if (!page.empty()) gasdat::write_whole(command.html_file, page);
+    if (!lines.empty()) gasdat::write_whole(command.csv_file, lines);
     print_summary(verification);
     return failures(verification) == 0 ? 0 : 1;
 }

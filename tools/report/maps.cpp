@@ -191,9 +191,9 @@ std::string compressibility_maps(const host::Library& library, const GivenCompos
             if (value < low) low = value;
     }
     constexpr double class_width = 0.02, per_cent = 100.0;
-    low = std::floor(low / class_width) * class_width;
+    low = std::fmin(std::floor(low / class_width), 1.0 / class_width - 2.0) * class_width;
     const auto classes = static_cast<std::size_t>(std::lround((1.0 - low) / class_width));
-    const Shades shade = shades(low, 1.0, std::max<std::size_t>(classes, 2), sequential);
+    const Shades shade = shades(low, 1.0, classes, sequential);
     std::string out = "<div class=\"maps\">\n";
     for (std::size_t m = 0; m < methods.size(); ++m)
         out += figure(K[m], shade, fmt::format("K by {}", methods[m].name), "K");
