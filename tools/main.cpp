@@ -17,6 +17,7 @@
 #include "tools/identity.h"
 #include "tools/range.h"
 #include "tools/runtime.h"
+#include "tools/station/command.h"
 #include "tools/water.h"
 
 namespace tool = kalorfix::tool;
@@ -33,9 +34,11 @@ struct Command {
     tool::WaterRequest water_request;
     tool::GasRequest gas_request;
     tool::gasdat::Command gasdat;
+    tool::station::RunRequest run_request;
     CLI::App* demo = nullptr;
     CLI::App* water = nullptr;
     CLI::App* gas = nullptr;
+    CLI::App* run = nullptr;
     CLI::App* id = nullptr;
 };
 
@@ -139,6 +142,7 @@ void describe(CLI::App& app, Command& command) {
     add_water(app, command);
     add_gas(app, command);
     tool::gasdat::describe(app, command.gasdat);
+    command.run = tool::station::add_command(app, command.run_request);
     command.id = app.add_subcommand("id", "Version, build, digests of library and gas data, paths.");
     command.demo->fallthrough();
     command.id->fallthrough();
@@ -156,11 +160,11 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
         const std::string& first = unknown.front();
         if (first.starts_with("-")) return fmt::format("{}: no such option; {}", first, help);
         if (chosen.empty())
-            return fmt::format("{}: no such command; there are demo, water, gas, gasdat and id", first);
+            return fmt::format("{}: no such command; there are demo, water, gas, run, gasdat and id", first);
         return fmt::format("{}: nothing expected here; {}", first, help);
     }
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
-        return "a command is missing; there are demo, water, gas, gasdat and id";
+        return "a command is missing; there are demo, water, gas, run, gasdat and id";
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
         return fmt::format("{}: takes one value, given once; {}", text.substr(0, text.find(':')), help);
     return text;
@@ -194,6 +198,7 @@ int execute(const Command& command) {
                                      : std::filesystem::absolute(command.library_file).string());
     if (*command.demo) return run_demo(command, file);
     if (*command.gas) return run_gas(command, file);
+    if (*command.run) return tool::station::run(file, gas_data(command, file), command.run_request);
     if (*command.water) {
         tool::WaterRequest request = command.water_request;
         request.saturated = command.mode == "saturated";
