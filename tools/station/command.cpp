@@ -9,10 +9,13 @@ namespace {
 constexpr double most_downtime_min = 500000.0;
 
 std::string store_format(const std::string& text, RunRequest& request) {
-    static const std::map<std::string, Format> formats{
-        {"table", Format::table}, {"csv", Format::csv}, {"json", Format::json}, {"summary", Format::summary}};
+    static const std::map<std::string, Format> formats{{"table", Format::table},
+                                                       {"csv", Format::csv},
+                                                       {"json", Format::json},
+                                                       {"hours", Format::hours},
+                                                       {"days", Format::days}};
     const auto found = formats.find(text);
-    if (found == formats.end()) return "there are table, csv, json and summary, not '" + text + "'";
+    if (found == formats.end()) return "there are table, csv, json, hours and days, not '" + text + "'";
     request.format = found->second;
     return {};
 }
@@ -39,8 +42,8 @@ CLI::App* add_command(CLI::App& app, RunRequest& request) {
         ->option_text("READINGS.csv|-");
     run->add_option_function<std::string>(
            "--format", [](const std::string&) {},
-           "table (default on a terminal), csv (default\nelsewhere), json (a line each), "
-           "summary (hours,\ndays and registers only)")
+           "table (default on a terminal), csv (default\nelsewhere), json (a line each), hours, days "
+           "(what\nclosed, and the registers)")
         ->option_text("FORMAT")
         ->check([&request](const std::string& text) { return store_format(text, request); }, "", "");
     run->add_option("--out", request.out, "file for the results, complete or not there at all")

@@ -36,6 +36,8 @@ LineSource::LineSource(const std::string& name, const volatile std::sig_atomic_t
         const File pipe(std::exchange(file_, File(std::tmpfile())).release());
         if (!file_) throw InputError{fmt::format("{}: no temporary file to keep the readings in", name_)};
         copy(pipe.get(), interrupted);
+    } else {
+        start_ = static_cast<long>(lseek(fileno(file_.get()), 0, SEEK_CUR));
     }
     rewind();
 }
@@ -63,7 +65,8 @@ void LineSource::copy(std::FILE* from, const volatile std::sig_atomic_t& interru
 }
 
 void LineSource::rewind() {
-    std::rewind(file_.get());
+    if (std::fseek(file_.get(), start_, SEEK_SET) != 0)
+        throw InputError{fmt::format("{}: cannot be read from its beginning", name_)};
     begin_ = end_ = 0;
     number_ = consumed_ = 0;
 }

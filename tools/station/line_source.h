@@ -41,6 +41,7 @@ private:
     std::string name_;
     File file_;
     std::vector<char> buffer_;
+    long start_ = 0;  ///< standard input may begin inside its file
     std::size_t begin_ = 0, end_ = 0;
     std::uint64_t number_ = 0, consumed_ = 0;
 };

@@ -15,9 +15,9 @@ constexpr unsigned calls_between_looks = 256;
 
 }  // namespace
 
-Progress::Progress(std::uint64_t whole)
+Progress::Progress(std::uint64_t whole, bool wanted)
     : whole_(std::max<std::uint64_t>(whole, 1)),
-      watched_(isatty(STDERR_FILENO) == 1),
+      watched_(wanted && isatty(STDERR_FILENO) == 1),
       next_(Clock::now() + patience) {}
 
 Progress::~Progress() {

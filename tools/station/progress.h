@@ -8,8 +8,8 @@ namespace kalorfix::tool::station {
 
 class Progress {
 public:
-    /// `whole` is the size of the work in any unit.
-    explicit Progress(std::uint64_t whole);
+    /// `whole` is the size of the work in any unit. Nothing is drawn unless it is wanted and standard error is a terminal.
+    Progress(std::uint64_t whole, bool wanted);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;

@@ -261,7 +261,8 @@ void Readings::fail(const Cell& cell, const std::string& what) const {
 }
 
 void Readings::fail(const std::string& what) const {
-    throw InputError{fmt::format("{}:{}: {}", source_.name(), source_.line_number(), what)};
+    throw InputError{
+        fmt::format("{}:{}: {}", source_.name(), std::max<std::uint64_t>(source_.line_number(), 1), what)};
 }
 
 }  // namespace kalorfix::tool::station

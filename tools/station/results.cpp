@@ -30,6 +30,16 @@ const char* phase_of(const Channel& channel, const Outcome& outcome) {
                                                                                  : "";
 }
 
+// Unit of the heats of combustion: only VNIC SMV has a choice.
+const char* heat_unit_of(const Channel& channel) {
+    constexpr short vnic = 3;
+    if (channel.medium != Medium::gas) return "";
+    const Gas& gas = channel.gas;
+    if (gas.method != vnic) return "MJ/m3 at 20 degC";
+    if (gas.heat_unit == 0) return gas.heat_basis == 0 ? "kJ/m3 at 0 degC" : "kJ/m3 at 20 degC";
+    return gas.heat_basis == 0 ? "kcal/m3 at 0 degC" : "kcal/m3 at 20 degC";
+}
+
 // With an exponent the register counts tens, thousands and so on of its unit.
 std::string unit_of(const Channel& channel, std::size_t k) {
     const std::string_view unit = integrator(channel.medium, k).unit;
@@ -42,8 +52,8 @@ public:
     Csv(const Station& station, TimeKind kind, OutputFile& out) : station_(station), kind_(kind), out_(out) {}
 
     void begin() override {
-        std::string line =
-            fmt::format("{},channel,status,step,reason,phase", kind_ == TimeKind::date ? "time" : "time_s");
+        std::string line = fmt::format("{},channel,status,step,reason,phase,heat_unit",
+                                       kind_ == TimeKind::date ? "time" : "time_s");
         for (const ResultColumn& column : result_columns()) line += fmt::format(",{}", column.name);
         out_.write(line + '\n');
     }
@@ -53,9 +63,9 @@ public:
         const bool done = outcome.reached == Step::done;
         line_.clear();
         auto to = std::back_inserter(line_);
-        fmt::format_to(to, "{},{},{},{},{},{}", print_time(kind_, row.time_s), channel.name,
+        fmt::format_to(to, "{},{},{},{},{},{},{}", print_time(kind_, row.time_s), channel.name,
                        done ? "computed" : "refused", done ? "" : step_name(outcome.reached),
-                       quoted(outcome.reason), phase_of(channel, outcome));
+                       quoted(outcome.reason), phase_of(channel, outcome), heat_unit_of(channel));
         for (const ResultColumn& column : result_columns()) {
             const std::optional<float> value = column.get({channel, outcome, registers});
             value ? fmt::format_to(to, ",{}", *value) : fmt::format_to(to, ",");
@@ -93,6 +103,8 @@ public:
                            json_text(outcome.reason));
         if (const char* const phase = phase_of(channel, outcome); *phase)
             fmt::format_to(to, ",\"phase\":\"{}\"", phase);
+        if (const char* const unit = heat_unit_of(channel); *unit)
+            fmt::format_to(to, ",\"heat_unit\":\"{}\"", unit);
         for (const ResultColumn& column : result_columns())
             if (const std::optional<float> value = column.get({channel, outcome, registers}))
                 fmt::format_to(to, ",\"{}\":{}", column.name, *value);
@@ -148,11 +160,15 @@ std::string cell(const Outcome& outcome, Step step, float value, const char* lay
     return outcome.passed(step) ? fmt::format(fmt::runtime(layout), value) : std::string("-");
 }
 
-// For a person: cycles in columns (or none), hours and days as they close, at the end counts and registers.
+// For a person: cycles in columns (or none), hours (or none) and days as they close, at the end counts and registers.
 class Table : public Results {
 public:
-    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles)
-        : station_(station), kind_(kind), out_(out), cycles_(cycles) {}
+    Table(const Station& station, TimeKind kind, OutputFile& out, Format format)
+        : station_(station),
+          kind_(kind),
+          out_(out),
+          cycles_(format == Format::table),
+          first_set_(format == Format::days ? 1 : 0) {}
 
     void begin() override {
         if (!cycles_) return;
@@ -167,7 +183,7 @@ public:
     void cycle(const Channel& channel, const Measured& row, const Outcome& outcome,
                const Registers& registers) override {
         if (cycles_) write_cycle(channel, row, outcome, registers);
-        for (std::size_t set = 0; set < 2; ++set) write_closed(channel, row, registers, set);
+        for (std::size_t set = first_set_; set < 2; ++set) write_closed(channel, row, registers, set);
     }
 
     void end(const StationRegisters& registers, const std::vector<ChannelSummary>& summaries, bool interrupted,
@@ -223,6 +239,7 @@ private:
     TimeKind kind_;
     OutputFile& out_;
     bool cycles_;
+    std::size_t first_set_;  // of the intervals that are told: 0 from hours on, 1 days only
 };
 
 }  // namespace
@@ -234,7 +251,7 @@ std::unique_ptr<Results> make_results(Format format, const Station& station, Tim
         case Format::json:
             return std::make_unique<Json>(station, kind, out);
         default:
-            return std::make_unique<Table>(station, kind, out, format == Format::table);
+            return std::make_unique<Table>(station, kind, out, format);
     }
 }
 

@@ -1,4 +1,4 @@
-// Results of a station run: a table for a person, CSV or JSON lines for programs, or closed hours and days only.
+// Results of a station run: a table for a person, CSV or JSON lines for programs, or only what closed hours and days held.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@
 
 namespace kalorfix::tool::station {
 
-enum class Format { table, csv, json, summary };
+enum class Format { table, csv, json, hours, days };
 
 /// How the cycles of a channel ended.
 struct ChannelSummary {

@@ -53,36 +53,44 @@ bool needs_gas_data(const Station& station) {
 
 struct Survey {
     std::uint64_t bytes = 0;
-    std::vector<std::optional<double>> first_s;  ///< time of each channel's first reading
+    std::vector<std::optional<double>>
+        first_s;  ///< time of each channel's first reading that is to be computed
 };
 
+// Whether the registers hold a reading already: a run goes on from them with the same readings or with later ones.
+bool is_counted(const ChannelRegisters& registers, const Measured& row) {
+    return registers.last_s && row.time_s <= *registers.last_s;
+}
+
 // The first walk through the readings: every mistake is found before anything is written.
-Survey check(const Station& station, Readings& readings, const LineSource& source) {
+Survey check(const Station& station, Readings& readings, const LineSource& source,
+             const StationRegisters& registers) {
     Survey survey{0, std::vector<std::optional<double>>(station.channels.size())};
     Measured row;
+    bool any = false;
     while (!signal_received && readings.next(row)) {
+        any = true;
         std::optional<double>& first = survey.first_s[row.channel];
-        if (!first) first = row.time_s;
+        if (!first && !is_counted(registers[row.channel], row)) first = row.time_s;
     }
     survey.bytes = source.bytes_read();
+    const auto given = [](const std::optional<double>& first) { return first.has_value(); };
+    if (any && !signal_received && std::none_of(survey.first_s.begin(), survey.first_s.end(), given))
+        throw InputError{
+            fmt::format("{}: the registers of --continue hold all these readings already", source.name())};
     return survey;
 }
 
-void check_continuation(const RunRequest& request, const Station& station, const Survey& survey,
-                        const StationRegisters& registers, TimeKind kind) {
+void check_downtime(double downtime_min, const Station& station, const Survey& survey,
+                    const StationRegisters& registers) {
     for (std::size_t i = 0; i < station.channels.size(); ++i) {
-        const std::optional<double>& last = registers[i].last_s;
-        if (!last || !survey.first_s[i]) continue;
-        if (*survey.first_s[i] <= *last)
-            throw InputError{
-                fmt::format("{}: {} has been read up to {}; its first reading here, at {}, must be later",
-                            request.continue_file, station.channels[i].name, print_time(kind, *last),
-                            print_time(kind, *survey.first_s[i]))};
+        if (!registers[i].last_s || !survey.first_s[i]) continue;
         constexpr double s_per_min = 60.0;
-        if (*survey.first_s[i] - *last < request.downtime_min * s_per_min)
-            throw InputError{fmt::format(
-                "--downtime {}: only {} minutes lie between the last reading of {} and its next",
-                request.downtime_min, (*survey.first_s[i] - *last) / s_per_min, station.channels[i].name)};
+        const double gap_min = (*survey.first_s[i] - *registers[i].last_s) / s_per_min;
+        if (gap_min < downtime_min)
+            throw InputError{
+                fmt::format("--downtime {}: only {} minutes lie between the last reading of {} and its next",
+                            downtime_min, gap_min, station.channels[i].name)};
     }
 }
 
@@ -120,20 +128,21 @@ void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, 
 // The second walk: every reading through the library.
 std::vector<ChannelSummary> compute(const host::Library& library, const Station& station, Readings& readings,
                                     const LineSource& source, const Survey& survey, SimulatedClock& clock,
-                                    StationRegisters& registers, Results& results) {
+                                    StationRegisters& registers, Results& results, bool progress_wanted) {
     std::vector<ChannelSummary> summaries(station.channels.size());
-    Progress progress(survey.bytes);
+    Progress progress(survey.bytes, progress_wanted);
     Measured row;
     readings.rewind();
     while (!signal_received && source.bytes_read() < survey.bytes && readings.next(row)) {
         const Channel& channel = station.channels[row.channel];
         ChannelRegisters& kept = registers[row.channel];
+        progress.at(source.bytes_read());
+        if (is_counted(kept, row)) continue;
         clock.set(row.time_s);
         const Outcome outcome = run_cycle(library, channel, row, kept.reg);
         kept.last_s = row.time_s;
         note(summaries[row.channel], row, outcome, readings.time_kind());
         results.cycle(channel, row, outcome, kept.reg);
-        progress.at(source.bytes_read());
     }
     return summaries;
 }
@@ -160,12 +169,10 @@ int run(const std::string& library_file, const std::string& gas_data_file, const
     signal_received = 0;
     Readings readings(station, source);
     const TimeKind kind = readings.time_kind();
-    const Survey survey = check(station, readings, source);
     StationRegisters registers(station.channels.size());
-    if (!request.continue_file.empty()) {
-        registers = read_registers(request.continue_file, station, kind);
-        check_continuation(request, station, survey, registers, kind);
-    }
+    if (!request.continue_file.empty()) registers = read_registers(request.continue_file, station, kind);
+    const Survey survey = check(station, readings, source, registers);
+    check_downtime(request.downtime_min, station, survey, registers);
 
     OutputFile out(request.out);
     std::optional<OutputFile> register_file;
@@ -178,9 +185,11 @@ int run(const std::string& library_file, const std::string& gas_data_file, const
     prime_gas_state(library, station);
 
     const std::unique_ptr<Results> results = make_results(format_of(request), station, kind, out);
+    // On a terminal the results themselves show how far the run has come.
+    const bool progress_wanted = !request.out.empty() || isatty(STDOUT_FILENO) == 0;
     results->begin();
     const std::vector<ChannelSummary> summaries =
-        compute(library, station, readings, source, survey, clock, registers, *results);
+        compute(library, station, readings, source, survey, clock, registers, *results, progress_wanted);
     const int ended_by = signal_received ? static_cast<int>(signal_received) : interrupted_copying;
     results->end(registers, summaries, ended_by != 0, !register_file);
     if (register_file) {

@@ -153,6 +153,9 @@ void read_composition_keys(Keys& keys, const std::string& station_file, Gas& gas
         return;
     }
     const std::filesystem::path path = std::filesystem::path(station_file).parent_path() / file->value;
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file(path, failed))
+        keys.fail(*file, fmt::format("there is no composition file {}", path.string()));
     const GivenComposition given = read_composition(path.string());
     gas.volume_fractions = given.volume_fractions;
     std::transform(given.x.begin(), given.x.end(), gas.x.begin(),
