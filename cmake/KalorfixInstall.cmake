@@ -5,4 +5,5 @@ install(FILES include/kalorfix.h include/kalorfix_calculators.h include/kalorfix
         DESTINATION "include")
 if(KALORFIX_TOOL)
   install(TARGETS kalorfix_tool RUNTIME DESTINATION "bin")
+  install(DIRECTORY examples DESTINATION "share/kalorfix")
 endif()

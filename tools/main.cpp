@@ -18,6 +18,7 @@
 #include "tools/range.h"
 #include "tools/runtime.h"
 #include "tools/station/command.h"
+#include "tools/station/example_day.h"
 #include "tools/water.h"
 
 namespace tool = kalorfix::tool;
@@ -135,10 +136,12 @@ void describe(CLI::App& app, Command& command) {
     app.add_option("--gas-data", command.gas_data_file, "gas data file (default: gas.dat beside the library)")
         ->option_text("FILE");
     app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
-    command.demo = app.add_subcommand("demo", "Steam, water and gas channels on built-in input, step by step.");
+    command.demo = app.add_subcommand(
+        "demo", "Steam, water and gas channels on built-in input, step by step,\nand the day of a station.");
     command.demo->footer(
         "Every step of a channel's cycle with its status and its results, units beside\n"
-        "them, and the totals of a simulated hour. Exit status 1 when a step is refused.");
+        "them, and the totals of a simulated hour. Then the day of the station in examples/.\n"
+        "Exit status 1 when a step of the channels is refused.");
     add_water(app, command);
     add_gas(app, command);
     tool::gasdat::describe(app, command.gasdat);
@@ -186,8 +189,14 @@ int run_gas(const Command& command, const std::string& library_file) {
 }
 
 int run_demo(const Command& command, const std::string& library_file) {
-    const kalorfix::host::Runtime runtime(gas_data(command, library_file));
-    return tool::demo(Library(library_file)) ? 0 : 1;
+    const std::string data = gas_data(command, library_file);
+    bool good = false;
+    {
+        const kalorfix::host::Runtime runtime(data);
+        good = tool::demo(Library(library_file));
+    }
+    const int day = tool::station::run_example_day(library_file, data);
+    return good ? day : 1;
 }
 
 int execute(const Command& command) {

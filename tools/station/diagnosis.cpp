@@ -188,7 +188,7 @@ ReynoldsRange reynolds_range(flow::Device device, double beta, double D_m) {
     }
 }
 
-// The pipe's roughness. GOST 8.586.2-2005, 5.3.2.3; GOST 8.586.3-2005, 5.1.6.3.
+// The pipe's roughness; that of a nozzle ends before its correction could reach 1.03. GOST 8.586.2-2005, 5.3.2.3; GOST 8.586.3-2005, 5.1.6.3.
 std::string roughness(const flow::Bore& bore, double Re) {
     constexpr double largest_correction = 1.03, largest_relative = 30e-4, smooth_unit = 1e4;
     using flow::Device;
@@ -204,13 +204,6 @@ std::string roughness(const flow::Bore& bore, double Re) {
     if (!(flow::nozzle_roughness_limit(bore.beta) < smooth_unit * bore.R_a_m / bore.D_m)) return {};
     if (bore.R_sh_m > largest_relative * bore.D_m)
         return broken("roughness R/D", bore.R_sh_m / bore.D_m, "above", largest_relative, "");
-    if (bore.device == Device::nozzle_isa1932 && 0.5 < bore.D_m) {
-        // The correction depends on ratios only, and in small pipes has no bound.
-        const double scale = 0.4 / bore.D_m;
-        const flow::Bore small{bore.device, 0.4, bore.beta, bore.R_sh_m * scale, bore.R_a_m * scale};
-        if (flow::discharge(small, Re, found) && found.K_sh > largest_correction)
-            return broken("roughness correction", found.K_sh, "above", largest_correction, "");
-    }
     return {};
 }
 
