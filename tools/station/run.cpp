@@ -45,6 +45,20 @@ private:
     }, terminate_{}, pipe_{};
 };
 
+// Init to Done: the gas tables are released however the run ends.
+class Session {
+public:
+    explicit Session(const host::Library& library) : library_(library) {
+        if (library_->Init() != 1) throw InputError{"the library refuses to initialise"};
+    }
+    ~Session() { library_->Done(); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+private:
+    const host::Library& library_;
+};
+
 bool needs_gas_data(const Station& station) {
     return std::any_of(station.channels.begin(), station.channels.end(), [](const Channel& c) {
         return c.medium == Medium::gas && !is_by_density(c.gas.method);
@@ -179,7 +193,7 @@ int run(const std::string& library_file, const std::string& gas_data_file, const
     if (!request.registers_file.empty()) register_file.emplace(request.registers_file);
 
     SimulatedClock clock;
-    if (library->Init() != 1) throw InputError{"the library refuses to initialise"};
+    const Session session(library);
     *library->ProstoyTime = request.downtime_min;
     set_up_all(library, station, survey, registers, request.downtime_min, clock);
     prime_gas_state(library, station);
@@ -197,7 +211,6 @@ int run(const std::string& library_file, const std::string& gas_data_file, const
         register_file->finish();
     }
     out.finish();
-    library->Done();
     constexpr int by_signal = 128;
     return ended_by == 0 ? 0 : by_signal + ended_by;
 }
