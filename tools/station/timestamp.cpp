@@ -34,10 +34,12 @@ bool parse_date(std::string_view text, double& seconds) {
                                            std::chrono::month(static_cast<unsigned>(month)),
                                            std::chrono::day(static_cast<unsigned>(day))};
     if (!date.ok() || hour > 23 || minute > 59 || second > 59) return false;
+    // Microseconds are what a double holds beside the seconds since 1970, and what is printed.
+    constexpr std::size_t most_digits = 6;
     double fraction = 0.0;
     const std::string_view rest = text.substr(pattern.size());
     if (!rest.empty()) {
-        if (rest[0] != '.' || rest.size() < 2 ||
+        if (rest[0] != '.' || rest.size() < 2 || rest.size() > most_digits + 1 ||
             rest.find_first_not_of("0123456789", 1) != std::string_view::npos)
             return false;
         std::from_chars(rest.data(), rest.data() + rest.size(), fraction);

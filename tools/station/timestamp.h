@@ -11,7 +11,7 @@ enum class TimeKind { seconds, date };
 /// Largest time in seconds: the tick counter and its differences stay exact.
 inline constexpr double latest_s = 1e11;
 
-/// Reads "86400.5" (0..1e11) or "2026-03-01T06:00:00", with a fraction and a Z if need be, into seconds; a date counts from
+/// Reads "86400.5" (0..1e11) or "2026-03-01T06:00:00", with a fraction of up to 6 digits and a Z if need be, into seconds; a date counts from
 /// 1970. False when the text is neither.
 [[nodiscard]] bool parse_time(TimeKind kind, std::string_view text, double& seconds);
 
