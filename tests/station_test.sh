@@ -261,6 +261,9 @@ state HEAT 'device = orifice_corner;D20_mm = 50;d20_mm = 25' 20,1e6,210 -
 state HEAT 'device = nozzle_isa1932;D20_mm = 100;d20_mm = 50' 20,1e6,100 'flow: Re [0-9.]+ below 20000 for this device and beta'
 state HEAT 'device = nozzle_isa1932;D20_mm = 100;d20_mm = 40' 20,1e6,4000 'flow: Re [0-9.]+ below 70000 for this device and beta'
 state HEAT 'device = venturi_nozzle;D20_mm = 400;d20_mm = 280' 60,1e6,300000 'flow: Re [0-9.e+]+ above 2e\+06 for this device and beta'
+state HEAT 'device = orifice_corner;D20_mm = 100;d20_mm = 70' 20,1e6,16 'flow: Re [0-9.]+ below 78(39|40)[0-9.]* for this device and beta'
+state HEAT 'device = orifice_flange;D20_mm = 500;d20_mm = 250' 20,1e6,30 'flow: Re [0-9.]+ below 212(49|50)[0-9.]* for this device and beta'
+state HEAT 'device = venturi_machined;D20_mm = 100;d20_mm = 50;phase = water' 20,1e6,200 'flow: Re [0-9.]+ below 20000 for this device and beta'
 state HEAT 'device = averaging_13;D20_mm = 100;d20_mm = 20' 20,1e6,0.01 'flow: Re [0-9.]+ below 10000 for this device'
 state HEAT 'device = averaging_13;D20_mm = 100;d20_mm = 20' 20,1e6,2000 -
 state HEAT 'device = nozzle_isa1932;D20_mm = 200;d20_mm = 140;roughness_mm = 0.7' 20,1e6,20000 'flow: roughness R/D 0\.0035 above 0\.003'
