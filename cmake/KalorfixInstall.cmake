@@ -6,5 +6,6 @@ install(FILES include/kalorfix.h include/kalorfix_calculators.h include/kalorfix
 if(KALORFIX_TOOL)
   install(TARGETS kalorfix_tool RUNTIME DESTINATION "bin")
   install(DIRECTORY tests/cases/ DESTINATION "share/kalorfix/cases" FILES_MATCHING PATTERN "*.txt")
-  install(FILES docs/deviations.md docs/not_verified.md examples/natural_gas.csv DESTINATION "share/kalorfix")
+  install(FILES docs/deviations.md docs/not_verified.md DESTINATION "share/kalorfix")
+  install(DIRECTORY examples DESTINATION "share/kalorfix")
 endif()

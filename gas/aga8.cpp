@@ -182,8 +182,7 @@ Mixture mix(const Composition& gas, const Components& pure, const Binaries& pair
         }
     mixture.size_cubed = std::pow(size_sum * size_sum + 2.0 * size_cross, 0.6);
     mixture.energy = std::pow(energy_sum * energy_sum + 2.0 * energy_cross, 0.2);
-    // The factor 2 stands in the standard's formula for the gas meters of this family; the published reference values
-    // carry the cross term once.
+    // Doubled like the cross terms of size and energy; the published reference values carry it once.
     mixture.orientation += 2.0 * orientation_cross;
     return mixture;
 }

@@ -132,8 +132,8 @@ MolarDensity iterate(const Equation& e, double p_MPa, int max_steps) {
         rho += delta;
         const double relative = std::fabs(delta / rho);
         if (!std::isfinite(relative)) return {rho, false};
-        // It may also come to rest below zero, where the exponentials explode: that is no gas.
-        if (relative <= tolerance) return {rho, rho > 0.0};
+        // Far below zero the exponentials explode and every step looks small; no K follows from such a Z.
+        if (relative <= tolerance) return {rho, std::isfinite(static_cast<float>(Z))};
     }
     return {rho, false};
 }

@@ -72,8 +72,8 @@ struct MolarDensity {
 };
 
 /// Molar density at T (K) and p (MPa). The published Newton iteration with its own correction term comes first, since for
-/// difficult mixtures it decides which root is found; where it does not settle on a positive density within 100 steps it
-/// starts again with the true derivative, for at most 50.
+/// difficult mixtures it decides which root is found; where it does not settle within 100 steps, or on a Z beyond single
+/// precision, it starts again with the true derivative, for at most 50. The density may be negative where no gas root is found.
 [[nodiscard]] MolarDensity molar_density(const Equation& e, double p_MPa);
 
 }  // namespace kalorfix::gas::aga8

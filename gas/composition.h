@@ -32,13 +32,13 @@ struct Composition {
 [[nodiscard]] Fractions from_mole_percent(const Fractions& percent);
 
 /// Volume fractions to mole fractions, normalised: x_i = (r_i / z_i) / sum(r_j / z_j), z_i the compressibility factors of
-/// the pure components at standard conditions. All zero gives NaN. ISO 6976:1995, annex on volume fractions.
+/// the pure components at standard conditions. All zero gives NaN.
 [[nodiscard]] Fractions from_volume_fractions(const Fractions& volume, const float* z_standard);
 
 /// Lists the components whose fraction is not exactly zero.
 [[nodiscard]] Composition with_present_components(const Fractions& x);
 
-/// Density at standard conditions, kg/m3: sum(x rho_ideal) / Z, Z = 1 - (sum(x sqrt b))^2. GOST 30319.1-96; ISO 6976:1995.
+/// Density at standard conditions, kg/m3: sum(x rho_ideal) / Z, Z = 1 - (sum(x sqrt b))^2. GOST 30319.1-96.
 /// Sums in single precision. 0 for no component.
 [[nodiscard]] float standard_density(const Composition& gas, const float* summation_factor,
                                      const float* ideal_density);

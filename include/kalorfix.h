@@ -9,7 +9,7 @@
  * pointer is allowed for any output that is not wanted.
  *
  * The library starts no threads and locks nothing: call it from one thread. No input stops the process, NaN
- * and infinities included, nor does a trap that the host has enabled for floating-point exceptions.
+ * and infinities included, nor, in the plain functions, does a trap that the host has enabled for floating-point exceptions.
  */
 #ifndef KALORFIX_H
 #define KALORFIX_H
@@ -152,7 +152,7 @@ KALORFIX_API int mt_int_param_1(int channel, unsigned short integrator, unsigned
 
 /* State and compressibility of a gas; the first step of its cycle.
  *
- *   t               temperature, degC, 250..340 K
+ *   t               temperature, degC, -23.15..66.85, both exclusive
  *   p_meas          measured absolute pressure, Pa; after the correction for the column 0.001..30 MPa, both exclusive
  *   rho_col, h_col  density (kg/m3) and height (m) of the liquid column between tap and transmitter: p is lowered by
  *                   9.80665 * rho_col * h_col
@@ -170,8 +170,8 @@ KALORFIX_API int mt_int_param_1(int channel, unsigned short integrator, unsigned
  *   rho_c_out  density at standard conditions, kg/m3: given, or computed from the composition
  *
  * Status 0: channel never configured; state, density or contents out of range; the method failed, or its tables are not
- * loaded; K is 0.9999 or more. The outputs are written all the same, K_out 0 where no method ran; only a composition value
- * out of range leaves all three 0. mg_tf_param must follow with no other gas calculation in between.
+ * loaded; K is 0.9999 or more. The outputs are written all the same: K_out 0 where no method ran, a NaN or the last K where it failed;
+ * sum_out 0 for a channel never configured. Only a composition value out of range leaves all three 0. mg_tf_param must follow with no other gas calculation in between.
  * GOST 30319.2-96; AGA Report No. 8 (1992). */
 KALORFIX_API int mg_param_gs(int channel, float t, float p_meas, float rho_col, float h_col, short method,
                              char fractions, float x0, float x1, float x2, float x3, float x4, float x5,
@@ -182,14 +182,14 @@ KALORFIX_API int mg_param_gs(int channel, float t, float p_meas, float rho_col, 
 /* Properties of a gas; the second step of its cycle.
  *
  *   unit, tempBasis  heats of combustion of methods 3 and above, in 0 kJ/m3 or 1 kcal/m3, the volume at 0: 0 degC or
- *                    1: 20 degC (0 for other selectors). Methods up to 2 give MJ/m3 at 20 degC, whatever stands here
+ *                    1: 20 degC; unit + 2 * tempBasis above 3 gives 0. Methods up to 2 give MJ/m3 at 20 degC, whatever stands here
  *   roVap            water vapour in the working cubic metre, kg/m3; 0 for dry gas
  *
  *   ro_out density at working conditions kg/m3, mu_out viscosity uPa s, kappa_out isentropic exponent, hLow and hHigh lower
  *   and higher heat of combustion
  *
- * Methods up to 2 take viscosity, exponent and heats from density, nitrogen and carbon dioxide, method 2 included, which
- * then uses the contents that the last method by density left; methods 3 and above take them from the composition.
+ * Methods up to 2, method 2 included, take viscosity, exponent and heats from density, nitrogen and carbon dioxide; viscosity
+ * and exponent with the contents that the last method by density left. Methods 3 and above take them from the composition.
  * The heats assume mole per cent.
  *
  * Status 0: the state is not valid (the outputs hold the last values); the water vapour is outside the range of t_param_1, that

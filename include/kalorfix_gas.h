@@ -120,7 +120,8 @@ KALORFIX_API int Watcom_Init();
 /// (in the first two blocks, the last value that was read).
 KALORFIX_API int Watcom_Load();
 
-/// The whole load from PATH_SRAM_FOR_LOADTABL: 0 loaded, 1 failed. Sets Gas_Not_Init.
+/// The whole load from PATH_SRAM_FOR_LOADTABL: 0 loaded, 1 failed. Sets Gas_Not_Init. Tables of an earlier load are released in
+/// either case.
 KALORFIX_API int INIT_GAS();
 
 /// Releases the tables and sets their pointers to null.
@@ -128,8 +129,9 @@ KALORFIX_API void REINIT_GAS();
 
 // The methods. They work on the module state above and leave it filled; mg_param_gs and mg_tf_param call them. T_K is the
 // temperature in K, p_MPa the absolute pressure in MPa, dp_kPa a differential pressure in kPa that is only checked.
-// A method fails (status 1, result 0) unless 70 < T < 1500 K, 0 < p < 100 MPa, 0 <= dp < 0.25 p; while the tables that it
-// reads are not loaded; and for a composition without any component. Status 0 is success.
+// A method fails (status 1, result 0) for T <= 70 or >= 1500 K, p <= 0 or >= 100 MPa, dp < 0 or >= 0.25 p; a NaN passes these
+// limits. PF3_3 and PF3_4 fail too while the tables that they read are not loaded, and for a composition without any
+// component. Status 0 is success.
 
 /// Working composition from 15 mole per cent (not normalised).
 KALORFIX_API void PF1_1(float x0, float x1, float x2, float x3, float x4, float x5, float x6, float x7,

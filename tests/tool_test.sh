@@ -29,6 +29,7 @@ expect 0 'mass flow +57\.0274  t/h' demo
 expect 0 'heat of the hour +57\.2' demo
 expect 0 'volume flow at standard conditions +31664\.82  m3/h' demo
 expect 0 'energy of the hour +6218\.45' demo
+expect 0 'GAS 1 +day : mass 516\.23[0-9]+ t, ' demo
 expect 0 '^  SHA-256 +[0-9a-f]{64}$' id
 expect 0 '^kalorfix 0' --version
 expect 0 '0\.\.800 degC' water --help

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tools/component_names.h"
 #include "tools/range.h"
 
 namespace kalorfix::tool {

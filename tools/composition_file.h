@@ -2,17 +2,9 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <string>
-#include <string_view>
 
 namespace kalorfix::tool {
-
-/// Names of the components in the order of the composition.
-inline constexpr std::array<std::string_view, 15> component_names{
-    "methane",   "ethane",         "propane",           "n-butane", "i-butane",
-    "n-pentane", "i-pentane",      "hexanes",           "heptanes", "octanes",
-    "nitrogen",  "carbon_dioxide", "hydrogen_sulphide", "helium",   "carbon_monoxide"};
 
 struct GivenComposition {
     std::array<double, 15> x{};

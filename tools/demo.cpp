@@ -7,6 +7,7 @@
 #include <numbers>
 
 #include "tools/channel.h"
+#include "tools/component_names.h"
 #include "tools/simulated_clock.h"
 
 namespace kalorfix::tool {
@@ -62,14 +63,10 @@ void step(const char* name, const std::string& outcome) { fmt::print("  {:<12}{}
 bool has_edge(const Pipeline& pipeline) { return pipeline.device <= 3; }
 
 void print_gas(const GasKind& gas) {
-    constexpr std::array names{"methane",           "ethane",    "propane",        "n-butane",
-                               "i-butane",          "n-pentane", "i-pentane",      "hexanes",
-                               "heptanes",          "octanes",   "nitrogen",       "carbon dioxide",
-                               "hydrogen sulphide", "helium",    "carbon monoxide"};
     row("compressibility by", method_name(gas.method));
     if (gas.rho_c > 0.0F) row("density at standard conditions", fixed(gas.rho_c, 4), "kg/m3");
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (gas.x[i] != 0.0F) row(names[i], fixed(gas.x[i], 4), "mol %");
+    for (std::size_t i = 0; i < component_names.size(); ++i)
+        if (gas.x[i] != 0.0F) row(component_names[i].data(), fixed(gas.x[i], 4), "mol %");
 }
 
 void print_input(int channel, const DemoChannel& c) {

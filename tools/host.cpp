@@ -90,6 +90,11 @@ Exports bind_all(void* handle) {
     bind(handle, "_Z9abs_clockv", e.abs_clock);
     bind(handle, "_Z12OpenAbsClockv", e.OpenAbsClock);
     bind(handle, "_Z7timeconP7timevalP8timespec", e.timecon);
+    bind(handle, "_ZN7IniFileC1EPKci", e.ini_make);
+    bind(handle, "_ZN7IniFileD1Ev", e.ini_end);
+    bind(handle, "_ZN7IniFile4OpenEv", e.ini_Open);
+    bind(handle, "_ZN7IniFile5CloseEv", e.ini_Close);
+    bind(handle, "_ZN7IniFile10GetNextKeyEPKcS1_S1_PcS2_Pi", e.ini_GetNextKey);
     bind(handle, "_ZN9CSRV_PATH5PrintEv", e.Print);
     bind(handle, "_ZN8cGas2005C1Ev", e.make_gas);
     bind(handle, "_ZN10cTeplo2005C1Ev", e.make_heat);

@@ -48,6 +48,12 @@ struct Exports {
     decltype(&::OpenAbsClock) OpenAbsClock;
     decltype(&::timecon) timecon;
 
+    void (*ini_make)(void* place, const char*, int);
+    void (*ini_end)(IniFile*);
+    unsigned char (*ini_Open)(IniFile*);
+    unsigned char (*ini_Close)(IniFile*);
+    int (*ini_GetNextKey)(IniFile*, const char*, const char*, const char*, char*, char*, int*);
+
     void (*Print)(CSRV_PATH*);
     void (*make_gas)(void* place);
     void (*make_heat)(void* place);

@@ -18,6 +18,8 @@
 #include "tools/range.h"
 #include "tools/report/command.h"
 #include "tools/runtime.h"
+#include "tools/station/command.h"
+#include "tools/station/example_day.h"
 #include "tools/water.h"
 
 namespace tool = kalorfix::tool;
@@ -35,9 +37,11 @@ struct Command {
     tool::GasRequest gas_request;
     tool::gasdat::Command gasdat;
     tool::report::Command verify;
+    tool::station::RunRequest run_request;
     CLI::App* demo = nullptr;
     CLI::App* water = nullptr;
     CLI::App* gas = nullptr;
+    CLI::App* run = nullptr;
     CLI::App* id = nullptr;
 };
 
@@ -143,14 +147,17 @@ void describe(CLI::App& app, Command& command) {
     app.add_option("--gas-data", command.gas_data_file, "gas data file (default: gas.dat beside the library)")
         ->option_text("FILE");
     app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
-    command.demo = app.add_subcommand("demo", "Steam, water and gas channels on built-in input, step by step.");
+    command.demo = app.add_subcommand(
+        "demo", "Steam, water and gas channels on built-in input, step by step,\nand the day of a station.");
     command.demo->footer(
         "Every step of a channel's cycle with its status and its results, units beside\n"
-        "them, and the totals of a simulated hour. Exit status 1 when a step is refused.");
+        "them, and the totals of a simulated hour. Then the day of the station in examples/.\n"
+        "Exit status 1 when a step of the channels is refused.");
     add_water(app, command);
     add_gas(app, command);
     tool::gasdat::describe(app, command.gasdat);
     tool::report::describe(app, command.verify);
+    command.run = tool::station::add_command(app, command.run_request);
     command.id = app.add_subcommand("id", "Version, build, digests of library and gas data, paths.");
     command.demo->fallthrough();
     command.id->fallthrough();
@@ -168,11 +175,12 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
         const std::string& first = unknown.front();
         if (first.starts_with("-")) return fmt::format("{}: no such option; {}", first, help);
         if (chosen.empty())
-            return fmt::format("{}: no such command; there are demo, water, gas, gasdat, verify and id", first);
+            return fmt::format("{}: no such command; there are demo, water, gas, run, gasdat, verify and id",
+                               first);
         return fmt::format("{}: nothing expected here; {}", first, help);
     }
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
-        return "a command is missing; there are demo, water, gas, gasdat, verify and id";
+        return "a command is missing; there are demo, water, gas, run, gasdat, verify and id";
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
         return fmt::format("{}: takes one value, given once; {}", text.substr(0, text.find(':')), help);
     return text;
@@ -194,8 +202,14 @@ int run_gas(const Command& command, const std::string& library_file) {
 }
 
 int run_demo(const Command& command, const std::string& library_file) {
-    const kalorfix::host::Runtime runtime(gas_data(command, library_file));
-    return tool::demo(Library(library_file)) ? 0 : 1;
+    const std::string data = gas_data(command, library_file);
+    bool good = false;
+    {
+        const kalorfix::host::Runtime runtime(data);
+        good = tool::demo(Library(library_file));
+    }
+    const int day = tool::station::run_example_day(library_file, data);
+    return good ? day : 1;
 }
 
 int execute(const Command& command) {
@@ -207,6 +221,7 @@ int execute(const Command& command) {
     if (*command.demo) return run_demo(command, file);
     if (*command.gas) return run_gas(command, file);
     if (*command.verify.top) return tool::report::run(command.verify, file, gas_data(command, file));
+    if (*command.run) return tool::station::run(file, gas_data(command, file), command.run_request);
     if (*command.water) {
         tool::WaterRequest request = command.water_request;
         request.saturated = command.mode == "saturated";

@@ -38,4 +38,9 @@ void SimulatedClock::advance(double seconds) {
     simulated = static_cast<clock_t>(std::floor(ticks_));
 }
 
+void SimulatedClock::set(double seconds) {
+    ticks_ = std::round(seconds * rate_);
+    advance(0.0);
+}
+
 }  // namespace kalorfix::tool

@@ -15,6 +15,9 @@ public:
     /// Moves the time on; fractions of a tick are kept for the next step.
     void advance(double seconds);
 
+    /// Sets the time to seconds from any origin, rounded to a tick; it may go back.
+    void set(double seconds);
+
 private:
     double rate_;
     double ticks_;

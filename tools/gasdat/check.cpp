@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/component_names.h"
 #include "tools/gasdat/number.h"
 
 namespace kalorfix::tool::gasdat {
@@ -140,7 +141,7 @@ void Judge::agreement() {
     constexpr double R = 8.31451, T_K = 293.15, p_kPa = 101.325;
     for (std::size_t k = 0; k < in_composition.size(); ++k)
         agree("V_Mi", k, number("Mi", in_composition[k]), 1e-3, "the molar mass in Mi");
-    for (std::size_t i = 0; i < components15.size(); ++i) {
+    for (std::size_t i = 0; i < component_names.size(); ++i) {
         agree("Rocui", i, number("Mi", i) * p_kPa / (R * T_K), 1e-3, "the molar mass in Mi");
         const double z = 1.0 - number("Bi", i) * number("Bi", i);
         agree("Zci", i, z, 2e-3, "the summation factor in Bi");
@@ -158,7 +159,7 @@ void Judge::heat_capacities() {
             cp += number("B1ij", 6 * i + m) * std::pow(ratio, -1.0 - static_cast<double>(m));
         if (!(lowest <= cp && cp <= highest))
             found.push_back("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row " +
-                            std::string(components8[i]) + "]: cp/R at 300 K is " + short_number(cp) +
+                            std::string(vnic_component_names[i]) + "]: cp/R at 300 K is " + short_number(cp) +
                             ", must lie within 2.4..30");
     }
 }

@@ -1,5 +1,7 @@
 #include "tools/gasdat/sheets.h"
 
+#include "tools/component_names.h"
+
 namespace kalorfix::tool::gasdat {
 namespace {
 
@@ -93,16 +95,16 @@ Sheet matrix(std::string_view name, std::string_view title, std::string_view blo
 }
 
 Sheet pairs15(std::string_view name, std::string_view title, std::string_view block_name) {
-    return matrix(name, title, block_name, "component", names(components15), names(formulas15));
+    return matrix(name, title, block_name, "component", names(component_names), names(formulas15));
 }
 
 Sheet pairs8(std::string_view name, std::string_view title, std::string_view block_name) {
-    return matrix(name, title, block_name, "component", names(components8), names(formulas8));
+    return matrix(name, title, block_name, "component", names(vnic_component_names), names(formulas8));
 }
 
 std::vector<Sheet> make_sheets() {
     return {
-        list("vnic_components", "Components of VNIC SMV", "component", names(components8),
+        list("vnic_components", "Components of VNIC SMV", "component", names(vnic_component_names),
              {{"V_Mi", "molar_mass_kg_kmol"},
               {"Roki", "critical_density_kg_m3"},
               {"Tki", "critical_temperature_K"},
@@ -126,7 +128,7 @@ std::vector<Sheet> make_sheets() {
               {"gn", "g"},
               {"qn", "q"},
               {"fn", "f"}}),
-        list("components", "Components of the composition", "component", names(components15),
+        list("components", "Components of the composition", "component", names(component_names),
              {{"Mi", "molar_mass_kg_kmol"},
               {"Zci", "z_standard"},
               {"Rocui", "ideal_density_kg_m3"},
@@ -137,9 +139,9 @@ std::vector<Sheet> make_sheets() {
               {"Qi", "Q"},
               {"Fi", "F"}}),
         matrix("heat_capacity_positive", "Ideal-gas cp/R: coefficients of rising powers of T/theta", "L1ij",
-               "component", names(components8), numbered("c", 0, 10)),
+               "component", names(vnic_component_names), numbered("c", 0, 10)),
         matrix("heat_capacity_negative", "Ideal-gas cp/R: coefficients of falling powers of T/theta", "B1ij",
-               "component", names(components8), numbered("d", 1, 6)),
+               "component", names(vnic_component_names), numbered("d", 1, 6)),
     };
 }
 

@@ -49,14 +49,6 @@ struct Sheet {
 /// The sheets in the order of the file. Every value stands in exactly one of them.
 [[nodiscard]] const std::vector<Sheet>& sheets();
 
-/// Names of the 15 components of the composition and of the 8 of VNIC SMV.
-inline constexpr std::array<std::string_view, 15> components15{
-    "methane",   "ethane",         "propane",           "n-butane", "i-butane",
-    "n-pentane", "i-pentane",      "hexanes",           "heptanes", "octanes",
-    "nitrogen",  "carbon_dioxide", "hydrogen_sulphide", "helium",   "carbon_monoxide"};
-inline constexpr std::array<std::string_view, 8> components8{
-    "methane", "ethane", "propane", "n-butane", "i-butane", "nitrogen", "carbon_dioxide", "hydrogen_sulphide"};
-
 /// Values of a block, for whoever judges them.
 [[nodiscard]] const Block& block(std::string_view name);
 

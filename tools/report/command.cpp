@@ -75,7 +75,7 @@ int run(const Command& command, const std::string& library, const std::string& g
         const std::string opened = host::Library(library).path();
         const std::string data =
             gas_data.empty() ? gas_data : fs::absolute(gas_data).lexically_normal().string();
-        page = html(verification, {opened, data, now(), shared("natural_gas.csv"), shared("deviations.md"),
+        page = html(verification, {opened, data, now(), shared("examples/natural_gas.csv"), shared("deviations.md"),
                                    shared("not_verified.md")});
     }
     if (!command.csv_file.empty()) lines = csv(verification);

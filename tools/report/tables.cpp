@@ -28,15 +28,18 @@ struct Layout {
     bool numbers = false;
 };
 
+bool alike(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
+
 Layout layout(const Block& block) {
     Layout result;
-    const cases::Values& first = block.findings.front().where->inputs;
-    for (const auto& [name, value] : first) {
-        const bool same =
-            std::all_of(block.findings.begin(), block.findings.end(), [&](const cases::Finding& f) {
-                const double other = f.where->inputs.at(name);
-                return other == value || (std::isnan(other) && std::isnan(value));
-            });
+    cases::Values every;
+    for (const cases::Finding& f : block.findings) every.insert(f.where->inputs.begin(), f.where->inputs.end());
+    for (const auto& [name, value] : every) {
+        const bool same = std::all_of(block.findings.begin(), block.findings.end(),
+                                      [&, &key = name, &shared = value](const cases::Finding& f) {
+                                          const auto other = f.where->inputs.find(key);
+                                          return other != f.where->inputs.end() && alike(other->second, shared);
+                                      });
         const bool one_case = block.findings.back().where == block.findings.front().where;
         if (same || one_case)
             result.fixed.emplace_back(name, value);
@@ -107,7 +110,8 @@ std::string row(const std::vector<const cases::Finding*>& found, const Layout& s
     std::string out =
         fmt::format("<tr><td class=\"name id\"{0}>{1}</td><td{0}>{2}</td>", span, escape(one.id), one.line);
     for (const std::string& name : shape.columns) {
-        const std::string text = input_text(name, one.inputs.at(name));
+        const auto given = one.inputs.find(name);
+        const std::string text = given == one.inputs.end() ? "-" : input_text(name, given->second);
         out += fmt::format("<td{}{}>{}</td>", name == "device" ? " class=\"name\"" : "", span, escape(text));
     }
     if (shape.composition)

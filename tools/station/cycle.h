@@ -1,0 +1,61 @@
+// One cycle of a station's channel: the steps in the order of the interface, and what each gave.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "tools/station/readings.h"
+#include "tools/station/station.h"
+
+namespace kalorfix::tool::station {
+
+enum class Step { state, properties, geometry, flow, totals, done };
+[[nodiscard]] const char* step_name(Step step);
+
+/// Hour or day of one integrator, as the host holds it between two cycles.
+struct Interval {
+    float time_s = 0, start = 0, result = 0;
+    bool closed = false;  ///< by the last cycle, with `result`
+};
+
+struct Register {
+    float total = 0;
+    std::array<Interval, 2> interval{};  ///< hour, day
+};
+using Registers = std::array<Register, most_integrators>;
+
+/// The measured values as the interface takes them.
+struct Input {
+    float t_C = 0, p_Pa = 0, dp = 0;                 ///< dp in Pa, or the reading of a meter
+    std::array<float, most_integrators> external{};  ///< flows of device 23, per hour
+};
+
+/// Results of the steps before `reached`; of the refused step what it handed out.
+struct Outcome {
+    Step reached = Step::state;  ///< the step that was refused, or done
+    std::string reason;          ///< empty when done
+    Input input;
+    short phase = 0;
+    float ps_MPa = 0, ts_C = 0, h_kJ_kg = 0;                           // heat carrier
+    float sum = 0, K = 0, rho_c = 0, lower_heat = 0, higher_heat = 0;  // gas
+    float rho = 0, mu_uPas = 0, kappa = 0;
+    float D_mm = 0, d_mm = 0, beta = 0, E = 0, K_p = 0;
+    float K_sh = 0, C = 0, Re = 0, epsilon = 0;
+    std::array<float, most_integrators> q{};  ///< flow of each integrator: mass t/h, volume m3/h, ...
+
+    [[nodiscard]] bool passed(Step step) const { return reached > step; }
+};
+
+/// Stores the constants of a channel. Throws InputError when the library refuses them.
+void set_up(const host::Library& library, const Station& station, const Channel& channel);
+
+/// State and properties of every channel by density once, at a state in mid-range: AGA8-92DC takes its
+/// viscosity and exponent with the nitrogen and carbon dioxide that the last such calculation left, so that without it the
+/// first cycle would differ from all others.
+void prime_gas_state(const host::Library& library, const Station& station);
+
+/// Runs a cycle: state, properties, geometry, flow, then totals and both intervals of every integrator.
+[[nodiscard]] Outcome run_cycle(const host::Library& library, const Channel& channel, const Measured& row,
+                                Registers& registers);
+
+}  // namespace kalorfix::tool::station

@@ -1,0 +1,86 @@
+// A metering station: the constants of its channels and how each integrator is accounted.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/channel.h"
+
+namespace kalorfix::tool::station {
+
+inline constexpr std::size_t most_integrators = 4;
+
+/// How one integrator of a channel is accounted.
+struct Accounting {
+    short exponent = 0;       ///< the register counts units of 10^exponent
+    float substitute = 0.0F;  ///< flow per hour that fills a downtime
+};
+
+/// An integrator as the interface numbers it.
+struct Integrator {
+    std::string_view name;  ///< mass, volume, ...
+    std::string_view unit;  ///< of the register at exponent 0
+    std::string_view flow_unit;
+};
+
+/// Gas: mass, volume, standard volume, energy. Heat carrier: mass, volume, heat. Number k + 1 is element k.
+[[nodiscard]] std::size_t integrator_count(Medium medium);
+[[nodiscard]] const Integrator& integrator(Medium medium, std::size_t k);
+
+struct Gas {
+    short method;  ///< 0 NX19 mod., 1 GERG-91 mod., 2 AGA8-92DC, 3 VNIC SMV
+    bool volume_fractions = false;
+    std::array<float, 15> x{};
+    float rho_c = 0.0F;
+    char heat_unit = 0;   ///< 0 kJ, 1 kcal; VNIC SMV only
+    char heat_basis = 1;  ///< volume at 0: 0 degC, 1: 20 degC; VNIC SMV only
+    bool by_higher_heat = false;
+    float vapour = 0.0F;  ///< kg/m3
+};
+
+struct HeatCarrier {
+    std::optional<unsigned short> phase;  ///< given, or decided from the state
+    float x = 0.0F;                       ///< share of the single-phase state in wet steam
+    float tolerance_Pa = 1000.0F, tolerance_K = 0.5F;
+};
+
+struct Channel {
+    Medium medium;
+    int number;
+    std::string name;  ///< GAS 1, HEAT 1: header of its section and text of its cell in the readings
+    char metering_class = 1;
+    short device = 0;
+    bool by_material = true;
+    float pipe_material = 0, device_material = 0;  ///< codes, or expansion coefficients in 1/degC
+    float D20_mm = 0, d20_mm = 0, roughness_mm = 0, edge_radius_mm = 0;
+    bool edge_at_end = false;
+    float interval_years = 0, alpha_eps = 0;
+    float column_height_m = 0, column_density = 0;
+    Gas gas{};
+    HeatCarrier heat{};
+    std::array<Accounting, most_integrators> accounting{};
+};
+
+/// Device codes by what they need.
+[[nodiscard]] constexpr bool is_orifice(short device) { return 1 <= device && device <= 3; }
+[[nodiscard]] constexpr bool is_meter(short device) { return 20 <= device && device <= 23; }
+inline constexpr short configured_coefficient = 19, meter_mass = 20, meter_volume = 21,
+                       meter_standard_volume = 22, external_flow = 23;
+
+/// Whether a method knows a gas by density, nitrogen and carbon dioxide.
+[[nodiscard]] constexpr bool is_by_density(short method) { return method == 0 || method == 1; }
+
+struct Station {
+    std::string file;
+    std::vector<Channel> channels;  ///< in the order of the file
+};
+
+/// Reads and checks a station file; every key of every section. Throws InputError with file, line, channel and what is
+/// accepted.
+[[nodiscard]] Station read_station(const host::Library& library, const std::string& file);
+
+}  // namespace kalorfix::tool::station
