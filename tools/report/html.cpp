@@ -6,6 +6,7 @@
 #include <fstream>
 #include <set>
 
+#include "tools/component_names.h"
 #include "tools/composition_file.h"
 #include "tools/identity.h"
 #include "tools/range.h"

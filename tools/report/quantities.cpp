@@ -8,7 +8,7 @@
 #include <cmath>
 #include <utility>
 
-#include "tools/composition_file.h"
+#include "tools/component_names.h"
 
 namespace kalorfix::tool::report {
 namespace {
