@@ -67,7 +67,10 @@ std::string strip_of(const std::string& output, const std::vector<Mark>& points,
     const svg::Scale x{0.0, static_cast<double>(points.size()), left, right};
     std::string out = band(y);
     out += svg::text(0.0, top + strip / 2.0, quantity(output).symbol, {.size = 12.5, .colour = "#1c2126"});
-    out += svg::text(0.0, top + strip / 2.0 + 15.0, fmt::format("{} values", points.size()), {.size = 10.0});
+    out += svg::text(0.0, top + strip / 2.0 + 15.0,
+                     fmt::format("{}{}{} values", quantity(output).unit,
+                                 quantity(output).unit.empty() ? "" : ", ", points.size()),
+                     {.size = 10.0});
     for (std::size_t k = 0; k < points.size(); ++k) {
         const auto index = static_cast<double>(k);
         if (k > 0 && points[k].table != points[k - 1].table)

@@ -75,8 +75,8 @@ int run(const Command& command, const std::string& library, const std::string& g
         const std::string opened = host::Library(library).path();
         const std::string data =
             gas_data.empty() ? gas_data : fs::absolute(gas_data).lexically_normal().string();
-        page = html(verification, {opened, data, now(), shared("examples/natural_gas.csv"), shared("deviations.md"),
-                                   shared("not_verified.md")});
+        page = html(verification, {opened, data, now(), shared("examples/natural_gas.csv"),
+                                   shared("deviations.md"), shared("not_verified.md")});
     }
     if (!command.csv_file.empty()) lines = csv(verification);
     if (!page.empty()) gasdat::write_whole(command.html_file, page);

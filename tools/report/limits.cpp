@@ -86,7 +86,7 @@ std::string limit_tables(const Verification& verification) {
             std::string rows;
             for (const Limit& limit : limits_of(block)) {
                 if (!limit.in.where || !limit.out.where) continue;
-                rows += fmt::format("<tr><td class=\"name\">{}</td>{}{}<td class=\"name\">{}</td></tr>\n",
+                rows += fmt::format("<tr><td class=\"name id\">{}</td>{}{}<td class=\"name\">{}</td></tr>\n",
                                     escape(limit.name), cells(limit, limit.in), cells(limit, limit.out),
                                     verdict(limit.in.passed && limit.out.passed));
             }

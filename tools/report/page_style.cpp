@@ -20,6 +20,7 @@ code { font: 0.9em ui-monospace, "Liberation Mono", "DejaVu Sans Mono", monospac
   font-weight: 600; }
 .outcome.bad { border-color: var(--failed); color: var(--failed); }
 .failed { color: var(--failed); }
+.met { color: var(--met); }
 .trace { color: var(--grey); font-weight: 400; margin-left: 10px; }
 .note, .fixed { color: var(--grey); font-size: 12.5px; margin: 2px 0; max-width: none; }
 .fixed b { font-weight: 600; }
@@ -32,7 +33,7 @@ th:first-child, td:first-child { padding-left: 0; }
 .values td.id, .facts td:first-child { padding-left: 0; }
 th:last-child, td:last-child { padding-right: 0; }
 .name { text-align: left; }
-td.mixture { text-align: left; font-size: 11.5px; min-width: 340px; }
+td.mixture { text-align: left; font-size: 11.5px; min-width: 270px; }
 .values { font-size: 12px; }
 .values td { white-space: nowrap; }
 .values td.name, .values td.mixture { white-space: normal; }

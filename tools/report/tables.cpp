@@ -170,7 +170,9 @@ std::string covered(const Section& section) {
 
 }  // namespace
 
-std::string verdict(bool passed) { return passed ? "met" : "<b class=\"failed\">FAILED</b>"; }
+std::string verdict(bool passed) {
+    return passed ? "<span class=\"met\">met</span>" : "<b class=\"failed\">FAILED</b>";
+}
 
 std::string description_table(const Section& section) {
     const Statistics s = statistics(section);

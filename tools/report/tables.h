@@ -16,7 +16,7 @@ namespace kalorfix::tool::report {
 /// All compared values of one source.
 [[nodiscard]] std::string value_table(const Block& block);
 
-/// "met", or "FAILED" in the colour of a failure.
+/// "met" or "FAILED", each in its colour.
 [[nodiscard]] std::string verdict(bool passed);
 
 }  // namespace kalorfix::tool::report
