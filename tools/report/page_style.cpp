@@ -33,7 +33,7 @@ th:first-child, td:first-child { padding-left: 0; }
 .values td.id, .facts td:first-child { padding-left: 0; }
 th:last-child, td:last-child { padding-right: 0; }
 .name { text-align: left; }
-td.mixture { text-align: left; font-size: 11.5px; min-width: 270px; }
+td.mixture { text-align: left; font-size: 11.5px; min-width: 220px; }
 .values { font-size: 12px; }
 .values td { white-space: nowrap; }
 .values td.name, .values td.mixture { white-space: normal; }

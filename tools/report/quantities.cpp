@@ -47,7 +47,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 13> plain_un
                                                                                      {"q_c", "m3/h"},
                                                                                      {"q_e", "1/h"},
                                                                                      {"q_h", "GJ/h"},
-                                                                                     {"sum", "as given"}}};
+                                                                                     {"sum", ""}}};
 
 constexpr std::array<std::string_view, 10> devices{"",
                                                    "orifice, corner",
