@@ -3,6 +3,18 @@ execute_process(
   COMMAND "${CMAKE_CXX_COMPILER}" -dumpmachine
   OUTPUT_VARIABLE KALORFIX_TARGET
   OUTPUT_STRIP_TRAILING_WHITESPACE)
+# Those that bear on the numbers; paths would tell one build directory from another.
+string(TOUPPER "${CMAKE_BUILD_TYPE}" _build)
+string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*" "" KALORFIX_FLAGS
+                     "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${_build}} -ffp-contract=off -fno-math-errno")
+if(KALORFIX_UNSIGNED_CHAR)
+  string(APPEND KALORFIX_FLAGS " -funsigned-char")
+endif()
+if(KALORFIX_SANITIZE)
+  string(APPEND KALORFIX_FLAGS " -fsanitize=address,undefined")
+endif()
+string(REGEX REPLACE "[\\\\\"]" "'" KALORFIX_FLAGS "${KALORFIX_FLAGS}")
+string(STRIP "${KALORFIX_FLAGS}" KALORFIX_FLAGS)
 configure_file(frame/identity.cpp.in "${PROJECT_BINARY_DIR}/identity.cpp" @ONLY)
 
 add_library(

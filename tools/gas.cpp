@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <string_view>
+#include <vector>
 
 #include "gas/composition.h"
 #include "tools/composition_file.h"
@@ -228,6 +229,23 @@ Gas read_gas(const GasRequest& request) {
     return gas;
 }
 
+void draw(const host::Library& library, cGas2005& c, const Gas& gas, const Drawing& drawing, const Range& t,
+          const Range& p) {
+    static const std::vector<Drawable> offered{{"K", "compressibility coefficient K"},
+                                               {"Z", "compressibility factor Z"},
+                                               {"rho", "density, kg/m3"},
+                                               {"mu", "dynamic viscosity, uPa s"},
+                                               {"kappa", "isentropic exponent"}};
+    const std::size_t chosen = drawn_quantity(drawing, offered);
+    if (drawing.file.empty()) return;
+    const std::string title = fmt::format("Natural gas, {}", gas.method->title);
+    draw_curves(drawing.file, title, offered[chosen], t, p, [&](double t_C, double p_MPa) {
+        const State s = compute(library, c, gas, t_C, p_MPa);
+        const double values[] = {s.K, s.Z, s.rho, s.mu, s.kappa};
+        return Drawn{s.computed ? values[chosen] : std::nan(""), 0};
+    });
+}
+
 }  // namespace
 
 bool needs_gas_data(const GasRequest& request) {
@@ -246,6 +264,7 @@ bool gas(const host::Library& library, const GasRequest& request) {
 
     const host::Owned<cGas2005> calculator = library.gas_calculator();
     calculator->metering_class = 1;
+    draw(library, *calculator, gas, request.drawing, t, p);
     const bool single = !request.csv && t.count * p.count == 1;
     bool all = true;
     for (std::size_t i = 0; i < t.count; ++i)

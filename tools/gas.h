@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tools/curves.h"
 #include "tools/host.h"
 
 namespace kalorfix::tool {
@@ -17,12 +18,13 @@ struct GasRequest {
     std::string vapour = "0";                          ///< water vapour, kg/m3
     std::string heat = "kJ20";
     bool csv = false;
+    Drawing drawing;
 };
 
 /// Whether the request needs the gas data file. Throws InputError for a method that does not exist.
 [[nodiscard]] bool needs_gas_data(const GasRequest& request);
 
-/// Prints one state as a sheet, ranges as a table or as CSV. False when the library refused a state. Throws InputError
+/// Prints one state as a sheet, ranges as a table or as CSV, and draws a quantity if asked to. False when the library refused a state. Throws InputError
 /// before anything is printed.
 [[nodiscard]] bool gas(const host::Library& library, const GasRequest& request);
 

@@ -31,33 +31,38 @@ std::string sha256(const std::string& content) {
     return text;
 }
 
-// The library carries a line "@(#)kalorfix; name: value; ..." in its file.
-void print_build(const std::string& content) {
-    const std::string mark = "@(#)kalorfix; ";
-    const std::size_t found = content.find(mark);
-    std::string line = found == std::string::npos ? "build: unknown" : content.c_str() + found + mark.size();
-    for (std::size_t begin = 0; begin < line.size();) {
-        const std::size_t end = std::min(line.find("; ", begin), line.size());
-        const std::string item = line.substr(begin, end - begin);
-        const std::size_t colon = item.find(": ");
-        fmt::print("{:<13}{}\n", item.substr(0, colon),
-                   colon == std::string::npos ? "" : item.substr(colon + 2));
-        begin = end + 2;
-    }
-}
-
 void print_file(const char* label, const std::string& path) {
     fmt::print("{:<13}{}\n", label, path);
-    const std::optional<std::string> content = content_of(path);
-    fmt::print("{:<13}{}\n", "  SHA-256", content ? sha256(*content) : "no such file");
+    fmt::print("{:<13}{}\n", "  SHA-256", file_digest(path));
 }
 
 }  // namespace
 
+// The library carries a line "@(#)kalorfix; name: value; ..." in its file.
+std::vector<std::pair<std::string, std::string>> build_items(const std::string& library_file) {
+    const std::string content = content_of(library_file).value_or("");
+    const std::string mark = "@(#)kalorfix; ";
+    const std::size_t found = content.find(mark);
+    std::string line = found == std::string::npos ? "build: unknown" : content.c_str() + found + mark.size();
+    std::vector<std::pair<std::string, std::string>> items;
+    for (std::size_t begin = 0; begin < line.size();) {
+        const std::size_t end = std::min(line.find("; ", begin), line.size());
+        const std::string item = line.substr(begin, end - begin);
+        const std::size_t colon = item.find(": ");
+        items.emplace_back(item.substr(0, colon), colon == std::string::npos ? "" : item.substr(colon + 2));
+        begin = end + 2;
+    }
+    return items;
+}
+
+std::string file_digest(const std::string& path) {
+    const std::optional<std::string> content = content_of(path);
+    return content ? sha256(*content) : "no such file";
+}
+
 void identity(const host::Library& library) {
     const std::string path = library.path();
-    const std::optional<std::string> content = content_of(path);
-    print_build(content.value_or(""));
+    for (const auto& [name, value] : build_items(path)) fmt::print("{:<13}{}\n", name, value);
     print_file("library", path);
     const CSRV_PATH& p = *library->SRV_Path;
     print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");

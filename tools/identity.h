@@ -1,11 +1,21 @@
-// What a metrologist identifies the software by.
+// What identifies a library: for the id command and the report.
 #pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tools/host.h"
 
 namespace kalorfix::tool {
 
-/// Prints version, build and target of the library, digests of library and gas data, and the directories in force.
+/// Name and value of each item that the library file carries: version, compiler, flags, build, target.
+[[nodiscard]] std::vector<std::pair<std::string, std::string>> build_items(const std::string& library_file);
+
+/// SHA-256 of a file in hexadecimal digits; "no such file" when it cannot be read.
+[[nodiscard]] std::string file_digest(const std::string& path);
+
+/// Prints version, build and digests, and the directories in force.
 void identity(const host::Library& library);
 
 }  // namespace kalorfix::tool

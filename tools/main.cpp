@@ -16,6 +16,7 @@
 #include "tools/gasdat/command.h"
 #include "tools/identity.h"
 #include "tools/range.h"
+#include "tools/report/command.h"
 #include "tools/runtime.h"
 #include "tools/station/command.h"
 #include "tools/station/example_day.h"
@@ -35,6 +36,7 @@ struct Command {
     tool::WaterRequest water_request;
     tool::GasRequest gas_request;
     tool::gasdat::Command gasdat;
+    tool::report::Command verify;
     tool::station::RunRequest run_request;
     CLI::App* demo = nullptr;
     CLI::App* water = nullptr;
@@ -84,9 +86,15 @@ void add_water(CLI::App& app, Command& command) {
         ->option_text("DP")
         ->check(check_tolerance, "", "");
     command.water->add_flag("--csv", request.csv, "all digits, comma-separated, units in the column names");
+    command.water->add_option("--svg", request.drawing.file, "draw a quantity into FILE as well")
+        ->option_text("FILE");
+    command.water
+        ->add_option("--quantity", request.drawing.quantity, "what to draw: rho (default), mu, h, kappa")
+        ->option_text("Q");
     command.water->footer(
         "T and P are a number or a range start:stop:step, such as 150 or 20:200:20;\n"
-        "ranges give a table, at most 1000000 rows.\n\n"
+        "ranges give a table, at most 1000000 rows, and curves with --svg: over the first\n"
+        "range, a line for each value of the second, at most 12 (else the other way).\n\n"
         "Printed: density kg/m3, dynamic viscosity uPa s, specific enthalpy kJ/kg,\n"
         "isentropic exponent kappa, phase, saturation pressure at T in MPa (- above the\n"
         "critical temperature).\n\n"
@@ -114,9 +122,12 @@ void add_gas(CLI::App& app, Command& command) {
     option("--heat", request.heat, "vnic: heats in kJ0, kcal0, kJ20 (default), kcal20, per\nm3 at 0 or 20 degC",
            "BASIS");
     command.gas->add_flag("--csv", request.csv, "all digits, comma-separated, units in the column names");
+    option("--svg", request.drawing.file, "draw a quantity into FILE as well", "FILE");
+    option("--quantity", request.drawing.quantity, "what to draw: K (default), Z, rho, mu, kappa", "Q");
     command.gas->footer(
         "T and P are a number or a range start:stop:step; ranges give a table, at most\n"
-        "1000000 rows. Exit status 1 when a state was refused.\n\n"
+        "1000000 rows, and curves with --svg: over the first range, a line for each value\n"
+        "of the second, at most 12 (else the other way). Exit status 1 when a state was refused.\n\n"
         "Printed: K = Z/Zc, Z, density at standard and working conditions kg/m3, dynamic\n"
         "viscosity uPa s, isentropic exponent, heats of combustion. Of these aga8 takes\n"
         "viscosity, exponent and heats from the density at standard conditions, and the\n"
@@ -145,6 +156,7 @@ void describe(CLI::App& app, Command& command) {
     add_water(app, command);
     add_gas(app, command);
     tool::gasdat::describe(app, command.gasdat);
+    tool::report::describe(app, command.verify);
     command.run = tool::station::add_command(app, command.run_request);
     command.id = app.add_subcommand("id", "Version, build, digests of library and gas data, paths.");
     command.demo->fallthrough();
@@ -163,11 +175,12 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
         const std::string& first = unknown.front();
         if (first.starts_with("-")) return fmt::format("{}: no such option; {}", first, help);
         if (chosen.empty())
-            return fmt::format("{}: no such command; there are demo, water, gas, run, gasdat and id", first);
+            return fmt::format("{}: no such command; there are demo, water, gas, run, gasdat, verify and id",
+                               first);
         return fmt::format("{}: nothing expected here; {}", first, help);
     }
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
-        return "a command is missing; there are demo, water, gas, run, gasdat and id";
+        return "a command is missing; there are demo, water, gas, run, gasdat, verify and id";
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
         return fmt::format("{}: takes one value, given once; {}", text.substr(0, text.find(':')), help);
     return text;
@@ -207,6 +220,7 @@ int execute(const Command& command) {
                                      : std::filesystem::absolute(command.library_file).string());
     if (*command.demo) return run_demo(command, file);
     if (*command.gas) return run_gas(command, file);
+    if (*command.verify.top) return tool::report::run(command.verify, file, gas_data(command, file));
     if (*command.run) return tool::station::run(file, gas_data(command, file), command.run_request);
     if (*command.water) {
         tool::WaterRequest request = command.water_request;

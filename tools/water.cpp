@@ -5,6 +5,7 @@
 #include <cmath>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 #include "tools/range.h"
 
@@ -121,10 +122,32 @@ Grid check(const WaterRequest& request) {
     return grid;
 }
 
+void draw(const host::Library& library, const WaterRequest& request, const Grid& grid) {
+    static const std::vector<Drawable> offered{{"rho", "density, kg/m3"},
+                                               {"mu", "dynamic viscosity, uPa s"},
+                                               {"h", "specific enthalpy, kJ/kg"},
+                                               {"kappa", "isentropic exponent"}};
+    const std::size_t chosen = drawn_quantity(request.drawing, offered);
+    if (request.drawing.file.empty()) return;
+    Range p = grid.p;
+    // Saturated vapour has its pressure from the temperature.
+    if (request.saturated) p = {std::nan(""), 0.0, 1, 0.0};
+    const char* const title = request.saturated ? "Saturated vapour" : "Water and steam, IAPWS-95";
+    draw_curves(request.drawing.file, title, offered[chosen], grid.t, p, [&](double t_C, double p_MPa) {
+        const State s = compute(library, request, t_C, p_MPa);
+        const double values[] = {s.rho, s.mu, s.h, s.kappa};
+        // Liquid below the critical pressure ends in a jump; beyond it the curve goes on.
+        const bool liquid = !request.saturated && s.p_MPa >= s.ps_MPa && s.p_MPa < *library->p_kr;
+        return Drawn{values[chosen], liquid ? 1 : 0};
+    });
+}
+
 }  // namespace
 
 void water(const host::Library& library, const WaterRequest& request) {
-    const auto [t, p] = check(request);
+    const Grid grid = check(request);
+    draw(library, request, grid);
+    const auto& [t, p] = grid;
     if (!request.csv && t.count * p.count == 1) {
         print_sheet(compute(library, request, t[0], p[0]));
         return;

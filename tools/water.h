@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "tools/curves.h"
 #include "tools/host.h"
 
 namespace kalorfix::tool {
@@ -13,9 +14,10 @@ struct WaterRequest {
     bool saturated = false;
     double dp_MPa = 0.001;  ///< tolerance of the saturation test
     bool csv = false;
+    Drawing drawing;
 };
 
-/// Prints one state as a sheet, ranges as a table or as CSV. Throws InputError before anything is printed.
+/// Prints one state as a sheet, ranges as a table or as CSV, and draws a quantity if asked to. Throws InputError before anything is printed.
 void water(const host::Library& library, const WaterRequest& request);
 
 }  // namespace kalorfix::tool

@@ -75,7 +75,7 @@ private:
     void start_table(const std::string& header) {
         if (!tables_.empty()) check_complete();
         if (header.size() < 3 || header.back() != ']') fail("expected [function], found " + header);
-        tables_.push_back({header.substr(1, header.size() - 2), {}, {}, {}});
+        tables_.push_back({header.substr(1, header.size() - 2), {}, {}, {}, line_});
         inputs_.clear();
         outputs_.clear();
         fixed_.clear();

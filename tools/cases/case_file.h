@@ -15,7 +15,8 @@
 // Inputs stand before the arrow, expected results behind it. An expected result is a number (nan and inf are
 // numbers), a word that the function knows (computed, refused, water, ...), or - for "not compared"; behind ~
 // it may carry a tolerance of its own, which replaces that of the column. A column without a tolerance must
-// be met exactly. A ~ tolerance with both parts, 1e-6,r1e-7, allows the larger of the two.
+// be met exactly. A ~ tolerance with both parts, 1e-6,r1e-7, allows the larger of the two. Two cases NAME-in and
+// NAME-out of a table stand on the two sides of a limit; what sets them apart are the inputs that differ.
 #pragma once
 
 #include <istream>
@@ -52,6 +53,7 @@ struct Table {
     std::string source;
     std::vector<std::string> notes;
     std::vector<Case> cases;
+    int line = 0;  ///< of its heading
 };
 
 /// Reads all tables of a file. Throws std::runtime_error naming `name`, the line and what is wrong with it.

@@ -1,0 +1,104 @@
+"""Judges what the tool writes: report_check.py html FILE | svg FILE | csv FILE CASES | rows FILE COLUMN VALUE COUNT.
+
+html: tags nest, ids are there for every link, nothing comes from outside. svg: well-formed, no coordinate is nan.
+csv: every case of every case file occurs with its line, and expected, computed, permitted and verdict agree.
+"""
+import csv
+import math
+import pathlib
+import re
+import sys
+from html.parser import HTMLParser
+from xml.etree import ElementTree
+
+VOID = {"meta", "br", "hr", "img", "link", "input"}
+
+
+class Nesting(HTMLParser):
+    def __init__(self):
+        super().__init__()
+        self.open, self.ids, self.links = [], set(), set()
+
+    def handle_starttag(self, tag, attrs):
+        for name, value in attrs:
+            if name == "id":
+                assert value not in self.ids, f"id {value} stands twice"
+                self.ids.add(value)
+            if name in ("href", "src"):
+                assert value.startswith("#"), f"{value} lies outside"
+                self.links.add(value[1:])
+            assert name in ("title", "aria-label") or "nan" not in value, f"nan in {tag} {name}={value[:60]}"
+        if tag not in VOID:
+            self.open.append(tag)
+
+    def handle_startendtag(self, tag, attrs):
+        self.handle_starttag(tag, attrs)
+        if tag not in VOID:
+            self.open.pop()
+
+    def handle_endtag(self, tag):
+        assert self.open and self.open[-1] == tag, f"</{tag}> closes {self.open[-1:]} at {self.getpos()}"
+        self.open.pop()
+
+
+def html(path):
+    text = pathlib.Path(path).read_text(encoding="utf-8")
+    page = Nesting()
+    page.feed(text)
+    page.close()
+    assert not page.open, f"left open: {page.open}"
+    assert page.links <= page.ids, f"links to nowhere: {page.links - page.ids}"
+    assert "url(" not in text and "@import" not in text, "the style takes something from outside"
+    for drawing in re.findall(r"<svg.*?</svg>", text, re.S):
+        ElementTree.fromstring(drawing)
+
+
+def svg(path):
+    root = ElementTree.parse(path).getroot()
+    assert root.tag == "{http://www.w3.org/2000/svg}svg", root.tag
+    curves = [e for e in root.iter("{http://www.w3.org/2000/svg}path")]
+    assert curves and any("L" in c.get("d") for c in curves), "no curve"
+    assert "nan" not in pathlib.Path(path).read_text(), "nan"
+
+
+def cases(directory):
+    for path in sorted(pathlib.Path(directory).glob("*.txt")):
+        for number, line in enumerate(path.read_text().splitlines(), 1):
+            words = line.split("#")[0].split()
+            if words and not words[0].startswith("[") and not words[0].endswith(":"):
+                yield path.name, number, words[0]
+
+
+def verdict(row):
+    expected = row["expected"]
+    computed, permitted = float(row["computed"]), float(row["permitted"])
+    try:
+        wanted = float(expected)
+    except ValueError:
+        return None  # a word
+    if math.isnan(wanted):
+        return math.isnan(computed)
+    if math.isinf(wanted):
+        return computed == wanted
+    return abs(computed - wanted) <= permitted
+
+
+def table(path, directory):
+    with open(path, newline="") as lines:
+        rows = list(csv.DictReader(lines))
+    found = {(r["file"], int(r["line"]), r["case"]) for r in rows}
+    every = set(cases(directory))
+    assert every and found == every, f"missing {sorted(every - found)[:3]}, surplus {sorted(found - every)[:3]}"
+    for r in rows:
+        judged = verdict(r)
+        assert r["verdict"] in ("met", "FAILED") and r["source"], r
+        assert judged is None or judged == (r["verdict"] == "met"), r
+
+
+def count(path, column, value, wanted):
+    with open(path, newline="") as lines:
+        got = sum(r[column] == value for r in csv.DictReader(lines))
+    assert got == int(wanted), f"{got} rows with {column} {value}"
+
+
+{"html": html, "svg": svg, "csv": table, "rows": count}[sys.argv[1]](*sys.argv[2:])

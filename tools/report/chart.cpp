@@ -1,0 +1,106 @@
+#include "tools/report/chart.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "tools/report/quantities.h"
+#include "tools/svg.h"
+
+namespace kalorfix::tool::report {
+namespace {
+
+constexpr double width = 1000.0, left = 120.0, right = 985.0;
+constexpr double strip = 84.0, strip_gap = 14.0, head = 8.0, foot = 22.0;
+// Beyond this a point stands at the edge of its strip.
+constexpr double edge = 1.35;
+
+struct Mark {
+    const cases::Finding* finding;
+    const CaseFile* file;
+    const cases::Table* table;
+};
+
+std::vector<Mark> marks(const Section& section, const std::string& output) {
+    std::vector<Mark> found;
+    for (const Block& block : section.blocks)
+        for (const cases::Finding& f : block.findings)
+            if (f.expected->column == output && !is_exact(f)) found.push_back({&f, block.file, block.table});
+    return found;
+}
+
+std::string band(const svg::Scale& y) {
+    std::string out = fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"#eef3f7\"/>\n",
+                                  left, svg::at(y(1.0)), right - left, svg::at(y(-1.0) - y(1.0)));
+    for (const double value : {-1.0, 0.0, 1.0}) {
+        out += svg::line(left, y(value), right, y(value), value == 0.0 ? "#9aa5af" : "#7d93a6",
+                         value == 0.0 ? 0.8 : 1.0);
+        out += svg::text(left - 8.0, y(value) + 3.5,
+                         value == 0.0  ? "0"
+                         : value > 0.0 ? "+1"
+                                       : "-1",
+                         {.anchor = "end", .size = 10.0});
+    }
+    return out;
+}
+
+std::string dot(const Mark& mark, double x, const svg::Scale& y) {
+    const cases::Finding& f = *mark.finding;
+    const double signed_ratio = std::copysign(ratio(f), f.deviation);
+    const double place = y(std::clamp(std::isfinite(signed_ratio) ? signed_ratio : edge, -edge, edge));
+    const std::string tip = svg::escape(fmt::format("{}:{} {}: {} of permitted", mark.file->name, f.where->line,
+                                                    f.where->id, short_number(signed_ratio)));
+    if (f.passed)
+        return fmt::format(
+            "<circle cx=\"{}\" cy=\"{}\" r=\"2.3\" fill=\"#1f5a8c\"><title>{}</title></circle>\n", svg::at(x),
+            svg::at(place), tip);
+    return fmt::format(
+        "<path d=\"M{0} {1}l-4 -4m4 4l4 4m-4 -4l-4 4m4 -4l4 -4\" stroke=\"#a3261d\" "
+        "stroke-width=\"2\" fill=\"none\"><title>{2}</title></path>\n",
+        svg::at(x), svg::at(place), tip);
+}
+
+std::string strip_of(const std::string& output, const std::vector<Mark>& points, double top) {
+    const svg::Scale y{-edge, edge, top + strip, top};
+    const svg::Scale x{0.0, static_cast<double>(points.size()), left, right};
+    std::string out = band(y);
+    out += svg::text(0.0, top + strip / 2.0, quantity(output).symbol, {.size = 12.5, .colour = "#1c2126"});
+    out += svg::text(0.0, top + strip / 2.0 + 15.0,
+                     fmt::format("{}{}{} values", quantity(output).unit,
+                                 quantity(output).unit.empty() ? "" : ", ", points.size()),
+                     {.size = 10.0});
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        const auto index = static_cast<double>(k);
+        if (k > 0 && points[k].table != points[k - 1].table)
+            out += svg::line(x(index), top, x(index), top + strip, "#c3ccd4", 0.7);
+        out += dot(points[k], x(index + 0.5), y);
+    }
+    return out;
+}
+
+}  // namespace
+
+std::string deviation_chart(const Section& section) {
+    std::string strips;
+    double top = head;
+    for (const std::string& output : outputs(section)) {
+        const std::vector<Mark> points = marks(section, output);
+        if (points.empty()) continue;
+        strips += strip_of(output, points, top);
+        top += strip + strip_gap;
+    }
+    if (strips.empty()) return {};
+    const double height = top - strip_gap + foot;
+    return fmt::format(
+        "<svg class=\"chart\" viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"Deviations of "
+        "{}\">\n{}{}</svg>\n",
+        width, height, svg::escape(section.subject.key), strips,
+        svg::text(left, height - 6.0,
+                  "deviation over permitted deviation, in the order of the tables; thin lines part the "
+                  "sources",
+                  {.size = 10.0}));
+}
+
+}  // namespace kalorfix::tool::report

@@ -1,0 +1,41 @@
+// Inputs and outputs of the text cases in words, with units, and numbers with the digits that mean something.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "tools/cases/procedures.h"
+
+namespace kalorfix::tool::report {
+
+struct Quantity {
+    std::string symbol;  ///< as a heading, without its unit
+    std::string unit;    ///< empty for pure numbers and selectors
+};
+
+/// From the name in the case file, such as rho_kg_m3.
+[[nodiscard]] Quantity quantity(const std::string& name);
+
+/// The component behind x0..x14; empty for other names.
+[[nodiscard]] std::string_view component(const std::string& name);
+
+/// An input as a person reads it: devices by name, numbers with at most ten digits.
+[[nodiscard]] std::string input_text(const std::string& name, double value);
+
+/// All inputs of a case as name=value.
+[[nodiscard]] std::string all_inputs(const cases::Case& one);
+
+/// Whether the file gives a word such as refused instead of a number.
+[[nodiscard]] bool is_word(const cases::Expected& expected);
+
+/// The computed value of an output for which the file gives a word, as a word where there is one.
+[[nodiscard]] std::string computed_word(const cases::Finding& finding);
+
+/// Expected and computed value, with one or two digits behind the permitted deviation.
+[[nodiscard]] std::string expected_text(const cases::Finding& finding);
+[[nodiscard]] std::string computed_text(const cases::Finding& finding);
+
+/// Two significant digits.
+[[nodiscard]] std::string short_number(double value);
+
+}  // namespace kalorfix::tool::report

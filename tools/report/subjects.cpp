@@ -1,0 +1,91 @@
+#include "tools/report/subjects.h"
+
+#include <algorithm>
+
+#include "tools/cases/procedures.h"
+
+namespace kalorfix::tool::report {
+namespace {
+
+const std::vector<Subject>& described() {
+    static const std::vector<Subject> all{
+        {"t_param_1", "Properties of water and steam",
+         "Helmholtz function of IAPWS-95; viscosity by the IAPS formulation of 1985",
+         "IAPWS R6-95 with the ideal part of the 1995 edition; Revised Release on the IAPS Formulation 1985 "
+         "for "
+         "the Viscosity of Ordinary Water Substance",
+         "0..800 degC, 0..100 MPa, both inclusive; saturated vapour (mode 3) up to 371.85 degC"},
+        {"t_phase_1", "Phase of water and steam", "explicit saturation pressure, tolerance in pressure",
+         "IAPWS SR1-86(1992)", "0..800 degC, 0.001..100 MPa"},
+        {"heat_carrier", "State and properties of a heat-carrier channel",
+         "column correction, decision of the phase, properties of water, steam and wet steam",
+         "IAPWS R6-95; IAPWS SR1-86(1992)",
+         "state 0..1000 degC and 0.001..100 MPa after the column; properties up to 800 degC; share 0..1"},
+        {"standard_density", "Density of a composition at standard conditions",
+         "summation over the table of the components", "GOST 30319.1-96", "293.15 K, 101.325 kPa"},
+        {"gas_by_density.0", "Compressibility by NX19 mod.", "NX19 mod. from density, nitrogen, carbon dioxide",
+         "GOST 30319.2-96; viscosity and exponent GOST 30319.1-96",
+         "250..340 K, 0.001..30 MPa, ends excluded; density 0..1 kg/m3"},
+        {"gas_by_density.1", "Compressibility by GERG-91 mod.",
+         "GERG-91 mod. from density, nitrogen, carbon dioxide",
+         "GOST 30319.2-96; viscosity and exponent GOST 30319.1-96",
+         "250..340 K, 0.001..30 MPa, ends excluded; density 0..1 kg/m3"},
+        {"gas_by_composition.2", "Compressibility by AGA8-92DC", "AGA8-92DC detail characterisation",
+         "AGA Report No. 8 (1992); GOST 30319.2-96", "250..340 K, 0.001..30 MPa, ends excluded"},
+        {"gas_by_composition.3", "Compressibility by VNIC SMV",
+         "VNIC SMV equation of state, 8 components; viscosity and exponent from the composition",
+         "GOST 30319.2-96; GOST 30319.3-96", "250..340 K, 0.001..30 MPa, ends excluded"},
+        {"gas", "State and properties of a gas channel",
+         "window of the state, selection of the method, composition, heats of combustion, water vapour",
+         "GOST 30319.1-96, 30319.2-96, 30319.3-96",
+         "-23.15..66.85 degC, 0.001..30 MPa after the column, ends excluded; K below 0.9999; contents 0..100 "
+         "mol % "
+         "or 0..1; density up to 1 kg/m3"},
+        {"discharge", "Discharge coefficient and roughness correction",
+         "Reader-Harris/Gallagher equation for orifice plates; equations of nozzles and Venturi tubes",
+         "GOST 8.586.2-2005, 8.586.3-2005, 8.586.4-2005 (ISO 5167-2:2003, -3:2003, -4:2003)",
+         "Reynolds number by device and diameter ratio, as listed under the limits"},
+        {"expansibility", "Expansibility factor", "equations of orifice plates, nozzles and Venturi tubes",
+         "GOST 8.586.2-2005, 8.586.3-2005, 8.586.4-2005 (ISO 5167-2:2003, -3:2003, -4:2003)",
+         "dp/p up to 0.25; 1 for liquid water"},
+        {"heat_channel", "Set-up, geometry and flow of a heat-carrier channel",
+         "expansion, bluntness of the edge, iteration of the flow equation; averaging devices; meters",
+         "GOST 8.586.1-2005 to 8.586.5-2005 (ISO 5167-1:2003 to -4:2003)",
+         "diameters and ratios by device, materials by temperature, as listed under the limits"},
+        {"gas_channel", "Set-up, geometry and flow of a gas channel",
+         "expansion, bluntness of the edge, iteration of the flow equation; averaging devices; meters",
+         "GOST 8.586.1-2005 to 8.586.5-2005 (ISO 5167-1:2003 to -4:2003)", "as for heat carriers"},
+    };
+    return all;
+}
+
+const Subject* find(const std::string& key) {
+    const auto found = std::find_if(described().begin(), described().end(),
+                                    [&](const Subject& subject) { return subject.key == key; });
+    return found == described().end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+Subject subject_of(const std::string& function, const cases::Values& inputs) {
+    const auto procedure = cases::procedures().find(function);
+    if (procedure == cases::procedures().end()) return {function, function, {}, {}, {}};
+    const cases::Values& defaults = procedure->second.inputs;
+    for (const cases::Values* values : {&inputs, &defaults})
+        if (const auto method = values->find("method"); method != values->end()) {
+            if (const Subject* subject =
+                    find(function + "." + std::to_string(static_cast<int>(method->second))))
+                return *subject;
+            break;
+        }
+    if (const Subject* subject = find(function)) return *subject;
+    return {function, procedure->second.what, {}, {}, {}};
+}
+
+std::vector<std::string> subject_order() {
+    std::vector<std::string> keys;
+    for (const Subject& subject : described()) keys.push_back(subject.key);
+    return keys;
+}
+
+}  // namespace kalorfix::tool::report
