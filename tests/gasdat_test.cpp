@@ -1,5 +1,6 @@
 // The gas data file from readable tables and back, and the judgement on it.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <bit>
@@ -69,6 +70,28 @@ TEST_F(Gasdat, PutsThePublishedNumbersAtTheirOffsets) {
     EXPECT_TRUE(gasdat::faults(file(shipped)).empty());
 }
 
+TEST_F(Gasdat, ReplacesPlainFilesOnly) {
+    const std::string fifo = (directory / "fifo").string();
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    for (const std::string& target : {fifo, directory.string()})
+        EXPECT_THROW(gasdat::write_whole(target, "x"), InputError);
+    EXPECT_TRUE(fs::is_fifo(fifo));
+    EXPECT_TRUE(fs::is_directory(directory));
+    const std::string real = write("real", "old");
+    const fs::path link = directory / "link";
+    fs::create_symlink("real", link);
+    gasdat::write_whole(link.string(), "new");
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(fs::file_size(real), 3U);
+    std::string content;
+    std::ifstream(real) >> content;
+    EXPECT_EQ(content, "new");
+    gasdat::write_whole((directory / "fresh").string(), "made");
+    EXPECT_EQ(fs::file_size(directory / "fresh"), 4U);
+    for (const auto& entry : fs::directory_iterator(directory))
+        EXPECT_EQ(entry.path().string().find(".part"), std::string::npos) << "nothing is left behind";
+}
+
 // Every value stands in one cell of one sheet, and every bit survives both renderings.
 TEST_F(Gasdat, ListingAndTablesReadBackToTheSameBytes) {
     std::mt19937 random(31);
@@ -95,6 +118,13 @@ TEST_F(Gasdat, ShowsShortAndLongFiles) {
               std::string::npos);
     EXPECT_EQ(gasdat::faults(file(bytes + "more")).front(), "the file has 7664 bytes, must have 7660");
     EXPECT_EQ(gasdat::faults(file(std::string())).front(), "the file has 0 bytes, must have 7660");
+    gasdat::Values values = shipped;
+    values[1] = -1.0F;
+    const std::vector<std::string> found = gasdat::faults(file(gasdat::packed(values).substr(0, 102)));
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_NE(found[1].find("row ethane, column molar_mass_kg_kmol]: -1, must lie"), std::string::npos);
+    const std::string strange = gasdat::listing(file(bytes), "two\n[lines");
+    EXPECT_EQ(gasdat::packed(gasdat::read_sheets(write("strange", strange))), bytes);
 }
 
 TEST_F(Gasdat, NamesEachFault) {
@@ -148,8 +178,11 @@ TEST_F(Gasdat, RefusesTablesThatAreNotWhole) {
               "vnic_a.csv:3: expected the columns k, l0, l1, l2, l3, l4, l5, l6, l7");
     EXPECT_EQ(changed("vnic_components", "16.043", "16,043"),
               "vnic_components.csv:7: expected 5 columns, found 6");
-    EXPECT_EQ(changed("vnic_components", "16.043", "16.043x"),
-              "vnic_components.csv:7: expected a number for molar_mass_kg_kmol, not '16.043x'");
+    EXPECT_EQ(
+        changed("vnic_components", "16.043", "16.043x"),
+        "vnic_components.csv:7: expected a number for molar_mass_kg_kmol in single precision, not '16.043x'");
+    const std::string distant = changed("vnic_components", "16.043", std::string(3000, '9'));
+    EXPECT_LT(distant.size(), 150U) << distant;
     EXPECT_EQ(changed("vnic_components", "methane", "ethane"),
               "vnic_components.csv:8: row ethane stands here for the second time");
     EXPECT_EQ(changed("vnic_a", "\n10,", "\n# 10,"), "vnic_a.csv:12: row 10 is missing in vnic_a");
@@ -167,6 +200,9 @@ TEST_F(Gasdat, RefusesTablesThatAreNotWhole) {
     EXPECT_NE(error_of(write("text", "hello\n")).find("text:1: expected a table such as [components]"),
               std::string::npos);
     EXPECT_NE(error_of(write("text", std::string(5000, '1'))).find("too long"), std::string::npos);
+    const std::string vast = write("vast", "");
+    fs::resize_file(vast, std::uintmax_t{1} << 31);
+    EXPECT_NE(error_of(vast).find("vast: too long for gas data, at most"), std::string::npos);
 }
 
 }  // namespace

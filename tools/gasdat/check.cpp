@@ -45,7 +45,7 @@ constexpr std::array<std::size_t, 8> in_composition{0, 1, 2, 3, 4, 10, 11, 12};
 
 class Judge {
 public:
-    explicit Judge(const GasFile& file) : values_(file.values) {}
+    explicit Judge(const GasFile& file) : values_(file.values), count_(file.count) {}
 
     void values();
     void symmetry();
@@ -89,14 +89,21 @@ private:
                 report(table, row * columns + column, "is no term and must be 0");
     }
 
+    // How many values of a table are there; fewer than it holds at the end of a short file.
+    [[nodiscard]] std::size_t present(std::string_view table) const {
+        const Block& b = block(table);
+        return count_ > b.first ? std::min(count_ - b.first, b.values) : 0;
+    }
+
     const Values& values_;
+    std::size_t count_;
 };
 
 std::string short_number(double value) { return number_text(static_cast<float>(value)); }
 
 void Judge::values() {
     for (const Limits& l : limits)
-        for (std::size_t k = 0; k < block(l.table).values; ++k) {
+        for (std::size_t k = 0; k < present(l.table); ++k) {
             const double value = number(l.table, k);
             if (!std::isfinite(value))
                 report(l.table, k, "must be a number");
@@ -105,10 +112,10 @@ void Judge::values() {
             else if (l.whole && value != std::floor(value))
                 report(l.table, k, "must be a whole number");
         }
-    for (std::size_t n = 0; n < block("un").values; ++n)
+    for (std::size_t n = 0; n < present("un"); ++n)
         if (const double twice = 2.0 * number("un", n); std::isfinite(twice) && twice != std::floor(twice))
             report("un", n, "must be a multiple of 1/2");
-    for (std::size_t n = 0; n < block("cn").values; ++n)
+    for (std::size_t n = 0; n < present("kn"); ++n)
         if ((at("cn", n) == 0.0F) != (at("kn", n) == 0.0F))
             report("kn", n, "must be 0 where c is 0, and only there");
 }
@@ -171,8 +178,8 @@ std::vector<std::string> faults(const GasFile& file) {
     if (file.size != file_size)
         judge.found.push_back("the file has " + std::to_string(file.size) + " bytes, must have " +
                               std::to_string(file_size));
-    if (file.count < value_count) return judge.found;
     judge.values();
+    if (file.count < value_count) return judge.found;
     judge.symmetry();
     judge.empty_positions();
     judge.agreement();

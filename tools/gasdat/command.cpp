@@ -33,7 +33,10 @@ void show(const Command& command) {
             fmt::format("{}: cannot make this directory: {}", command.csv_directory, failed.message())};
     for (const Sheet& sheet : sheets())
         write_whole(fmt::format("{}/{}.csv", command.csv_directory, sheet.name), csv(sheet, file.values));
-    fmt::print("{}: {} tables\n", command.csv_directory, sheets().size());
+    const std::string surplus = file.size > file_size ? fmt::format("; the last {} bytes of {} are ignored",
+                                                                    file.size - file_size, command.file)
+                                                      : std::string();
+    fmt::print("{}: {} tables{}\n", command.csv_directory, sheets().size(), surplus);
 }
 
 int check(const Command& command) {

@@ -48,8 +48,15 @@ std::string packed(const Values& values) {
 void write_whole(const std::string& path, const std::string& content) {
     const auto fail = [&] { return InputError{path + ": cannot write this file: " + std::strerror(errno)}; };
     std::error_code failed;
-    if (fs::is_directory(path, failed)) throw InputError{path + ": is a directory; give the name of a file"};
-    const std::string temporary = path + ".part" + std::to_string(getpid());
+    const fs::file_status target = fs::status(path, failed);
+    if (fs::is_directory(target)) throw InputError{path + ": is a directory; give the name of a file"};
+    // The renaming would put a plain file in the place of a device.
+    if (fs::exists(target) && !fs::is_regular_file(target))
+        throw InputError{path + ": is no plain file; give the name of a file"};
+    // A link stays a link: the file that it stands for is replaced.
+    const std::string end = fs::is_regular_file(target) ? fs::canonical(path, failed).string() : path;
+    if (end.empty()) throw InputError{path + ": cannot write this file: give the name of a file"};
+    const std::string temporary = end + ".part" + std::to_string(getpid());
     errno = 0;
     {
         std::ofstream out(temporary, std::ios::binary);
@@ -62,7 +69,7 @@ void write_whole(const std::string& path, const std::string& content) {
             throw error;
         }
     }
-    fs::rename(temporary, path, failed);
+    fs::rename(temporary, end, failed);
     if (failed) {
         const std::string why = failed.message();
         fs::remove(temporary, failed);

@@ -1,5 +1,6 @@
 // Packs the readable gas data into the file that the library loads; for the build, where the command-line tool may be absent.
 #include <cstdio>
+#include <exception>
 
 #include "tools/gasdat/text.h"
 #include "tools/range.h"
@@ -14,6 +15,9 @@ int main(int argc, char** argv) {
         gasdat::write_whole(argv[2], gasdat::packed(gasdat::read_sheets(argv[1])));
     } catch (const kalorfix::tool::InputError& error) {
         std::fprintf(stderr, "pack_gas_data: %s\n", error.text.c_str());
+        return 2;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "pack_gas_data: %s\n", error.what());
         return 2;
     }
     return 0;

@@ -1,6 +1,7 @@
 #include "tools/gasdat/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -15,6 +16,8 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t longest_line = 4000;
 constexpr std::size_t most_lines = 5000;
+constexpr std::size_t largest_file = 1'000'000;
+constexpr std::size_t longest_quote = 40;
 constexpr std::string_view missing = "-";
 constexpr std::string_view blanks = " \t\r";
 
@@ -25,6 +28,11 @@ struct Line {
 
 [[noreturn]] void fail(const std::string& file, std::size_t line, const std::string& what) {
     throw InputError{file + ":" + std::to_string(line) + ": " + what};
+}
+
+// Text of a file within a message; a damaged file has cells of any length.
+std::string quoted(const std::string& text) {
+    return text.size() > longest_quote ? text.substr(0, longest_quote) + "..." : text;
 }
 
 std::string trimmed(std::string_view text) {
@@ -38,6 +46,9 @@ std::vector<Line> read_lines(const std::string& file) {
     std::error_code failed;
     std::ifstream in(file, std::ios::binary);
     if (!fs::is_regular_file(file, failed) || !in) throw InputError{file + ": cannot read this file"};
+    // Known before reading: a single line may be as long as the file.
+    if (const std::uintmax_t size = fs::file_size(file, failed); failed || size > largest_file)
+        throw InputError{file + ": too long for gas data, at most " + std::to_string(largest_file) + " bytes"};
     std::vector<Line> lines;
     std::string text;
     for (std::size_t number = 1; std::getline(in, text); ++number) {
@@ -46,6 +57,7 @@ std::vector<Line> read_lines(const std::string& file) {
         text = trimmed(text);
         if (!text.empty() && text.front() != '#') lines.push_back({number, text});
     }
+    if (in.bad()) throw InputError{file + ": cannot read this file to its end"};
     return lines;
 }
 
@@ -89,7 +101,7 @@ void fill(const Sheet& sheet, const std::string& file, const std::vector<Line>& 
         const auto found = std::find(sheet.rows.begin(), sheet.rows.end(), cells.front());
         if (found == sheet.rows.end())
             fail(file, line->number,
-                 "no such row: " + cells.front() + "; " + std::string(sheet.name) + " has " +
+                 "no such row: " + quoted(cells.front()) + "; " + std::string(sheet.name) + " has " +
                      joined(sheet.rows));
         const auto row = static_cast<std::size_t>(found - sheet.rows.begin());
         if (seen[row]) fail(file, line->number, "row " + cells.front() + " stands here for the second time");
@@ -105,7 +117,8 @@ void fill(const Sheet& sheet, const std::string& file, const std::vector<Line>& 
                 fail(file, line->number,
                      cell == missing
                          ? "no value for " + names[column + 1] + "; a gas data file needs all of them"
-                         : "expected a number for " + names[column + 1] + ", not '" + cell + "'");
+                         : "expected a number for " + names[column + 1] + " in single precision, not '" +
+                               quoted(cell) + "'");
             values[sheet.position(row, column)] = *value;
         }
     }
@@ -139,11 +152,11 @@ Values read_listing(const std::string& file) {
     for (auto line = lines.begin(); line != lines.end();) {
         const std::size_t close = line->text.find(']');
         if (line->text.front() != '[' || close == std::string::npos)
-            fail(file, line->number, "expected a table such as [components], found " + line->text);
+            fail(file, line->number, "expected a table such as [components], found " + quoted(line->text));
         const std::string name = line->text.substr(1, close - 1);
         const auto sheet =
             std::find_if(sheets().begin(), sheets().end(), [&](const Sheet& s) { return s.name == name; });
-        if (sheet == sheets().end()) fail(file, line->number, "no such table: " + name);
+        if (sheet == sheets().end()) fail(file, line->number, "no such table: " + quoted(name));
         const auto index = static_cast<std::size_t>(sheet - sheets().begin());
         if (seen[index]) fail(file, line->number, "table " + name + " stands here for the second time");
         seen[index] = true;
@@ -207,7 +220,11 @@ Values read_sheets(const std::string& source) {
 }
 
 std::string listing(const GasFile& file, const std::string& name) {
-    std::string text = "# " + name + ": " + std::to_string(file.size) + " bytes; " +
+    // A line break in the name of the file would end the comment.
+    std::string shown = name;
+    std::replace_if(
+        shown.begin(), shown.end(), [](unsigned char c) { return c < ' '; }, '?');
+    std::string text = "# " + shown + ": " + std::to_string(file.size) + " bytes; " +
                        std::to_string(blocks().size()) + " tables of " + std::to_string(value_count) +
                        " values fill " + std::to_string(file_size) + "\n";
     if (file.size < file_size)
