@@ -259,8 +259,7 @@ std::string density_map(const host::Library& library, const Verification& verifi
                                   svg::at(frame.y(std::log10(ps_MPa))));
     }
     saturation =
-        fmt::format("<path d=\"{}\" fill=\"none\" stroke=\"#7c8791\" stroke-width=\"1.2\"/>\n", saturation) +
-        svg::text(frame.x(205.0), frame.y(std::log10(1.0)), "saturation", {.size = 10.5, .colour = "#5b6670"});
+        fmt::format("<path d=\"{}\" fill=\"none\" stroke=\"#7c8791\" stroke-width=\"1.2\"/>\n", saturation);
     const svg::Ticks xs = svg::ticks(0.0, 800.0, 8);
     const svg::Ticks ys{{-4.0, -3.0, -2.0, -1.0, 0.0, 1.0, 2.0}, 1.0};
     std::string out =
@@ -277,6 +276,8 @@ std::string density_map(const host::Library& library, const Verification& verifi
         out += svg::text(870.0, row, step.label);
         row += 20.0;
     }
+    out += svg::line(848.0, row + 2.0, 864.0, row + 2.0, "#7c8791", 1.2) +
+           svg::text(870.0, row + 6.0, "saturation");
     return out + "</svg></figure>\n";
 }
 
