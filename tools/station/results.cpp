@@ -201,7 +201,7 @@ public:
 
 private:
     static constexpr const char* row_layout =
-        "{:<19} {:<10}{:>8}{:>9}{:>9}{:>10}{:>9}{:>9}{:>10}{:>11}{:>10}{:>12}";
+        "{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}";
 
     void write_cycle(const Channel& channel, const Measured& row, const Outcome& o,
                      const Registers& registers) {
