@@ -48,7 +48,7 @@ bool DensityTerms::collapse() {
 // With P_m = sum(b^m C r^b) of a group, e = exp(-c r^k) and s = c k r^k the group's part is
 //   S           e (P1 - s P0)
 //   exact       e (P2 - s ((k - s) P0 + 2 P1)) / r
-//   published   e (sum(b C) + s ((s - k) P0 - P1) / r)
+//   prescribed  e (sum(b C) + s ((s - k) P0 - P1) / r)
 template <Derivative derivative>
 DensitySums DensityTerms::collapsed(double r) const {
     ByExponent power;
@@ -106,12 +106,12 @@ template <Derivative derivative>
 DensitySums DensityTerms::sums(double r) const {
     return collapsed_ ? collapsed<derivative>(r) : term_by_term<derivative>(r);
 }
-template DensitySums DensityTerms::sums<Derivative::published>(double r) const;
+template DensitySums DensityTerms::sums<Derivative::prescribed>(double r) const;
 template DensitySums DensityTerms::sums<Derivative::exact>(double r) const;
 
 double compressibility(const Equation& e, double rho_kmol_m3) {
     const double r = e.size_cubed * rho_kmol_m3;
-    return 1.0 + e.second_virial * rho_kmol_m3 - e.linear * r + e.terms.sums<Derivative::published>(r).S;
+    return 1.0 + e.second_virial * rho_kmol_m3 - e.linear * r + e.terms.sums<Derivative::prescribed>(r).S;
 }
 
 namespace {
@@ -141,10 +141,10 @@ MolarDensity iterate(const Equation& e, double p_MPa, int max_steps) {
 }  // namespace
 
 MolarDensity molar_density(const Equation& e, double p_MPa) {
-    constexpr int published_steps = 100;
+    constexpr int prescribed_steps = 100;
     constexpr int exact_steps = 50;
-    const MolarDensity published = iterate<Derivative::published>(e, p_MPa, published_steps);
-    return published.converged ? published : iterate<Derivative::exact>(e, p_MPa, exact_steps);
+    const MolarDensity prescribed = iterate<Derivative::prescribed>(e, p_MPa, prescribed_steps);
+    return prescribed.converged ? prescribed : iterate<Derivative::exact>(e, p_MPa, exact_steps);
 }
 
 }  // namespace kalorfix::gas::aga8

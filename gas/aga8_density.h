@@ -10,7 +10,7 @@ namespace kalorfix::gas::aga8 {
 
 /// Which derivative a step of the density iteration takes.
 enum class Derivative {
-    published,  ///< the sum that the published iteration has in place of the derivative
+    prescribed,  ///< the sum that the prescribed iteration has in place of the derivative
     exact,
 };
 
@@ -71,7 +71,7 @@ struct MolarDensity {
     bool converged;
 };
 
-/// Molar density at T (K) and p (MPa). The published Newton iteration with its own correction term comes first, since for
+/// Molar density at T (K) and p (MPa). The prescribed Newton iteration with its own correction term comes first, since for
 /// difficult mixtures it decides which root is found; where it does not settle within 100 steps, or on a Z beyond single
 /// precision, it starts again with the true derivative, for at most 50. The density may be negative where no gas root is found.
 [[nodiscard]] MolarDensity molar_density(const Equation& e, double p_MPa);

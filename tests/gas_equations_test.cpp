@@ -71,7 +71,7 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
             const aga8::Terms terms{nullptr, b.data(), c.data(), k.data(), nullptr, nullptr, nullptr, nullptr};
             const aga8::DensityTerms sums(terms, C);
             const Printed expected = printed(terms, C, r);
-            const auto published = sums.sums<aga8::Derivative::published>(r);
+            const auto published = sums.sums<aga8::Derivative::prescribed>(r);
             const auto exact = sums.sums<aga8::Derivative::exact>(r);
             EXPECT_NEAR(published.S, expected.S, 1e-12) << kind << ' ' << r;
             EXPECT_NEAR(published.derivative, expected.published, 1e-11) << kind << ' ' << r;

@@ -69,7 +69,7 @@ TEST_F(Gas, CompositionMethodsStayOnTheGasRootOverTheWindow) {
     }
 }
 
-// Where the published iteration of AGA8-92DC comes to rest on a Z beyond all bounds, the true derivative finds the gas.
+// Where the prescribed iteration of AGA8-92DC comes to rest on a Z beyond all bounds, the true derivative finds the gas.
 TEST_F(Gas, ARunawayIterationStartsAgain) {
     set(library, gases[6]);
     short failed = 9;
