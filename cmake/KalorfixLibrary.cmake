@@ -73,8 +73,9 @@ add_library(
   runtime/tick_source.cpp)
 target_include_directories(kalorfix_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
-# errno of libm is never read; without it a square root is one instruction.
-target_compile_options(kalorfix_objects PRIVATE -fno-math-errno)
+# errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.
+target_compile_options(kalorfix_objects PRIVATE -fno-math-errno $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>)
+target_compile_options(kalorfix_objects PRIVATE "SHELL:-include ${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h")
 set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                                   VISIBILITY_INLINES_HIDDEN ON)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -91,7 +92,7 @@ list(JOIN _exports ";\n    " _exports)
 file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports};\n  local:\n    *;\n};\n")
 
 add_library(kalorfix SHARED)
-target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/unload.cpp)
+target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/allocation.cpp)
 target_include_directories(kalorfix INTERFACE "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix PRIVATE kalorfix_options m)
 set_target_properties(

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <new>
 
 #include "frame/registry.h"
 #include "runtime/float_environment.h"
@@ -20,11 +19,7 @@ int channel_call(LocVect<Calculator>& registry, int channel, char* status, const
     const FloatEnvironment guard;
     std::array<double, N> results{};
     char outcome = 0;
-    try {
-        if (Calculator* const calculator = registry.GetVar(channel)) outcome = operation(*calculator, results);
-    } catch (const std::bad_alloc&) {
-        outcome = 0;
-    }
+    if (Calculator* const calculator = registry.GetVar(channel)) outcome = operation(*calculator, results);
     if (status) *status = outcome;
     for (std::size_t k = 0; k < N; ++k)
         if (outputs[k]) *outputs[k] = static_cast<float>(results[k]);

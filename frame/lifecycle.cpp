@@ -10,8 +10,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
-#include <new>
-#include <string>
 
 #include "kalorfix_gas.h"
 #include "runtime/cp866.h"
@@ -29,7 +27,7 @@ constexpr double seconds_per_minute = 60.0;
 
 constexpr auto cannot_initialise = kalorfix::cp866(U"kalorfix.so: Невозможно проинициализировать библиотеку\n");
 static_assert(cannot_initialise.size() - 1 == 55);
-constexpr auto settings_not_found = kalorfix::cp866(U"Файл %s не найден. Все установки по умолчанию\n\r");
+constexpr auto settings_not_found = kalorfix::cp866(U"Файл %s%s не найден. Все установки по умолчанию\n\r");
 
 // The settings file stays open between two calls of Init: one file and its index, replaced by the next Init and closed
 // when the library is unloaded.
@@ -64,13 +62,7 @@ std::int32_t stamped_seconds(int descriptor) {
 
 int Init(void) {
     if (Is_already_init != 0) return 1;
-    int done = 0;
-    try {
-        done = InitMisc(0);
-    } catch (const std::bad_alloc&) {
-        done = 0;
-    }
-    if (done == 0) {
+    if (InitMisc(0) == 0) {
         std::fwrite(cannot_initialise.data(), 1, cannot_initialise.size() - 1, stderr);
         return 0;
     }
@@ -107,7 +99,7 @@ int ReadSOIni() {
     settings.file.SetMode(read_text);
     if (!fits || settings.file.Open() != 0) {
         // The whole path, also where it is too long to be opened.
-        std::printf(settings_not_found.data(), (std::string(SRV_Path.SETTINGS) + file_name).c_str());
+        std::printf(settings_not_found.data(), SRV_Path.SETTINGS ? SRV_Path.SETTINGS : "", file_name);
         return 1;
     }
     settings.file.CfgGet("TORNOL", nullptr, nullptr, "Num_gas_trub", Num_gas_trub);
@@ -129,8 +121,7 @@ int InitProstoyTime() {
     if (!kalorfix::join_path(path.data(), path.size(), SRV_Path.PATHDB, "/dat/timewait.dat")) return 1;
     // Not blocking: were the name a pipe, the controller would wait for ever. Only a regular file holds a stamp.
     const Descriptor file(open(path.data(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    struct stat about {};
-    if (file.number < 0 || fstat(file.number, &about) != 0 || !S_ISREG(about.st_mode)) return 1;
+    if (file.number < 0 || !kalorfix::is_regular(file.number)) return 1;
 
     const std::int32_t stored = stamped_seconds(file.number);
     timeval now{};

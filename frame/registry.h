@@ -1,8 +1,9 @@
 // The registries: one calculator for each channel number and medium, made on first use.
 #pragma once
 
+#include <array>
 #include <memory>
-#include <vector>
+#include <new>
 
 #include "kalorfix.h"
 
@@ -13,18 +14,23 @@ template <class T>
 class LocVect {
 public:
     /// The calculator of a channel, made together with all lower ones that are still missing; null for a
-    /// channel outside 1..20000. Throws std::bad_alloc when memory is short.
+    /// channel outside 1..20000, and when memory is short.
     T* GetVar(int index) {
         if (index < 1 || index > max_channel) return nullptr;
         const auto wanted = static_cast<std::size_t>(index);
-        while (objects_.size() < wanted) objects_.push_back(std::make_unique<T>());
+        for (; size_ < wanted; ++size_) {
+            objects_[size_].reset(new (std::nothrow) T);
+            if (!objects_[size_]) return nullptr;
+        }
         return objects_[wanted - 1].get();
     }
 
-    [[nodiscard]] std::size_t size() const { return objects_.size(); }
+    [[nodiscard]] std::size_t size() const { return size_; }
 
 private:
-    std::vector<std::unique_ptr<T>> objects_;
+    // All slots at once: untouched, they are pages of zeros that take no memory.
+    std::array<std::unique_ptr<T>, max_channel> objects_;
+    std::size_t size_ = 0;
 };
 
 namespace kalorfix::frame {

@@ -85,7 +85,7 @@ public:
     /// Frees the index and closes the file: 0 done, 255 fclose failed, 254 no file was open.
     unsigned char Close();
 
-    /// Builds the index: 0 done, 1 no open file, 2 malformed header.
+    /// Builds the index: 0 done, 1 no open file, 2 malformed header or no memory: the sections before it can be used.
     int CreatTableSection();
 
     /// Frees the index, leaves the file open. Returns 0.

@@ -6,6 +6,9 @@
 
 namespace kalorfix {
 
+// Not defined: a text that would call it does not compile.
+char no_such_character_in_the_code_page();
+
 /// The byte of code page 866 for a character: ASCII and the Russian letters.
 consteval char cp866_byte(char32_t character) {
     if (character < 0x80) return static_cast<char>(character);
@@ -13,7 +16,7 @@ consteval char cp866_byte(char32_t character) {
     if (character >= U'р' && character <= U'я') return static_cast<char>(0xE0 + (character - U'р'));
     if (character == U'Ё') return static_cast<char>(0xF0);
     if (character == U'ё') return static_cast<char>(0xF1);
-    throw "no such character in the messages' code page";
+    return no_such_character_in_the_code_page();
 }
 
 /// A text of N - 1 characters as bytes of code page 866, with the terminating zero.

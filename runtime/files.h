@@ -11,6 +11,9 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
+/// Whether an open descriptor is a regular file.
+[[nodiscard]] bool is_regular(int descriptor);
+
 /// fopen for regular files, existing or to be made. A directory, a pipe or a device gives null: none of them holds
 /// settings or tables, and a pipe would make the controller wait.
 [[nodiscard]] File open_regular(const char* name, const char* mode);

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 #include <string_view>
 
 #include "kalorfix_runtime.h"
@@ -115,7 +116,8 @@ int IniFile::CreatTableSection() {
             inside = c == '[';
             length = 0;
         } else if (c == ']') {
-            auto* const record = new IniSection{};
+            auto* const record = new (std::nothrow) IniSection{};
+            if (!record) return 2;
             std::memcpy(record->text, header.data(), length);
             std::fgetpos(file_, &record->position);
             record->line = line;

@@ -1,11 +1,21 @@
 #include "runtime/ini_text.h"
 
+#include <locale.h>
+#include <stdlib.h>
+
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 #include <limits>
 
+#include "runtime/float_environment.h"
+
 namespace kalorfix::ini {
+
+namespace {
+
+// The C library's own "C" locale: nothing is allocated, nothing can fail.
+const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+
+}  // namespace
 
 int skip_comment(std::FILE* file) {
     int c = 0;
@@ -33,7 +43,7 @@ Words split_header(std::string_view header) {
             begin = k;
             in_word = true;
         } else if (space && in_word) {
-            words.word[count++] = header.substr(begin, k - begin);
+            words.word[count++] = {header.data() + begin, k - begin};
             in_word = false;
             if (count == words.word.size()) {
                 words.too_many = true;
@@ -41,7 +51,7 @@ Words split_header(std::string_view header) {
             }
         }
     }
-    if (in_word) words.word[count] = header.substr(begin);
+    if (in_word) words.word[count] = {header.data() + begin, header.size() - begin};
     return words;
 }
 
@@ -58,17 +68,9 @@ std::int32_t parse_integer(std::string_view text) {
     return static_cast<std::int32_t>(std::clamp(negative ? -value : value, lowest, highest));
 }
 
-double parse_number(std::string_view text) {
-    double value = 0.0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    if (error == std::errc::result_out_of_range) {
-        // Some 300 digits before the point overflow, as many zeros behind it underflow.
-        const std::size_t first = text.find_first_of("123456789");
-        if (first > text.find('.')) return 0.0;
-        value = text.front() == '-' ? -HUGE_VAL : HUGE_VAL;
-    }
-    return value;
+double parse_number(const char* text) {
+    const FloatEnvironment guard;
+    return strtod_l(text, nullptr, c_locale);
 }
 
 void read_number_text(std::FILE* file, bool point, Buffer<999>& text) {

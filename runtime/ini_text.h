@@ -25,6 +25,10 @@ class Buffer {
 public:
     [[nodiscard]] bool full() const { return length_ == limit; }
     [[nodiscard]] std::string_view text() const { return {bytes_.data(), length_}; }
+    [[nodiscard]] const char* zero_terminated() {
+        bytes_[length_] = '\0';
+        return bytes_.data();
+    }
     void clear() { length_ = 0; }
     void append(int c) {
         if (!full()) bytes_[length_++] = static_cast<char>(static_cast<unsigned char>(c));
@@ -34,7 +38,7 @@ public:
     }
 
 private:
-    std::array<char, limit> bytes_;
+    std::array<char, limit + 1> bytes_;
     std::size_t length_ = 0;
 };
 
@@ -55,8 +59,9 @@ struct Words {
 /// there is none.
 [[nodiscard]] std::int32_t parse_integer(std::string_view text);
 
-/// A decimal number at the start of the text as strtod reads it in the C locale, 0 when there is none.
-[[nodiscard]] double parse_number(std::string_view text);
+/// A decimal number at the start of the text as strtod reads it in the C locale and rounding to nearest, whatever the
+/// host's locale and rounding are; 0 when there is none.
+[[nodiscard]] double parse_number(const char* text);
 
 /// Reads the number characters of a value: digits, "-", and "." when `point`; spaces are dropped.
 void read_number_text(std::FILE* file, bool point, Buffer<999>& text);

@@ -63,7 +63,7 @@ int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, cha
     if (missing != 0) return missing;
     ini::Buffer<999> text;
     ini::read_number_text(file_, true, text);
-    result = static_cast<float>(ini::parse_number(text.text()));
+    result = static_cast<float>(ini::parse_number(text.zero_terminated()));
     return 0;
 }
 
@@ -120,7 +120,10 @@ int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2,
     const std::string_view whole = text.text();
     const std::size_t equals = whole.find('=');
     const bool is_key = equals != std::string_view::npos;
-    if (key) ini::copy_text(is_key ? ini::trimmed(whole.substr(0, equals)) : std::string_view(), key);
-    if (value) ini::copy_text(is_key ? ini::trimmed(whole.substr(equals + 1)) : std::string_view(), value);
+    if (key) ini::copy_text(is_key ? ini::trimmed({whole.data(), equals}) : std::string_view(), key);
+    if (value)
+        ini::copy_text(
+            is_key ? ini::trimmed({whole.data() + equals + 1, whole.size() - equals - 1}) : std::string_view(),
+            value);
     return 0;
 }

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Compares what the library exports with the list, and what it needs with libc and libm.
+# Compares what the library exports with the list, and what it needs with libc and libm of the stated age.
 set -eu
 nm=$1 library=$2 list=$3 readelf=$4 compiler=$5
 work=$(mktemp -d)
@@ -23,4 +23,21 @@ if grep NEEDED "$work/dynamic" | grep -vE '\[(libc\.so\.6|libm\.so\.6|ld-linux[^
     exit 1
 fi
 grep -qE 'BIND_NOW|\(FLAGS_1\).*NOW' "$work/dynamic" || { echo "not bound at load"; exit 1; }
-echo "$(wc -l <"$work/wanted") exports as listed; libc and libm only"
+# Symbols of glibc since its first version for the machine; on x86-64 memcpy has no older one than 2.14.
+"$nm" -D --undefined-only "$library" | awk '$1 == "U" { print $2 }' >"$work/needed"
+if grep -v '@GLIBC_' "$work/needed"; then
+    echo "needs a symbol that libc and libm do not have"
+    exit 1
+fi
+newest=$(sed 's/.*@GLIBC_//' "$work/needed" | sort -V | tail -n 1)
+case $("$readelf" -h "$library") in
+*X86-64*) bound=2.14 ;;
+*ARM*) bound=2.4 ;;
+*) bound=2.29 ;;
+esac
+if [ "$(printf '%s\n' "$newest" "$bound" | sort -V | tail -n 1)" != "$bound" ]; then
+    echo "needs glibc $newest, newer than $bound:"
+    grep "@GLIBC_$newest" "$work/needed"
+    exit 1
+fi
+echo "$(wc -l <"$work/wanted") exports as listed; libc and libm only, glibc $newest or newer"
