@@ -1,6 +1,4 @@
 # 32-bit ARM with hardware floating point, by Debian's cross compiler; programs run under qemu-user.
-set(CMAKE_SYSTEM_NAME Linux)
-set(CMAKE_SYSTEM_PROCESSOR arm)
-set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
-set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L /usr/arm-linux-gnueabihf)
+set(_triplet arm-linux-gnueabihf)
+set(_architecture armhf)
+include("${CMAKE_CURRENT_LIST_DIR}/arm.cmake")
