@@ -5,7 +5,7 @@ execute_process(
   OUTPUT_STRIP_TRAILING_WHITESPACE)
 # Those that bear on the numbers; paths would tell one build directory from another.
 string(TOUPPER "${CMAKE_BUILD_TYPE}" _build)
-string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*" "" KALORFIX_FLAGS
+string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*|-isystem [^ ]*" "" KALORFIX_FLAGS
                      "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${_build}} -ffp-contract=off -fno-math-errno")
 if(KALORFIX_UNSIGNED_CHAR)
   string(APPEND KALORFIX_FLAGS " -funsigned-char")

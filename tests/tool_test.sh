@@ -1,8 +1,9 @@
 #!/bin/sh
-# The command-line tool as a person meets it: good input, bad input, exit statuses.
+# The command-line tool as a person meets it: good input, bad input, exit statuses:
+# tool_test.sh TOOL BUILD_DIRECTORY
 set -u
 tool=$1
-data=$(dirname "$1")/gas.dat
+data=$2/gas.dat
 failures=0
 out=$(mktemp)
 err=$(mktemp)

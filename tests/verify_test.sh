@@ -1,9 +1,9 @@
 #!/bin/sh
-# The verification report and the drawings: verify_test.sh TOOL CASES CHECK
+# The verification report and the drawings: verify_test.sh TOOL BUILD_DIRECTORY CASES CHECK
 set -u
-tool=$1 cases=$2 check=$3
-library=$(dirname "$tool")/kalorfix.so
-data=$(dirname "$tool")/gas.dat
+tool=$1 cases=$3 check=$4
+library=$2/kalorfix.so
+data=$2/gas.dat
 failures=0
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

@@ -6,23 +6,30 @@
 
 #include <atomic>
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
-constexpr clock_t stopped = -1;
-std::atomic<clock_t> simulated{stopped};
+std::atomic<bool> simulating{false};
+std::atomic<clock_t> simulated{0};
+
+// The counter of a 32-bit machine on every machine: it wraps, and never shows -1, which times() returns for a failure.
+clock_t counter(double ticks) {
+    const auto wrapped =
+        static_cast<std::int32_t>(static_cast<std::uint32_t>(static_cast<std::int64_t>(ticks)));
+    return wrapped == -1 ? -2 : wrapped;
+}
 
 }  // namespace
 
 // Exported by this program, so the library's calls come here.
 extern "C" clock_t times(struct tms* buffer) noexcept {
-    const clock_t now = simulated.load();
-    if (now == stopped) {
+    if (!simulating) {
         static const auto real = reinterpret_cast<clock_t (*)(struct tms*)>(dlsym(RTLD_NEXT, "times"));
         return real(buffer);
     }
     if (buffer) *buffer = {};
-    return now;
+    return simulated;
 }
 
 namespace kalorfix::tool {
@@ -31,11 +38,12 @@ SimulatedClock::SimulatedClock() : rate_(static_cast<double>(sysconf(_SC_CLK_TCK
     advance(0.0);
 }
 
-SimulatedClock::~SimulatedClock() { simulated = stopped; }
+SimulatedClock::~SimulatedClock() { simulating = false; }
 
 void SimulatedClock::advance(double seconds) {
     ticks_ += seconds * rate_;
-    simulated = static_cast<clock_t>(std::floor(ticks_));
+    simulated = counter(std::floor(ticks_));
+    simulating = true;
 }
 
 void SimulatedClock::set(double seconds) {
