@@ -92,7 +92,7 @@ list(JOIN _exports ";\n    " _exports)
 file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports};\n  local:\n    *;\n};\n")
 
 add_library(kalorfix SHARED)
-target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/allocation.cpp)
+target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects>)
 target_include_directories(kalorfix INTERFACE "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix PRIVATE kalorfix_options m)
 set_target_properties(
@@ -111,5 +111,4 @@ target_link_options(
 if(NOT KALORFIX_SANITIZE)
   # A controller's system may be older than the compiler's libraries: bring them along.
   target_link_options(kalorfix PRIVATE "-Wl,-z,defs" -static-libstdc++ -static-libgcc)
-  target_compile_definitions(kalorfix PRIVATE KALORFIX_OWN_CXX_RUNTIME)
 endif()

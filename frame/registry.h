@@ -2,10 +2,9 @@
 #pragma once
 
 #include <array>
-#include <memory>
-#include <new>
 
 #include "kalorfix.h"
+#include "runtime/owned.h"
 
 inline constexpr int max_channel = 20000;
 
@@ -19,7 +18,7 @@ public:
         if (index < 1 || index > max_channel) return nullptr;
         const auto wanted = static_cast<std::size_t>(index);
         for (; size_ < wanted; ++size_) {
-            objects_[size_].reset(new (std::nothrow) T);
+            objects_[size_] = kalorfix::make_owned<T>();
             if (!objects_[size_]) return nullptr;
         }
         return objects_[wanted - 1].get();
@@ -29,7 +28,7 @@ public:
 
 private:
     // All slots at once: untouched, they are pages of zeros that take no memory.
-    std::array<std::unique_ptr<T>, max_channel> objects_;
+    std::array<kalorfix::Owned<T>, max_channel> objects_;
     std::size_t size_ = 0;
 };
 

@@ -2,7 +2,6 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <string_view>
 
 #include "kalorfix_runtime.h"
@@ -116,7 +115,7 @@ int IniFile::CreatTableSection() {
             inside = c == '[';
             length = 0;
         } else if (c == ']') {
-            auto* const record = new (std::nothrow) IniSection{};
+            auto* const record = static_cast<IniSection*>(std::calloc(1, sizeof(IniSection)));
             if (!record) return 2;
             std::memcpy(record->text, header.data(), length);
             std::fgetpos(file_, &record->position);
@@ -135,7 +134,7 @@ int IniFile::CreatTableSection() {
 int IniFile::DeleteTableSection() {
     for (current_ = first_; current_; current_ = previous_) {
         previous_ = current_->next;
-        delete current_;
+        std::free(current_);
     }
     first_ = nullptr;
     previous_ = nullptr;

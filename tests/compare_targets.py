@@ -34,7 +34,7 @@ def output(tool: Path, arguments: list[str], csv: bool) -> list[str]:
     with tempfile.TemporaryDirectory() as directory:
         result = f"{directory}/values.csv"
         run = subprocess.run([tool, *arguments, *(["--csv", result] if csv else [])], capture_output=True, text=True)
-        if run.returncode not in (0, 1) or (run.returncode == 1 and arguments[0] != "gas"):
+        if run.returncode not in (0, 1):  # 1: states were refused, or values not met
             sys.exit(f"{tool} {' '.join(arguments)}: exit status {run.returncode}\n{run.stderr}")
         return (Path(result).read_text() if csv else run.stdout).splitlines()
 
