@@ -21,3 +21,11 @@ need_packages() {
     # shellcheck disable=SC2086
     $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
 }
+
+# Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in
+# build/root/armhf, where the toolchain looks for them.
+need_arm_packages() {
+    need_packages g++-arm-linux-gnueabihf qemu-user apt
+    sh cmake/debian_root.sh armhf build/root/armhf \
+        libcli11-dev libfmt-dev libfmt9 libssl-dev libssl3 libgtest-dev libc6 libgcc-s1 libstdc++6
+}
