@@ -3,10 +3,10 @@
 #include <sys/stat.h>
 
 // glibc has stat and fstat as symbols only since 2.33; their forerunners, told which struct stat is meant, serve every
-// version.
+// version. They know the classic struct, not the one with 64-bit offsets and times of a 32-bit machine.
 #if defined(__GLIBC__) && defined(__x86_64__)
 #define KALORFIX_STAT_VERSION 1
-#elif defined(__GLIBC__) && defined(__arm__)
+#elif defined(__GLIBC__) && defined(__arm__) && !defined(__USE_FILE_OFFSET64)
 #define KALORFIX_STAT_VERSION 3
 #endif
 
