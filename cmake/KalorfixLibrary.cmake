@@ -92,7 +92,7 @@ list(JOIN _exports ";\n    " _exports)
 file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports};\n  local:\n    *;\n};\n")
 
 add_library(kalorfix SHARED)
-target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects>)
+target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/pure_virtual.cpp)
 target_include_directories(kalorfix INTERFACE "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix PRIVATE kalorfix_options m)
 set_target_properties(
