@@ -1,0 +1,74 @@
+#!/bin/sh
+# A host's loop run and restarted: registers go on where they stood, the downtime is filled in once, refusals keep what there
+# is, damaged registers are not taken for zeros.
+# Usage: host_loop_test.sh PROGRAM LIBRARY SYSTEM_DIRECTORY
+set -u
+program=$1
+library=$2
+system=$3
+data=$(mktemp -d)
+trap 'rm -rf "$data"' EXIT
+failed=0
+fail() {
+    echo "FAILED: $*"
+    failed=1
+}
+
+# run NAME CYCLES: results in NAME, with the message about the settings file left out.
+run() {
+    "$program" "$library" "$system" "$data" "$2" 20 >"$data/$1.all" || fail "exit status $? of run $1"
+    LC_ALL=C grep -av 'tornkntr.ini' "$data/$1.all" | tr -d '\r' >"$data/$1"
+    cat "$data/$1"
+}
+begin() { head -n 1 "$data/$1" | sed 's/^[^:]*: //'; }
+end() { tail -n 1 "$data/$1" | sed 's/^[^:]*: //'; }
+# numbers LINE: the four of them.
+numbers() { echo "$1" | awk '{ for (i = 1; i <= NF; ++i) if ($i ~ /^[0-9][0-9.e+-]*$/) printf "%s ", $i }'; }
+# grown OLD NEW: each number of NEW is above that of OLD.
+grown() {
+    echo "$(numbers "$1") $(numbers "$2")" | awk '{ for (i = 1; i <= 4; ++i) if (!($(i + 4) > $i)) exit 1; exit NF != 8 }'
+}
+# stamp SECONDS: little-endian, 12 bytes.
+stamp() {
+    s=$1
+    for _ in 1 2 3 4; do
+        # shellcheck disable=SC2059
+        printf "\\$(printf %03o $((s & 255)))"
+        s=$((s >> 8))
+    done
+    printf '\0\0\0\0\0\0\0\0'
+}
+
+run first 12
+head -n 1 "$data/first" | grep -q '^new registers: gas 0 m3, hour 0 s; steam 0 t, hour 0 s$' || fail "new registers are zero"
+grep -q '^cycle 3: steam refused at state$' "$data/first" || fail "the broken transmitter is not refused"
+grep -q 'gas refused' "$data/first" && fail "the gas channel is refused"
+grown "$(begin first)" "$(end first)" || fail "nothing was totalled"
+[ "$(od -A n -t x1 "$data/dat/timewait.dat" | wc -w)" -eq 12 ] || fail "the stamp is not 12 bytes"
+
+run second 12
+head -n 1 "$data/second" | grep -q '^registers go on: ' || fail "the second run does not find the registers"
+[ "$(begin second)" = "$(end first)" ] || fail "the second run begins elsewhere than the first ended"
+grown "$(end first)" "$(end second)" || fail "the registers do not go on"
+
+# An hour down: 50 t/h of steam and 150000 m3/h of gas for 60 minutes or a little more, once.
+stamp $(($(date +%s) - 3600)) >"$data/dat/timewait.dat"
+run third 12
+[ "$(begin third)" = "$(end second)" ] || fail "the third run begins elsewhere than the second ended"
+[ "$(grep -c ' minutes of downtime$' "$data/third")" -eq 7 ] || fail "each integrator fills the downtime in once"
+echo "$(numbers "$(end second)") $(numbers "$(end third)")" | awk '{ gas = $5 - $1; steam = $7 - $3
+    exit !(gas > 150000 && gas < 160000 && steam > 50 && steam < 54 && $6 - $2 > 60) }' || fail "downtime of an hour"
+
+# No stamp: it is made before the library reads it, so that nothing is counted from 1970.
+rm "$data/dat/timewait.dat"
+run fourth 3
+grep -q ' for [0-9]*[1-9][0-9]*\.[0-9]* minutes' "$data/fourth" && fail "a downtime without a stamp"
+
+# Half a line: the loop does not begin with zeros.
+head -c 20 "$data/registers.txt" >"$data/half" && cp "$data/half" "$data/registers.txt"
+"$program" "$library" "$system" "$data" 3 20 >"$data/out" 2>"$data/err" && fail "damaged registers are accepted"
+grep -q 'registers cannot be read' "$data/err" || fail "no word about damaged registers"
+cmp -s "$data/half" "$data/registers.txt" || fail "damaged registers are overwritten"
+
+[ "$failed" -eq 0 ] && echo "all as it should be"
+exit "$failed"
