@@ -21,7 +21,7 @@ double advance(double total, double increment) {
 }
 
 Interval carry_on(const Interval& interval, const Step& step, double length_s) {
-    // A running interval is never handed out with time 0, which means "not started".
+    // Handed out in place of 0, which means "not started".
     const double just_started_s = 0.1 * step.tick_s;
     if (interval.time_s == 0.0) return {just_started_s, step.total, 0.0};
 

@@ -44,7 +44,7 @@ float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
     const aga8::DensityTerms density_terms(terms, coefficients);
     const double linear = std::accumulate(coefficients.begin() + aga8::first_density_term,
                                           coefficients.begin() + aga8::virial_terms, 0.0);
-    const aga8::Equation equation{static_cast<double>(R) * temperature,
+    const aga8::Equation equation{static_cast<double>(gas::molar_gas_constant) * temperature,
                                   aga8::second_virial(temperature, terms, factors), linear, mixture.size_cubed,
                                   density_terms};
     const aga8::MolarDensity found = aga8::molar_density(equation, static_cast<double>(p_MPa));

@@ -15,6 +15,9 @@ inline constexpr std::size_t carbon_dioxide = 11;
 /// Carbon atoms of each component; 0 for those that are no hydrocarbons.
 inline constexpr std::array<short, component_count> carbon_number{1, 2, 3, 4, 4, 5, 5, 6, 7, 8, 0, 0, 0, 0, 0};
 
+/// Molar gas constant, kJ/(kmol K); the exported R is a copy of it.
+inline constexpr float molar_gas_constant = 8.31451F;
+
 /// Standard conditions: 293.15 K and 0.101325 MPa.
 inline constexpr double standard_temperature_K = 293.15;
 inline constexpr double standard_pressure_MPa = 0.101325;

@@ -1,4 +1,5 @@
 // The module state of the gas methods: its one definition.
+#include "gas/composition.h"
 #include "gas/gas_data.h"
 #include "kalorfix_gas.h"
 
@@ -28,7 +29,7 @@ float qmi, qoi, qci;
 
 const float Tc = 293.15F;
 const float Pc = 0.101325F;
-const float R = 8.31451F;
+const float R = kalorfix::gas::molar_gas_constant;
 
 namespace kalorfix::gas {
 

@@ -28,7 +28,8 @@ float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
     std::copy(folded.begin(), folded.end(), Tmp_Xi);
 
     const vnic::Tables tables{V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl};
-    const vnic::PseudoCritical critical = vnic::pseudo_critical(folded, tables, static_cast<double>(R));
+    const vnic::PseudoCritical critical =
+        vnic::pseudo_critical(folded, tables, static_cast<double>(gas::molar_gas_constant));
     FP = critical.acentric;
     Tnk = critical.temperature;
     Pnk = critical.pressure;
@@ -36,7 +37,7 @@ float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
     vnic::equation_coefficients(tables, critical.acentric, Ckl);
 
     const vnic::Isotherm isotherm = vnic::isotherm(Ckl, static_cast<double>(Tn));
-    const double RT = static_cast<double>(R) * static_cast<double>(T_K);
+    const double RT = static_cast<double>(gas::molar_gas_constant) * static_cast<double>(T_K);
     const vnic::MolarDensity found = vnic::molar_density(isotherm, critical, RT, static_cast<double>(p_MPa));
     if (!found.converged) status = 1;
     const double reduced = found.rho_kmol_m3 / critical.density;
