@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "flow/equation.h"
+#include "flow/fixed_point.h"
 #include "kalorfix.h"
 
 namespace flow = kalorfix::flow;
@@ -13,29 +14,22 @@ constexpr double kg_per_t = 1000.0;
 constexpr double t_per_kg = 0.001;
 constexpr double to_thousands = 0.001;
 
-constexpr int max_passes = 100;
 constexpr unsigned short liquid_water = 1;
-
-// Relative change of the flow at which the iteration ends.
-double tolerance(unsigned char metering_class) { return metering_class == 1 ? 1e-5 : 1e-3; }
 
 flow::Device device_of(const cCommon2005& calculator) {
     return static_cast<flow::Device>(calculator.device_type);
 }
 
-// Solves the flow equation of a standard device by fixed-point iteration. Venturi tubes have steps in C
-// between which some flows alternate for ever, hence the cap. Leaves the outcome in `valid`.
+// Solves the flow equation of a standard device. Leaves the outcome in `valid`.
 void solve_standard(cCommon2005& c, double dp, double rho) {
     if (c.Countepsilon(dp) != 1) return;
-    double q_prev = 0.0;
-    for (int pass = 0; pass < max_passes; ++pass) {
-        if (c.Countq_mReCK_sh(pass, dp, rho, q_prev) != 1) return;
-        const double change = std::fabs(c.q_m - q_prev) / c.q_m;
-        if (!std::isfinite(change)) break;
-        if (pass >= 1 && change < tolerance(c.metering_class)) return;
-        q_prev = c.q_m;
-    }
-    c.valid = 0;
+    const flow::FixedPoint end =
+        flow::fixed_point(flow::tolerance(c.metering_class), [&](int pass, double q_prev, double& q_m) {
+            const bool accepted = c.Countq_mReCK_sh(pass, dp, rho, q_prev) == 1;
+            q_m = c.q_m;
+            return accepted;
+        });
+    if (!end.converged) c.valid = 0;
 }
 
 // From the solved mass flow (or the meter's reading) to t/h and m3/h.

@@ -131,11 +131,11 @@ MolarDensity iterate(const Equation& e, double p_MPa, int max_steps) {
             (pressure - e.RT * Z * rho) / (e.RT * (1.0 + 2.0 * linear + sums.S + r * sums.derivative));
         rho += delta;
         const double relative = std::fabs(delta / rho);
-        if (!std::isfinite(relative)) return {rho, false};
+        if (!std::isfinite(relative)) return {rho, false, step + 1};
         // Far below zero the exponentials explode and every step looks small; no K follows from such a Z.
-        if (relative <= tolerance) return {rho, std::isfinite(static_cast<float>(Z))};
+        if (relative <= tolerance) return {rho, std::isfinite(static_cast<float>(Z)), step + 1};
     }
-    return {rho, false};
+    return {rho, false, max_steps};
 }
 
 }  // namespace
@@ -144,7 +144,10 @@ MolarDensity molar_density(const Equation& e, double p_MPa) {
     constexpr int prescribed_steps = 100;
     constexpr int exact_steps = 50;
     const MolarDensity prescribed = iterate<Derivative::prescribed>(e, p_MPa, prescribed_steps);
-    return prescribed.converged ? prescribed : iterate<Derivative::exact>(e, p_MPa, exact_steps);
+    if (prescribed.converged) return prescribed;
+    MolarDensity exact = iterate<Derivative::exact>(e, p_MPa, exact_steps);
+    exact.steps += prescribed.steps;
+    return exact;
 }
 
 }  // namespace kalorfix::gas::aga8

@@ -69,6 +69,7 @@ struct Equation {
 struct MolarDensity {
     double rho_kmol_m3;
     bool converged;
+    int steps;
 };
 
 /// Molar density at T (K) and p (MPa). The prescribed Newton iteration with its own correction term comes first, since for

@@ -105,10 +105,10 @@ MolarDensity molar_density(const Isotherm& isotherm, const PseudoCritical& criti
         const double delta = (1000.0 * p_MPa - sums.Z * RT * rho) / (RT * (1.0 + sums.derivative));
         rho += delta;
         const double relative = std::fabs(delta / rho);
-        if (!std::isfinite(relative)) return {rho, false};
-        if (relative <= tolerance) return {rho, true};
+        if (!std::isfinite(relative)) return {rho, false, step + 1};
+        if (relative <= tolerance) return {rho, true, step + 1};
     }
-    return {rho, false};
+    return {rho, false, max_steps};
 }
 
 }  // namespace kalorfix::gas::vnic

@@ -61,6 +61,7 @@ using Isotherm = std::array<double, density_powers>;
 struct MolarDensity {
     double rho_kmol_m3;
     bool converged;
+    int steps;
 };
 
 /// Molar density at RT (kJ/kmol) and p (MPa) by Newton's method, at most 100 steps.

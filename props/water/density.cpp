@@ -2,8 +2,15 @@
 
 #include <cmath>
 
+#include "props/water/saturation.h"
+
 namespace kalorfix::water {
 namespace {
+
+// Reduced density of the ideal gas, and so the left-hand side p / (rho_c R T) of the density equation.
+double ideal_density(double p_MPa, double theta) {
+    return ideal_reduced_density * (p_MPa / critical_pressure_MPa) / theta;
+}
 
 constexpr double newton_tolerance = 1e-6;
 
@@ -53,6 +60,25 @@ bool bracket(const ResidualAt& residual, const DensityProblem& problem, DensityR
 }
 
 }  // namespace
+
+DensityProblem single_phase_problem(double T_K, double p_MPa) {
+    const double theta = T_K / critical_temperature_K;
+    const double pi = p_MPa / critical_pressure_MPa;
+    const double target = ideal_density(p_MPa, theta);
+    if (theta < 1.0) {
+        constexpr double liquid_start = 3.2;
+        if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa) return {target, liquid_start};
+        return {target, target};
+    }
+    const double start = pi < 1.05 ? target : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
+    return {target, start};
+}
+
+DensityProblem saturated_vapour_problem(double T_K) {
+    const double theta = T_K / critical_temperature_K;
+    const double start = saturated_vapour_density_kgm3(T_K) / critical_density_kgm3;
+    return {ideal_density(saturation_pressure_MPa(T_K), theta), start};
+}
 
 DensityRoot solve_density(const ResidualAt& residual, const DensityProblem& problem) {
     DensityRoot root{0.0, 0, false, false};

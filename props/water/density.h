@@ -10,6 +10,12 @@ struct DensityProblem {
     double start;   ///< start value of the reduced density; below T_c it selects the liquid or the vapour root
 };
 
+/// Single phase at T and p: at and above the saturation pressure the liquid root, below it the vapour's.
+[[nodiscard]] DensityProblem single_phase_problem(double T_K, double p_MPa);
+
+/// Saturated vapour at T, from the auxiliary equation of its density.
+[[nodiscard]] DensityProblem saturated_vapour_problem(double T_K);
+
 struct DensityRoot {
     double delta;
     int steps;       ///< evaluations of the equation, Newton and bracketing together

@@ -11,30 +11,6 @@ namespace {
 
 bool temperature_in_range(double T_K) { return min_temperature_K <= T_K && T_K <= max_temperature_K; }
 
-// Reduced density of the ideal gas, and so the left-hand side p / (rho_c R T) of the density equation.
-double ideal_density(double p_MPa, double theta) {
-    return ideal_reduced_density * (p_MPa / critical_pressure_MPa) / theta;
-}
-
-DensityProblem single_phase_problem(double T_K, double p_MPa) {
-    const double theta = T_K / critical_temperature_K;
-    const double pi = p_MPa / critical_pressure_MPa;
-    const double target = ideal_density(p_MPa, theta);
-    if (theta < 1.0) {
-        constexpr double liquid_start = 3.2;
-        if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa) return {target, liquid_start};
-        return {target, target};
-    }
-    const double start = pi < 1.05 ? target : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
-    return {target, start};
-}
-
-DensityProblem saturated_vapour_problem(double T_K) {
-    const double theta = T_K / critical_temperature_K;
-    const double start = saturated_vapour_density_kgm3(T_K) / critical_density_kgm3;
-    return {ideal_density(saturation_pressure_MPa(T_K), theta), start};
-}
-
 // Everything that follows from the temperature and the reduced density (IAPWS R6-95(2018), table 3).
 Properties properties_at(double T_K, const ResidualAt& residual, double delta) {
     constexpr double R = gas_constant_kJ_kgK;

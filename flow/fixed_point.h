@@ -1,0 +1,39 @@
+// The iteration of the flow equation, apart from what is iterated.
+#pragma once
+
+#include <cmath>
+
+namespace kalorfix::flow {
+
+/// Venturi tubes have steps in C between which some flows alternate for ever, hence the cap.
+inline constexpr int max_passes = 100;
+
+/// Relative change of the flow at which the iteration ends: class 1 is solved more closely.
+[[nodiscard]] constexpr double tolerance(unsigned char metering_class) {
+    return metering_class == 1 ? 1e-5 : 1e-3;
+}
+
+struct FixedPoint {
+    int passes;      ///< passes made
+    bool refused;    ///< a pass was refused
+    bool converged;  ///< two passes agree
+};
+
+/// Repeats `pass(number, previous flow, flow)`, which gives false to refuse, until the relative change of the flow is below
+/// the tolerance. The first pass has no flow to start from and ends nothing; a change that is not finite ends without
+/// convergence.
+template <class Pass>
+[[nodiscard]] FixedPoint fixed_point(double tolerance, Pass&& pass) {
+    double previous = 0.0;
+    for (int number = 0; number < max_passes; ++number) {
+        double flow = 0.0;
+        if (!pass(number, previous, flow)) return {number + 1, true, false};
+        const double change = std::fabs(flow - previous) / flow;
+        if (!std::isfinite(change)) return {number + 1, false, false};
+        if (number >= 1 && change < tolerance) return {number + 1, false, true};
+        previous = flow;
+    }
+    return {max_passes, false, false};
+}
+
+}  // namespace kalorfix::flow
