@@ -43,7 +43,7 @@ Found search(std::size_t dimensions, unsigned seed, int samples, int climbs, Ste
     for (int n = 0; n < climbs; ++n) {
         point = found.at;
         const double reach = std::pow(10.0, -15.0 * unit(random));
-        const std::size_t only = random() % (dimensions + 1);
+        const auto only = static_cast<std::size_t>(random() % (dimensions + 1));
         for (std::size_t k = 0; k < dimensions; ++k)
             if (only == dimensions || only == k)
                 point[k] = std::clamp(point[k] + reach * (2.0 * unit(random) - 1.0), 0.0, 1.0);
