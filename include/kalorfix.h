@@ -46,7 +46,7 @@ KALORFIX_API extern short Num_gas_trub;
 /* Stores the pipeline constants of a gas (mg_) or heat-carrier (mt_) channel.
  *
  *   metering_class  0 or 1. 1 solves the flow to 1e-5 instead of 1e-3 and freezes the configuration: later
- *                   calls report 1 and change nothing
+ *                   calls with arguments in range report 1, and none changes anything
  *   device_type     1 orifice plate with corner tappings, 2 with D and D/2 tappings, 3 with flange tappings;
  *                   4 ISA 1932 nozzle, 5 long-radius nozzle, 6 Venturi nozzle; 7, 8, 9 Venturi tube with
  *                   as-cast, machined, rough-welded convergent; 10..18 averaging devices with a linear or
@@ -59,7 +59,7 @@ KALORFIX_API extern short Num_gas_trub;
  *   r_n0_mm         initial radius of the orifice edge, mm, not negative
  *   r_n_at_end      1: edge radius at the end of the check interval; 0: its mean over the interval
  *   tau_years       interval between checks, not negative
- *   alpha_eps       flow coefficient of device 19, not negative
+ *   alpha_eps       flow coefficient of device 19, expansibility included, not negative
  *
  * Status 0: an argument outside its range; the channel stays as it was. */
 KALORFIX_API int mg_init_tr(int channel, char metering_class, short device_type, char by_material, float mat_D,
@@ -95,9 +95,10 @@ KALORFIX_API int mt_param_tr(int channel, char* status, float* D_mm, float* d_mm
  *   q_m mass flow t/h, q_v volume flow m3/h, q_c volume flow at standard conditions m3/h, q_h heat flow,
  *   K_sh roughness correction, C discharge coefficient, Re Reynolds number, epsilon expansibility
  *
- * Status 0: a step before failed; dp/p above 0.25; Re outside the device's range; a pipe too rough; no
- * convergence within 100 passes; device 22 with a heat carrier. The flows are then 0, but q_m may hold the
- * last pass's value in kg/s; the factors hold what the last pass left, 0 if it did not get there.
+ * Status 0: a step before failed; dp/p above 0.25 (devices 1..9, not water); dp 0 or negative (devices 1..18); Re
+ * outside the device's range; a pipe too rough; no convergence within 100 passes; device 22 with a heat carrier. The
+ * flows are then 0, but q_m may hold the last pass's value in kg/s, a NaN for a negative dp; the factors hold what the
+ * last pass left, 0 if it did not get there. Device 19 hands out the NaN of a negative dp with status 1.
  * Ranges: Re by device as in GOST 8.586.2..5-2005. */
 KALORFIX_API int mg_mgn_param(int channel, char calc, float dp, float rho, float rho_c, float k, char* status,
                               float* q_m, float* q_v, float* q_c, float* q_e, float* K_sh, float* C, float* Re,
@@ -115,7 +116,7 @@ KALORFIX_API extern double ProstoyTime;
  *   integrator  gas: 1 q_m, 2 q_v, 3 q_c, any other q_e; heat carrier: 1 q_m, 2 q_v, any other q_h
  *   q_ext       flow of device 23, per hour; other devices take their own
  *   total_host  the register as the host holds it: it is authoritative and replaces the library's own
- *   q_subst     flow (per hour) to fill the controller's downtime with; applied once, at the channel's first call
+ *   q_subst     flow (per hour) to fill the controller's downtime with; applied once, at the integrator's first call
  *   exp10       decimal exponent of the register: each increment is multiplied by 10^-exp10
  *
  *   total          the new register, 0..10^6; above 10^6 it wraps once

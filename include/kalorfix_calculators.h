@@ -27,8 +27,8 @@ public:
     virtual bool IsGas() = 0;
 
     /// Stores the pipeline constants (units as in mt_init_tr). Refused input leaves the object as it was.
-    /// A channel configured with class 1 keeps its first configuration: later calls return 1 and change
-    /// nothing. `first_init` receives 1 when the channel is configured for the first time, else 0.
+    /// A channel configured with class 1 keeps its first configuration: later calls with arguments in range return 1, and
+    /// none changes anything. `first_init` receives 1 when the channel is configured for the first time, else 0.
     char Init_TR(char class_code, short type_code, char material_codes, double pipe_material,
                  double device_material, double D20_mm, double d20_mm, double R_sh_mm, double r_n0_mm,
                  char radius_at_end, double interval_years, double alpha_eps_configured, char& first_init);

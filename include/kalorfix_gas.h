@@ -16,8 +16,8 @@ extern "C" {
 /* Full path of the gas data file, written by Init. */
 KALORFIX_API extern char PATH_SRAM_FOR_LOADTABL[100];
 
-/* 1 when the tables were allocated and the file was read, 0 when the loading failed or never ran. The name says the
- * opposite. */
+/* 1 when the last load allocated the tables and read the file, 0 when it failed or there was none; Done leaves it alone.
+ * The name says the opposite. */
 KALORFIX_API extern char Gas_Not_Init;
 
 /* VNIC SMV, 8 components: methane, ethane, propane, n-butane, i-butane, nitrogen, carbon dioxide, hydrogen sulphide. */
@@ -165,7 +165,8 @@ KALORFIX_API float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status);
 /// GOST 30319.2-96.
 KALORFIX_API float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status);
 
-/// Working density Rom * SM, kg/m3, also in Ro; runs PF3_4 first when the last method was another one.
+/// Working density Rom * SM, kg/m3, also in Ro; runs PF3_4 first when the last method was another one. SM is what the last
+/// PF5 left.
 KALORFIX_API float PF4_1();
 
 /// Working density from the gas state, kg/m3, and from the reading of a densitometer (kg/m3, K, MPa); also in Ro.
