@@ -1,7 +1,8 @@
-"""Judges docs/api.md against the export list and the headers, and compiles its examples.
+"""Judges docs/api.md against the export list and the headers, and compiles its examples and that of kalorfix.3.
 
-api_test.py SOURCE --cc CC --cxx CXX --cxxfilt CXXFILT: every exported function has its section and every exported variable
-its row, nothing else has; every section has its six parts; synopses are declarations of the headers; examples compile.
+api_test.py SOURCE --cc CC --cxx CXX --cxxfilt CXXFILT: every exported function has its section and every exported
+variable its row, nothing else has; every section has its six parts; synopses are declarations of the headers; the
+examples compile.
 """
 import argparse
 import collections
@@ -11,6 +12,8 @@ import subprocess
 import sys
 
 HEADERS = ("kalorfix.h", "kalorfix_calculators.h", "kalorfix_gas.h", "kalorfix_runtime.h")
+DOCUMENT = "docs/api.md"
+MANUAL = "docs/man/kalorfix.3"
 PARTS = ["Synopsis", "Description", "Parameters", "Returns", "On failure", "Example"]
 WARNINGS = "-Wall -Wextra -Wconversion -Wshadow -Wdouble-promotion -Wpedantic -Werror".split()
 DIRECTIONS = ("in", "out", "in/out")
@@ -23,7 +26,7 @@ faults = []
 
 
 def fault(line, text):
-    faults.append(f"docs/api.md:{line}: {text}" if line else text)
+    faults.append(f"{DOCUMENT}:{line}: {text}" if line else text)
 
 
 def normal(text):
@@ -214,13 +217,20 @@ def judge_variables(text, wanted):
 
 # ---- Examples --------------------------------------------------------------------------------------------------------
 
+def manual_example(text):
+    """The example of the manual page, with its line, as the formatter hands it out."""
+    head, _, example = text.partition(".SH EXAMPLES\n")[2].partition(".EX\n")
+    line = text[:text.index(".SH EXAMPLES\n")].count("\n") + 1 + head.count("\n") + 2
+    return MANUAL, line, example.partition(".EE\n")[0].replace("\\-", "-").replace("\\e", "\\")
+
+
 def compile_all(fragments, include, compilers):
     """One translation unit for each language and header; a fault is reported with its line of the document."""
     for (language, header), members in sorted(fragments.items()):
         source = [f'#include "{header}"', "#include <stdio.h>" if language == "c" else "#include <cstdio>"]
-        for number, (line, text) in enumerate(members):
+        for number, (document, line, text) in enumerate(members):
             source += [f"void example_{number}(void);", f"void example_{number}(void) {{",
-                       f'#line {line} "docs/api.md"', text, "}"]
+                       f'#line {line} "{document}"', text, "}"]
         standard, kind = ("-std=c99", "c") if language == "c" else ("-std=c++20", "c++")
         command = [compilers[language], standard, *WARNINGS, "-fsyntax-only", f"-I{include}", "-x", kind, "-"]
         ran = subprocess.run(command, input="\n".join(source) + "\n", capture_output=True, text=True)
@@ -252,7 +262,7 @@ def main():
         else:
             fault(0, f"{symbol} is exported, but no header declares it")
 
-    sections, chapters = read_sections((options.source / "docs/api.md").read_text(encoding="utf-8"))
+    sections, chapters = read_sections((options.source / DOCUMENT).read_text(encoding="utf-8"))
     titles = headed(functions)
     seen, fragments = set(), collections.defaultdict(list)
     for section in sections:
@@ -279,7 +289,7 @@ def main():
             fault(parts["Example"].line, f"{section.title}: the example does not use it")
         else:
             header = "kalorfix_gas.h" if declaration.header == "kalorfix_gas.h" else "kalorfix.h"
-            fragments[language, header].append(block[1:])
+            fragments[language, header].append((DOCUMENT, *block[1:]))
     for function in functions:
         if function not in seen:
             fault(0, f"{function} has no section")
@@ -288,6 +298,7 @@ def main():
         if f"`{name}`" not in about_tables:
             fault(0, f"Virtual tables and type information: {name} is missing")
     judge_variables(chapters.get("Exported variables", ""), state)
+    fragments["c", "kalorfix.h"].append(manual_example((options.source / MANUAL).read_text()))
     compile_all(fragments, include, {"c": options.cc, "cpp": options.cxx})
 
     if faults:
