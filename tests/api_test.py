@@ -196,6 +196,23 @@ def judge_parameters(section, part, declaration):
             fault(part.line, f"{section.title}: expected name, direction, unit, range in the row of {name}")
 
 
+def judge_index(text, index, sections):
+    """Every section is in the index under its title, and no link of the document leads nowhere."""
+    anchors, fenced = set(), False
+    for line in text.split("\n"):
+        fenced ^= line.startswith("```")
+        if line.startswith("#") and not fenced:
+            base = re.sub(r"[^\w\- ]", "", line.lstrip("#").strip().lower()).replace(" ", "-")
+            copies = sum(a == base or re.fullmatch(re.escape(base) + r"-\d+", a) is not None for a in anchors)
+            anchors.add(f"{base}-{copies}" if base in anchors else base)
+    for title, target in re.findall(r"\[([^\]]+)\]\(#([^)]*)\)", text):
+        if target not in anchors:
+            fault(0, f"the link {title} leads to #{target}, which is not there")
+    for section in sections:
+        if f"[{section.title}](#" not in index:
+            fault(section.line, f"{section.title} is missing in the index")
+
+
 def judge_variables(text, wanted):
     rows = {}
     for row in table(text.split("\n")):
@@ -262,7 +279,8 @@ def main():
         else:
             fault(0, f"{symbol} is exported, but no header declares it")
 
-    sections, chapters = read_sections((options.source / DOCUMENT).read_text(encoding="utf-8"))
+    text = (options.source / DOCUMENT).read_text(encoding="utf-8")
+    sections, chapters = read_sections(text)
     titles = headed(functions)
     seen, fragments = set(), collections.defaultdict(list)
     for section in sections:
@@ -297,6 +315,7 @@ def main():
     for name in sorted(tables):
         if f"`{name}`" not in about_tables:
             fault(0, f"Virtual tables and type information: {name} is missing")
+    judge_index(text, chapters.get("Index", ""), sections)
     judge_variables(chapters.get("Exported variables", ""), state)
     fragments["c", "kalorfix.h"].append(manual_example((options.source / MANUAL).read_text()))
     compile_all(fragments, include, {"c": options.cc, "cpp": options.cxx})
