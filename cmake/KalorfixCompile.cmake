@@ -7,7 +7,7 @@ target_compile_options(
             # The last digit is part of the contract: no fused multiply-add, whatever the processor offers.
             -ffp-contract=off
             # Builds from two directories give the same bytes.
-            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+            -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   # GCC 12 warns of std::string's own operator+ (GCC bug 105651).
   target_compile_options(kalorfix_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)

@@ -76,6 +76,8 @@ target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.
 target_compile_options(kalorfix_objects PRIVATE -fno-math-errno $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>)
 target_compile_options(kalorfix_objects PRIVATE "SHELL:-include ${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h")
+# The binary interface is compared by its debug information; an installation is stripped of it.
+target_compile_options(kalorfix_objects PRIVATE -g)
 set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                                   VISIBILITY_INLINES_HIDDEN ON)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
@@ -93,7 +95,7 @@ file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports
 
 add_library(kalorfix SHARED)
 target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/pure_virtual.cpp)
-target_include_directories(kalorfix INTERFACE "${PROJECT_SOURCE_DIR}/include")
+target_include_directories(kalorfix INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>")
 target_link_libraries(kalorfix PRIVATE kalorfix_options m)
 set_target_properties(
   kalorfix
