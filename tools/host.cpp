@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <new>
 #include <stdexcept>
+#include <vector>
 
 namespace kalorfix::host {
 namespace {
@@ -126,16 +127,28 @@ std::string library_file(const std::string& path) {
     namespace fs = std::filesystem;
     std::error_code failed;
     const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    for (const char* place : {"kalorfix.so", "../lib/kalorfix.so"})
-        if (!failed && fs::exists(directory / place, failed)) return (directory / place).string();
+    for (const char* place : {"", "../lib", "../lib/" KALORFIX_TRIPLET, "../lib64"})
+        if (const fs::path file = directory / place / "kalorfix.so"; !failed && fs::exists(file, failed))
+            return file.lexically_normal().string();
     return "kalorfix.so";
 }
 
-std::string gas_data_beside(const std::string& library) {
-    if (library.find('/') == std::string::npos) return {};
-    const std::filesystem::path file = std::filesystem::path(library).parent_path() / "gas.dat";
+std::string gas_data_of(const std::string& library) {
+    namespace fs = std::filesystem;
     std::error_code failed;
-    return std::filesystem::is_regular_file(file, failed) ? file.string() : std::string();
+    std::vector<fs::path> places;
+    if (library.find('/') != std::string::npos) {
+        places.push_back(fs::path(library).parent_path());
+        // From lib and from lib/<triplet>, where the file itself stands if the name is a link.
+        const fs::path directory = fs::weakly_canonical(library, failed).parent_path();
+        for (const char* prefix : {"..", "../.."}) places.push_back(directory / prefix / "share/kalorfix");
+    }
+    if (const fs::path program = fs::read_symlink("/proc/self/exe", failed); !failed)
+        places.push_back(program.parent_path() / "../share/kalorfix");
+    for (const fs::path& place : places)
+        if (const fs::path file = place / "gas.dat"; fs::is_regular_file(file, failed))
+            return file.lexically_normal().string();
+    return {};
 }
 
 void Library::Closer::operator()(void* handle) const { dlclose(handle); }

@@ -110,8 +110,9 @@ using Owned = std::unique_ptr<Calculator, CalculatorEnd>;
 /// directory of its installation; a bare kalorfix.so where there is none.
 [[nodiscard]] std::string library_file(const std::string& path);
 
-/// The gas data file beside a library file; empty when there is none.
-[[nodiscard]] std::string gas_data_beside(const std::string& library);
+/// The gas data file of a library file: beside it, else in share/kalorfix of its installation, else of this program's; empty
+/// when there is none.
+[[nodiscard]] std::string gas_data_of(const std::string& library);
 
 /// An opened library. Closing it destroys every channel that was made through it.
 class Library {

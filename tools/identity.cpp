@@ -66,7 +66,7 @@ void identity(const host::Library& library) {
     print_file("library", path);
     const CSRV_PATH& p = *library->SRV_Path;
     print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
-    if (const std::string beside = host::gas_data_beside(path); !beside.empty()) print_file("  or", beside);
+    if (const std::string own = host::gas_data_of(path); !own.empty()) print_file("  or", own);
     fmt::print("directories\n");
     const std::pair<const char*, const char*> rows[] = {{"TORNPATH", p.TORNPATH},
                                                         {"PATHDB", p.PATHDB},

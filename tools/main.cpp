@@ -142,9 +142,10 @@ void describe(CLI::App& app, Command& command) {
     app.get_formatter()->column_width(option_column);
     app.add_option("--lib", command.library_file,
                    "library to open (default: kalorfix.so beside this program or\n"
-                   "in ../lib, else where the system finds it)")
+                   "in ../lib or ../lib/<triplet>, else where the system finds it)")
         ->option_text("FILE");
-    app.add_option("--gas-data", command.gas_data_file, "gas data file (default: gas.dat beside the library)")
+    app.add_option("--gas-data", command.gas_data_file,
+                   "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)")
         ->option_text("FILE");
     app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
     command.demo = app.add_subcommand(
@@ -186,15 +187,16 @@ std::string explain(const CLI::App& app, const CLI::ParseError& error) {
     return text;
 }
 
-// The gas data file in use; empty when none is given and none stands beside the library.
+// The gas data file in use; empty when none is given and none is installed.
 std::string gas_data(const Command& command, const std::string& library) {
-    return command.gas_data_file.empty() ? kalorfix::host::gas_data_beside(library) : command.gas_data_file;
+    return command.gas_data_file.empty() ? kalorfix::host::gas_data_of(library) : command.gas_data_file;
 }
 
 int run_gas(const Command& command, const std::string& library_file) {
     const std::string data = gas_data(command, library_file);
     if (data.empty() && tool::needs_gas_data(command.gas_request))
-        throw tool::InputError{"--gas-data: there is no gas.dat beside the library; give the file"};
+        throw tool::InputError{
+            "--gas-data: there is no gas.dat beside the library or in share/kalorfix; give the file"};
     const kalorfix::host::Runtime runtime(data);
     const Library library(library_file);
     library->Init();
