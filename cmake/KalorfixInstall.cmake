@@ -106,6 +106,7 @@ if(_compressed)
   add_custom_target(compressed_documents ALL DEPENDS ${_compressed})
 endif()
 
+include(cmake/KalorfixPackages.cmake)
 
 string(REPLACE ";" " " _emulator "${CMAKE_CROSSCOMPILING_EMULATOR}")
 configure_file(tests/package/settings.sh.in "${PROJECT_BINARY_DIR}/package_settings.sh" @ONLY)
