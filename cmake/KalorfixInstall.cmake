@@ -1,7 +1,7 @@
 # What an installation holds, by component: runtime (library, gas data), tool, dev (headers, CMake and pkg-config files).
 option(KALORFIX_MULTIARCH "Install the library into lib/<triplet>, as Debian's packages do" OFF)
 if(KALORFIX_MULTIARCH AND CMAKE_LIBRARY_ARCHITECTURE)
-  set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}" CACHE PATH "Object code libraries" FORCE)
+  set(CMAKE_INSTALL_LIBDIR "lib/${CMAKE_LIBRARY_ARCHITECTURE}")
 endif()
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
