@@ -29,11 +29,11 @@ library=$prefix/$libdir/kalorfix.so
 if "$readelf" -S "$library" | grep -q '\.debug_info'; then fail "the library is not stripped"; fi
 cmp "$build/gas.dat" "$prefix/share/kalorfix/gas.dat" || fail "other gas data than the build's"
 
-set -- "-DCMAKE_PREFIX_PATH=$prefix" "-DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH"
 if [ -n "$toolchain" ]; then
-    set -- "$@" "-DCMAKE_TOOLCHAIN_FILE=$toolchain"
+    # A toolchain may confine the search for packages to its own root.
+    set -- "-DCMAKE_TOOLCHAIN_FILE=$toolchain" "-Dkalorfix_DIR=$prefix/$libdir/cmake/kalorfix"
 else
-    set -- "$@" "-DCMAKE_C_COMPILER=$cc" "-DCMAKE_CXX_COMPILER=$cxx"
+    set -- "-DCMAKE_C_COMPILER=$cc" "-DCMAKE_CXX_COMPILER=$cxx" "-DCMAKE_PREFIX_PATH=$prefix"
 fi
 "$cmake" -S "$here/outside" -B "$work/cmake" "$@" >"$work/log" 2>&1 &&
     "$cmake" --build "$work/cmake" >>"$work/log" 2>&1 || {
