@@ -6,7 +6,7 @@
 # Seen: types and order of arguments of the C functions, fields and size of the classes, virtual slots, exported variables
 # with their types and lengths, every exported name. Not seen, by nature: the order of two arguments of one type. Not seen,
 # as the debug information of the calculators does not lead from the class to them: the results of their members, whose arguments
-# stand in their names. tests/layout_test.cpp and the text cases hold these.
+# stand in their names. The examples and station runs, which call by position, hold the first; tests/layout_test.cpp the second.
 set -eu
 accept=
 if [ "$1" = --accept ]; then
