@@ -4,9 +4,9 @@
 #        abi_test.sh --accept LIBRARY  stores the interface of LIBRARY in place of the old one
 #
 # Seen: types and order of arguments of the C functions, fields and size of the classes, virtual slots, exported variables
-# with their types and lengths, every exported name. Not seen, by nature: the order of two arguments of one type. Not seen,
-# as the debug information of the calculators does not lead from the class to them: the results of their members, whose arguments
-# stand in their names. The examples and station runs, which call by position, hold the first; tests/layout_test.cpp the second.
+# with their types and lengths, every exported name. Not seen, by nature: the order of two arguments of one type; the examples
+# and station runs, which call by position, hold it. Not seen, as the debug information does not lead from the calculator
+# classes to them: the results of their members, whose arguments stand in their names; tests/layout_test.cpp holds them.
 set -eu
 accept=
 if [ "$1" = --accept ]; then
