@@ -27,6 +27,11 @@ first=$work/a
 second=$work/another/place/with.a-longer/name
 list | sort | copy "$first"
 (umask 077 && list | sort -r | copy "$second")
+# The packages of the target are the same for both.
+for place in "$first" "$second"; do
+    mkdir -p "$place/build"
+    [ ! -d "$source/build/root" ] || cp -R "$source/build/root" "$place/build/root"
+done
 find "$second" -type f -exec touch -d '2001-02-03 04:05:06' {} +
 
 unset SOURCE_DATE_EPOCH
@@ -35,7 +40,7 @@ for preset in "$@"; do
         (
             if [ "$place" = "$second" ]; then
                 umask 077
-                export TZ=Asia/Kathmandu LC_ALL=C.UTF-8 CMAKE_BUILD_PARALLEL_LEVEL=1
+                export TZ=Asia/Kathmandu LC_ALL=C.UTF-8
             else
                 export LC_ALL=C
             fi
