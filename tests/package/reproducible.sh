@@ -19,6 +19,7 @@ list() {
 copy() {
     mkdir -p "$1"
     while IFS= read -r file; do
+        [ -e "$source/$file" ] || continue
         mkdir -p "$1/$(dirname "$file")"
         cp "$source/$file" "$1/$file"
     done
