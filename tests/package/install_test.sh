@@ -41,5 +41,6 @@ done
 sort "$work/parts" >"$work/parts_sorted"
 (cd "$work/second/deeper/moved" && find . -type f | sort) | diff "$work/parts_sorted" - ||
     fail "the components (<) are not the whole (>)"
-[ -f "$work/runtime/$libdir/kalorfix.so" ] && [ -f "$work/runtime/share/kalorfix/gas.dat" ] && [ ! -e "$work/runtime/include" ] ||
+[ -f "$work/runtime/$libdir/kalorfix.so" ] && [ -f "$work/runtime/share/kalorfix/gas.dat" ] &&
+    [ ! -e "$work/runtime/include" ] ||
     fail "the runtime component is not the library with its gas data"

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Judges an installed prefix as somebody who was given it: programs in C and C++ are built against it by CMake and by pkg-config,
-# run, and print the right number; the tool runs from it.
+# Judges an installed prefix as somebody who was given it: programs in C and C++ are built against it by CMake and by
+# pkg-config, run, and print the right number; the tool runs from it.
 # Usage: prefix_test.sh BUILD PREFIX    BUILD says which compilers made it
 set -eu
 . "$1/package_settings.sh"
