@@ -14,6 +14,9 @@ struct host_mode {
 extern const struct host_mode host_modes[];
 extern const int host_mode_count;
 
+/* The library's file. */
+extern const char* host_library;
+
 /* Whether the program is as hostile as it means to be: 0; 1 with a line on standard error; 77 if the machine cannot. */
 int host_ready(void);
 

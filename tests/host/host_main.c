@@ -12,6 +12,8 @@
 #include "session.h"
 #include "workplace.h"
 
+const char* host_library;
+
 /* The library's clock asks times(); this program answers in the C library's place, an hour a call. */
 clock_t times(struct tms* unused) {
     static clock_t now;
@@ -73,16 +75,16 @@ static int is_sound(const char* text) {
     return 1;
 }
 
-static int session_in_this_process(const char* library, const struct host_mode* mode, FILE* out) {
+static int session_in_this_process(const struct host_mode* mode, FILE* out) {
     int outcome = host_before(mode);
-    if (outcome == 0) outcome = session_run(library, mode->flags, 1, out);
+    if (outcome == 0) outcome = session_run(host_library, mode->flags, 1, out);
     if (outcome == 0) outcome = host_after(mode);
     if (fclose(out) != 0) outcome = 1;
     return outcome;
 }
 
 /* 0 the mode does as it should, 1 not, 77 the machine cannot. */
-static int run_mode(const char* library, const struct host_mode* mode, const char* reference) {
+static int run_mode(const struct host_mode* mode, const char* reference) {
     int ends[2];
     if (pipe(ends) != 0) return 1;
     const pid_t child = fork();
@@ -91,7 +93,7 @@ static int run_mode(const char* library, const struct host_mode* mode, const cha
         const struct rlimit no_core = {0, 0};
         setrlimit(RLIMIT_CORE, &no_core);
         close(ends[0]);
-        _exit(session_in_this_process(library, mode, fdopen(ends[1], "w")));
+        _exit(session_in_this_process(mode, fdopen(ends[1], "w")));
     }
     close(ends[1]);
     char* const text = read_all(fdopen(ends[0], "r"));
@@ -117,13 +119,14 @@ static int run_mode(const char* library, const struct host_mode* mode, const cha
 
 int main(int argc, char** argv) {
     if (argc < 4) return 1;
+    host_library = argv[1];
     setvbuf(stdout, NULL, _IOLBF, 0);
     const int ready = host_ready();
     if (ready != 0) return ready;
     if (workplace_make(argv[2]) != 0) return 1;
     if (argc > 4) {
         FILE* const out = fopen(argv[3], "w");
-        return !out || session_in_this_process(argv[1], &host_modes[0], out) != 0;
+        return !out || session_in_this_process(&host_modes[0], out) != 0;
     }
     FILE* const file = fopen(argv[3], "r");
     if (!file) return 1;
@@ -131,7 +134,7 @@ int main(int argc, char** argv) {
     if (!is_sound(reference)) return 1;
     int failed = 0, ran = 0;
     for (int k = 0; k < host_mode_count; ++k) {
-        const int outcome = run_mode(argv[1], &host_modes[k], reference);
+        const int outcome = run_mode(&host_modes[k], reference);
         failed |= outcome == 1;
         ran |= outcome != host_cannot;
     }

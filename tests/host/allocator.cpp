@@ -1,0 +1,147 @@
+// A host with an allocator of its own, exported: malloc and its kin, operator new and delete. Every block carries a mark of who
+// made it. The library, with a C++ runtime of its own, must neither use the host's operators nor release a block of another maker.
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <vector>
+
+extern "C" {
+#include "host.h"
+void* __libc_malloc(std::size_t size);
+void __libc_free(void* block);
+}
+
+namespace {
+
+enum class Maker : std::uint32_t { malloc = 0xA110CA7E, operator_new = 0xC0FFEE11, released = 0xDEADDEAD };
+
+// Before each block; `start` is what the C library gave.
+struct alignas(16) Mark {
+    void* start;
+    std::size_t size;
+    Maker maker;
+};
+
+long operators_called = 0;
+long in_use = 0;
+
+[[noreturn]] void foreign_block() {
+    constexpr char text[] = "a block was released by another allocator than the one that gave it\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);
+    std::abort();
+}
+
+Mark* mark_of(void* block) { return static_cast<Mark*>(block) - 1; }
+
+void* give(std::size_t size, std::size_t alignment, Maker maker) {
+    if (alignment < alignof(Mark)) alignment = alignof(Mark);
+    if (size > SIZE_MAX / 2) return nullptr;
+    void* const start = __libc_malloc(size + sizeof(Mark) + alignment);
+    if (!start) return nullptr;
+    const std::uintptr_t first = reinterpret_cast<std::uintptr_t>(start) + sizeof(Mark);
+    void* const block = reinterpret_cast<void*>((first + alignment - 1) / alignment * alignment);
+    *mark_of(block) = {start, size, maker};
+    ++in_use;
+    return block;
+}
+
+void take_back(void* block, Maker maker) {
+    if (!block) return;
+    if (mark_of(block)->maker != maker) foreign_block();
+    mark_of(block)->maker = Maker::released;
+    --in_use;
+    __libc_free(mark_of(block)->start);
+}
+
+}  // namespace
+
+extern "C" {
+void* malloc(std::size_t size) noexcept { return give(size, 1, Maker::malloc); }
+void free(void* block) noexcept { take_back(block, Maker::malloc); }
+void* calloc(std::size_t count, std::size_t size) noexcept {
+    if (size != 0 && count > SIZE_MAX / size) return nullptr;
+    void* const block = give(count * size, 1, Maker::malloc);
+    return block ? std::memset(block, 0, count * size) : nullptr;
+}
+void* realloc(void* block, std::size_t size) noexcept {
+    void* const moved = give(size, 1, Maker::malloc);
+    if (!block || !moved) return moved;
+    const std::size_t before = mark_of(block)->size;
+    std::memcpy(moved, block, before < size ? before : size);
+    take_back(block, Maker::malloc);
+    return moved;
+}
+void* memalign(std::size_t alignment, std::size_t size) noexcept {
+    return give(size, alignment, Maker::malloc);
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+    return give(size, alignment, Maker::malloc);
+}
+int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexcept {
+    *block = give(size, alignment, Maker::malloc);
+    return *block ? 0 : ENOMEM;
+}
+}
+
+void* operator new(std::size_t size) {
+    ++operators_called;
+    if (void* const block = give(size, 1, Maker::operator_new)) return block;
+    throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    ++operators_called;
+    return give(size, 1, Maker::operator_new);
+}
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept { return operator new(size, tag); }
+void operator delete(void* block) noexcept {
+    ++operators_called;
+    take_back(block, Maker::operator_new);
+}
+void operator delete[](void* block) noexcept { operator delete(block); }
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+void operator delete[](void* block, std::size_t) noexcept { operator delete(block); }
+
+extern "C" {
+const host_mode host_modes[] = {
+    {"now, local", RTLD_NOW | RTLD_LOCAL, 1, 1, 0},
+    {"lazy, global", RTLD_LAZY | RTLD_GLOBAL, 1, 1, 0},
+    // The library then finds the C library's allocator, and all else in the process this one.
+    {"deep binding", RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND, 1, 0, 1},
+};
+const int host_mode_count = static_cast<int>(std::size(host_modes));
+
+int host_ready(void) {
+    const long before = operators_called;
+    { const std::vector<int> ten(10, static_cast<int>(before)); }
+    const bool exported = dlsym(RTLD_DEFAULT, "malloc") == reinterpret_cast<void*>(&malloc) &&
+                          dlsym(RTLD_DEFAULT, "_ZdlPv") != nullptr;
+    if (exported && operators_called >= before + 2) return 0;
+    std::fputs("the program's allocator is not in force\n", stderr);
+    return 1;
+}
+
+static long operators_before = 0;
+static long in_use_before = 0;
+
+int host_before(const host_mode*) {
+    operators_before = operators_called;
+    in_use_before = in_use;
+    return 0;
+}
+
+int host_after(const host_mode* mode) {
+    const long left = in_use - in_use_before;
+    const long called = operators_called - operators_before;
+    std::printf("%s: %ld blocks left, %ld calls of the program's operators\n", mode->name, left, called);
+    std::fflush(stdout);
+    return called != 0;
+}
+}
