@@ -24,6 +24,9 @@ int host_ready(void);
 int host_before(const struct host_mode* mode);
 int host_after(const struct host_mode* mode);
 
+/* Sets the clock that the library asks back to where it was at the start. */
+void host_restart_clock(void);
+
 enum { host_cannot = 77 };
 
 #endif

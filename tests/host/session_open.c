@@ -51,9 +51,12 @@ int library_open(struct library* library, const char* path, int flags) {
 }
 
 void* library_variable(const struct library* library, const char* name) {
-    /* Variables follow the ordinary rule: a definition of the program goes before the library's own. */
-    void* found = library->flags & RTLD_DEEPBIND ? NULL : dlsym(RTLD_DEFAULT, name);
+    /* Variables follow the ordinary rule: a definition of the program goes before the library's own. Asked for with
+       RTLD_DEFAULT, a library in the global scope would never be unloaded again. */
+    void* const program = dlopen(NULL, RTLD_NOW);
+    void* found = library->flags & RTLD_DEEPBIND ? NULL : dlsym(program, name);
     if (!found) found = dlsym(library->handle, name);
+    dlclose(program);
     return found;
 }
 
