@@ -5,6 +5,7 @@
 
 #include "kalorfix_runtime.h"
 #include "runtime/cp866.h"
+#include "runtime/float_environment.h"
 #include "runtime/ini_text.h"
 
 namespace ini = kalorfix::ini;
@@ -63,6 +64,7 @@ int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, cha
     if (missing != 0) return missing;
     ini::Buffer<999> text;
     ini::read_number_text(file_, true, text);
+    const kalorfix::FloatEnvironment guard;  // the narrowing rounds
     result = static_cast<float>(ini::parse_number(text.zero_terminated()));
     return 0;
 }
