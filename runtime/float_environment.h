@@ -2,18 +2,40 @@
 #pragma once
 
 #include <cfenv>
+#include <cstdint>
 
 namespace kalorfix {
 
-/// For the life of the object floating-point exceptions do not trap and rounding is to nearest, whatever the
-/// host has set; its settings come back afterwards. Costs two reads of a control word when the host left the
+/// Whether the unit that computes is set as a new process finds it. Hosts set it by other means than fenv.h too, and what
+/// flushes denormal numbers is none of fenv.h's settings.
+inline bool computing_unit_at_defaults() {
+#if defined(__SSE2__)
+    std::uint32_t mxcsr = 0;
+    asm volatile("stmxcsr %0" : "=m"(mxcsr));
+    constexpr std::uint32_t flags = 0x3F, all_masked = 0x1F80;
+    return (mxcsr & ~flags) == all_masked;
+#elif defined(__arm__) && defined(__ARM_FP)
+    std::uint32_t fpscr = 0;
+    asm volatile("vmrs %0, fpscr" : "=r"(fpscr));
+    constexpr std::uint32_t default_nan_flush_rounding = 0x03C00000, traps = 0x9F00;
+    return (fpscr & (default_nan_flush_rounding | traps)) == 0;
+#elif defined(__aarch64__)
+    std::uint64_t fpcr = 0;
+    asm volatile("mrs %0, fpcr" : "=r"(fpcr));
+    return fpcr == 0;
+#else
+    return true;
+#endif
+}
+
+/// For the life of the object floating-point exceptions do not trap, rounding is to nearest and denormal numbers are kept,
+/// whatever the host has set; its settings come back afterwards. Costs three reads of a control word when the host left the
 /// defaults alone.
 class FloatEnvironment {
 public:
     FloatEnvironment() {
-        if (fegetexcept() == 0 && std::fegetround() == FE_TONEAREST) return;
-        changed_ = std::feholdexcept(&host_) == 0;
-        std::fesetround(FE_TONEAREST);
+        if (fegetexcept() == 0 && std::fegetround() == FE_TONEAREST && computing_unit_at_defaults()) return;
+        changed_ = std::fegetenv(&host_) == 0 && std::fesetenv(FE_DFL_ENV) == 0;
     }
     ~FloatEnvironment() {
         if (changed_) std::fesetenv(&host_);
