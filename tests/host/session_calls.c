@@ -32,7 +32,7 @@ static const struct {
 } gases[] = {
     {0, {96.5F, 1.8F, 0.45F, 0.1F, 0.1F, 0.03F, 0.05F, 0.07F, 0, 0, 0.3F, 0.6F, 0, 0, 0}},
     {1, {0.81212F, 0.04303F, 0.00895F, 0.00152F, 0.00151F, 0, 0, 0, 0, 0, 0.05702F, 0.07585F, 0, 0, 0}},
-    {0, {84, 8, 3, 0.8F, 0.6F, 0.25F, 0.25F, 0.2F, 0.1F, 0.05F, 1.5F, 1, 0.1F, 0.05F, 0.1F}},
+    {0, {84, 8, 3, 0.8F, 0.6F, 0.25F, 0.25F, 0.2F, 0.1F, 0.05F, 1.5F, 1, 0.1F, 0.05F, 1e-37F}},
 };
 
 static const struct {
@@ -176,8 +176,8 @@ static void water(const struct library* l, FILE* out) {
 }
 
 static void ini(const struct library* l, FILE* out) {
-    static const char* const keys[] = {"half",  "third", "many",  "small",     "large", "negative",
-                                       "comma", "bare",  "exact", "exponents", "none"};
+    static const char* const keys[] = {"half",     "third", "many", "small", "denormal",  "large",
+                                       "negative", "comma", "bare", "exact", "exponents", "none"};
     union {
         char bytes[512];
         void* aligned;

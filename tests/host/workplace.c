@@ -20,6 +20,7 @@ static const char numbers[] =
     "[NUMBERS] : decimal points, whatever the host's locale says\n"
     "half = 0.5\nthird = 0.333333333333333333333\nmany = 12345678.87654321\nsmall = "
     "0.00000000000000000001234567\n"
+    "denormal = 0.000000000000000000000000000000000000000012345\n"
     "large = 340282346638528859811704183484516925440\nnegative = -273.15\ncomma = 1,5\nbare = .25\n"
     "exact = 16777217\nexponents = 1.5e3\n";
 
