@@ -16,6 +16,14 @@ if ! diff "$work/wanted" "$work/exported" >"$work/difference"; then
     cat "$work/difference"
     exit 1
 fi
+# A unique symbol keeps dlclose from unloading; one of the C++ runtime, or a weak function, would be shared with the host's.
+if "$nm" -D --defined-only "$library" | awk '
+    $2 == "u" || $3 ~ /^_Z(T[VIS])?N?K?S[tabsiod]|^_Z(n[wa]|d[la])|__gnu_cxx|__cxxabiv1/ ||
+    $2 ~ /[WV]/ && $3 !~ /^_ZT[VIS](11cCommon2005|10cTeplo2005|8cGas2005)$/ { print; found = 1 }
+    END { exit !found }'; then
+    echo "exports a unique symbol, a weak one, or one of the C++ runtime"
+    exit 1
+fi
 "$readelf" -d "$library" >"$work/dynamic"
 grep -q 'Library soname: \[kalorfix.so\]' "$work/dynamic" || { echo "wrong SONAME"; exit 1; }
 if grep NEEDED "$work/dynamic" | grep -vE '\[(libc\.so\.6|libm\.so\.6|ld-linux[^]]*)\]'; then
