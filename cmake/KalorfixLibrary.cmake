@@ -113,4 +113,7 @@ target_link_options(
 if(NOT KALORFIX_SANITIZE)
   # A controller's system may be older than the compiler's libraries: bring them along.
   target_link_options(kalorfix PRIVATE "-Wl,-z,defs" -static-libstdc++ -static-libgcc)
+  # But not its operator delete: what a host deletes is the host's.
+  target_sources(kalorfix PRIVATE frame/deletion.cpp)
+  target_link_options(kalorfix PRIVATE "-Wl,--wrap=_ZdlPv,--wrap=_ZdlPvm,--wrap=_ZdlPvj")
 endif()

@@ -69,7 +69,10 @@ struct Audit {
     bool clock_bound = false;
 };
 
-bool is_cxx(std::string_view symbol) { return symbol.starts_with("_Z") || symbol.starts_with("__cxa_throw"); }
+// The operator delete of the process is meant: what the program deletes is its own.
+bool is_cxx(std::string_view symbol) {
+    return symbol != "_ZdlPv" && (symbol.starts_with("_Z") || symbol.starts_with("__cxa_throw"));
+}
 
 void judge(const char* symbol, const void* target, void* context) {
     Audit& audit = *static_cast<Audit*>(context);
