@@ -1,6 +1,6 @@
 /* A host that exports names of the library for things of another shape or kind: wider or shorter variables, constants in
- * read-only memory, functions. It must ask the loader to look into the library first
- * (RTLD_DEEPBIND). */
+ * read-only memory, functions. It must have the loader look into the library first (RTLD_DEEPBIND): without, the process ends
+ * or the results are others. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <stdio.h>
