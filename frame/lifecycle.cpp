@@ -14,6 +14,7 @@
 #include "kalorfix_gas.h"
 #include "runtime/cp866.h"
 #include "runtime/files.h"
+#include "runtime/float_environment.h"
 
 short Is_already_init = 0;
 short Num_gas_trub = 5;
@@ -61,6 +62,7 @@ std::int32_t stamped_seconds(int descriptor) {
 }  // namespace
 
 int Init(void) {
+    const kalorfix::FloatEnvironment guard;
     if (Is_already_init != 0) return 1;
     if (InitMisc(0) == 0) {
         std::fwrite(cannot_initialise.data(), 1, cannot_initialise.size() - 1, stderr);
