@@ -20,7 +20,8 @@ if(KALORFIX_UNSIGNED_CHAR)
 endif()
 if(KALORFIX_SANITIZE)
   # vptr would need the library's type information in programs that only dlopen it.
-  set(_sanitizers -fsanitize=address,undefined -fno-sanitize=vptr -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  set(_sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize=vptr -fno-sanitize-recover=all
+                  -fno-omit-frame-pointer)
   target_compile_options(kalorfix_options INTERFACE ${_sanitizers})
   target_link_options(kalorfix_options INTERFACE ${_sanitizers})
 endif()

@@ -21,10 +21,7 @@ bool concerns(const Call& c, int channel) {
 void begin(const std::vector<Call>& program) {
     fuzz::clock_ticks = 0;
     fuzz::renew<fuzz::Gas>(program);
-    if (!fuzz::tables_whole()) {
-        fuzz::GasFile::instance().mend();
-        fuzz::load_tables();
-    }
+    fuzz::make_tables_whole();
     static const fuzz::ModuleState loaded = fuzz::saved_module_state();
     fuzz::restore_module_state(loaded);
     Is_already_init = 1;
@@ -41,7 +38,7 @@ fuzz::GasHost run(const std::vector<Call>& program, bool unusual, std::optional<
     for (std::size_t n = 0; n < program.size(); ++n) {
         const Call& call = program[n];
         if (only_channel && !concerns(call, *only_channel)) continue;
-        if (only_channel && call.kind == Kind::tf_param) fuzz::restore_module_state(states.at(n));
+        if (only_channel && call.kind == Kind::tf_param) host.take_over(states.at(n));
         host.make(n, call);
     }
     return host;
@@ -50,7 +47,7 @@ fuzz::GasHost run(const std::vector<Call>& program, bool unusual, std::optional<
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t longest_input = 1024;
+    constexpr std::size_t longest_input = 640;
     fuzz::InputBytes in(data, std::min(size, longest_input));
     const std::vector<Call> program = fuzz::read_gas_program(in);
     if (program.empty()) return 0;

@@ -33,6 +33,12 @@ public:
     void make(std::size_t n, const Call& c);
     [[nodiscard]] const States& states() const { return states_; }
 
+    /// Puts a module state in place of the present one.
+    void take_over(const ModuleState& state) {
+        restore_module_state(state);
+        left_by_ = 0;
+    }
+
 private:
     void param_gs(std::size_t n, const Call& c);
     void tf_param(std::size_t n, const Call& c);

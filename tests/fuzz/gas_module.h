@@ -25,6 +25,8 @@ public:
     void damage(std::uint32_t place, float value);
     void cut(std::uint32_t length);
     void mend();
+    /// Whole values into tables that are allocated already.
+    void fill_tables() const;
 
     /// Writes the path where the library looks, as Init does.
     void name_to_library() const;
@@ -45,7 +47,8 @@ void release_tables();
 unsigned init_library();
 unsigned done_library();
 
-/// Whether the loaded tables are those of the build.
+/// Whether the loaded tables are those of the build, and what makes them so.
 [[nodiscard]] bool tables_whole();
+void make_tables_whole();
 
 }  // namespace fuzz

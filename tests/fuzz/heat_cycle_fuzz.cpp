@@ -225,8 +225,8 @@ std::vector<fuzz::Record> run(const std::vector<Call>& program, bool unusual,
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    constexpr std::size_t longest_input = 1024;
-    constexpr std::size_t most_calls = 48;
+    constexpr std::size_t longest_input = 640;
+    constexpr std::size_t most_calls = 32;
     InputBytes in(data, std::min(size, longest_input));
     std::vector<Call> program;
     while (!in.empty() && program.size() < most_calls) program.push_back(read_call(in));
