@@ -115,12 +115,14 @@ public:
         Outputs<3> out(c.unwanted);
         Registers& own = registers(c);
         const float total_host = c.handed_back ? own.total : c.f[2];
-        const bool sound = exists(c) && sound_totalling(c, total_host);
+        const double q = exists(c) ? flow_to_total(c) : 0.0;
+        const bool sound = exists(c) && sound_totalling(c, q, total_host);
         const int returned = called([&] {
             return Medium::int_param(c.channel, c.integrator, c.f[0], total_host, c.f[1], c.code,
                                      out.status_at(), out.at(0), out.at(1), out.at(2));
         });
         finish(n, c, returned, out, sound);
+        if (out.status == 1) require(!(q < 0.0) && !(total_host < 0.0F));
         const float total = out.value[0];
         if (total == out.untouched || !exists(c)) return;
         if (out.status == 0)
@@ -216,9 +218,11 @@ private:
         return c.integrator >= 1 && c.integrator <= count ? c.integrator - 1U : count - 1U;
     }
 
-    static bool sound_totalling(const Call& c, float total_host) {
+    static double flow_to_total(const Call& c) {
         const Calculator& own = calculator(c);
-        const double q = own.device_type == 23 ? static_cast<double>(c.f[0]) : Medium::flow(own, index(c));
+        return own.device_type == 23 ? static_cast<double>(c.f[0]) : Medium::flow(own, index(c));
+    }
+    static bool sound_totalling(const Call& c, double q, float total_host) {
         const auto q_subst = static_cast<double>(c.f[1]);
         return std::fabs(total_host) <= 1e6F && moderate(q) && moderate(q_subst) && q_subst >= 0.0 &&
                moderate(ProstoyTime) && ProstoyTime >= 0.0 && c.code >= -3;
