@@ -163,7 +163,7 @@ void GasHost::method(Record& record, const Call& c) {
 
 void GasHost::property(Record& record, const Call& c) {
     const std::array<float, 20>& f = c.f;
-    const auto left = [&record](float result, float variable) {
+    const auto left = [&record](float result, const float& variable) {
         record.bits[0] = bits(result);
         require(bits(result) == bits(variable));
     };
