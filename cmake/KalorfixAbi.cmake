@@ -9,4 +9,6 @@ if(KALORFIX_ABIDW AND KALORFIX_ABIDIFF AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" 
     add_test(NAME abi.unchanged COMMAND sh "${_script}" "$<TARGET_FILE:kalorfix>")
   endif()
   add_custom_target(abi_baseline COMMAND sh "${_script}" --accept "$<TARGET_FILE:kalorfix>" DEPENDS kalorfix VERBATIM)
+elseif(NOT KALORFIX_ABIDW OR NOT KALORFIX_ABIDIFF)
+  message(STATUS "No abidw and abidiff (abigail-tools): the binary interface is not compared")
 endif()

@@ -5,7 +5,7 @@ execute_process(
   OUTPUT_STRIP_TRAILING_WHITESPACE)
 # Those that bear on the numbers; paths would tell one build directory from another.
 string(TOUPPER "${CMAKE_BUILD_TYPE}" _build)
-string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*|-isystem [^ ]*" "" KALORFIX_FLAGS
+string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*|-isystem (\"[^\"]*\"|[^ ]*)" "" KALORFIX_FLAGS
                      "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${_build}} -ffp-contract=off -fno-math-errno")
 if(KALORFIX_UNSIGNED_CHAR)
   string(APPEND KALORFIX_FLAGS " -funsigned-char")
@@ -75,7 +75,7 @@ target_include_directories(kalorfix_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PR
 target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.
 target_compile_options(kalorfix_objects PRIVATE -fno-math-errno $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>)
-target_compile_options(kalorfix_objects PRIVATE "SHELL:-include ${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h")
+target_compile_options(kalorfix_objects PRIVATE "SHELL:-include \"${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h\"")
 # The binary interface is compared by its debug information; an installation is stripped of it.
 target_compile_options(kalorfix_objects PRIVATE -g)
 set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Unpacks Debian packages of another architecture, with what they need at run time, into a directory, for cross builds and
-# the emulator. The machine's own package database is left alone.
+# Unpacks Debian packages of another architecture into a directory, for cross builds and the emulator; what they depend on
+# must be named too. The machine's own package database is left alone.
 # Usage: debian_root.sh ARCHITECTURE DIRECTORY PACKAGE...
 set -eu
 architecture=$1 root=$2

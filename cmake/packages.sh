@@ -1,4 +1,4 @@
-# Sourced by ./demo, ./check and .ci/run: installs the Debian packages that are missing.
+# Sourced by ./demo, ./check, ./package and .ci/run: installs the Debian packages that are missing.
 # Usage: need_packages NAME...
 
 need_packages() {
@@ -20,6 +20,12 @@ need_packages() {
     $as_root apt-get update -qq
     # shellcheck disable=SC2086
     $as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing >/dev/null
+}
+
+# Usage: need_test_packages: what builds everything and runs the tests on this machine.
+need_test_packages() {
+    need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libgtest-dev libbenchmark-dev python3 pkgconf groff \
+        abigail-tools locales
 }
 
 # Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in

@@ -28,8 +28,8 @@ extern "C" {
 
 /* Initialises the library: reads Num_gas_trub from tornkntr.ini in the settings directory, loads the gas tables from
  * gas.dat in the system directory, and measures the controller's downtime from the stamp file dat/timewait.dat in the data
- * directory. A missing file is no failure: defaults stay, and a message (code page 866) goes to standard output for the
- * settings. Returns 1 when done or done before, 0 on failure. The settings file stays open until the next Init. */
+ * directory. A missing file and short memory are no failure: defaults stay, and a message (code page 866) goes to standard
+ * output for the settings. Returns 1; 0 is kept for an initialisation that fails, of which there is none. The settings file stays open until the next Init. */
 KALORFIX_API int Init(void);
 
 /* Releases the gas tables; the channels stay. Returns 1. Init may follow again. */

@@ -87,7 +87,9 @@ void gas() {
     CHECK(NumXi == 10 && Index[9] == 11 && Xi[0] == 0.965F && Xi[8] == 0.0F && VNIC_FLAG == 0);
     CHECK(B[0] != 0.0F && C[20] != 0.0F && EIJM[0][1] != 0.0F && GIJM[0][1] != 0.0F);
     short failed = 9;
+    CHECK(Z == 0.0F);
     CHECK(PF3_4(288.15F, 0, 5.5F, failed) == K && failed == 0 && VNIC_FLAG == 1);
+    CHECK(Z > 0.88F && Z < K && std::fabs(Z / K - 0.998F) < 0.001F);
     CHECK(K != compressibility && Rom > 2.0F && Ron > 0.0F && Tmp_Xi[0] > 0.9F && Ckl[0][0] != 0.0F);
     CHECK(PF5(0) == Mu && PF6() == kk && PF4_1() == Ro && SM > 16.0F);
 
