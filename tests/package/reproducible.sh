@@ -1,9 +1,15 @@
 #!/bin/sh
 # Makes the packages twice, from copies of the source of other name, depth, age and order of files, under another umask, time
 # zone and locale, and compares them byte for byte.
-# Usage: reproducible.sh [PRESET...]    default: release, and armhf where its compiler is installed
+# Usage: reproducible.sh [--made] [PRESET...]    default: release, and armhf where its compiler is installed
+# With --made the packages of ./package in build/packages stand for the first copy.
 set -eu
 source=$(cd "$(dirname "$0")/../.." && pwd)
+made=
+if [ "${1-}" = --made ]; then
+    made=1
+    shift
+fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 if [ $# -eq 0 ]; then
@@ -38,6 +44,7 @@ find "$second" -type f -exec touch -d '2001-02-03 04:05:06' {} +
 unset SOURCE_DATE_EPOCH
 for preset in "$@"; do
     for place in "$first" "$second"; do
+        [ -z "$made" ] || [ "$place" = "$second" ] || continue
         (
             if [ "$place" = "$second" ]; then
                 umask 077
@@ -52,6 +59,7 @@ for preset in "$@"; do
         }
     done
 done
+[ -z "$made" ] || cp -R "$source/build/packages" "$first/build/packages"
 for place in "$first" "$second"; do
     (cd "$place/build/packages" && sha256sum ./*.deb) >"$place/sums"
 done
