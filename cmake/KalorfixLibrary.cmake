@@ -38,6 +38,7 @@ add_library(
   frame/pipeline_exports.cpp
   frame/totals_exports.cpp
   gas/aga8.cpp
+  gas/aga8_constants.cpp
   gas/aga8_density.cpp
   gas/aga8_method.cpp
   gas/composition.cpp

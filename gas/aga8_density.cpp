@@ -1,48 +1,23 @@
 #include "gas/aga8_density.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace kalorfix::gas::aga8 {
-namespace {
 
-// A whole number from 0 to `largest`, or -1 for anything else.
-int small_exponent(float value, int largest) {
-    const bool small = value >= 0.0F && value <= static_cast<float>(largest);
-    const int whole = small ? static_cast<int>(value) : -1;
-    return static_cast<float>(whole) == value ? whole : -1;
-}
-
-double at(const float* table, std::size_t n) { return static_cast<double>(table[n]); }
-
-}  // namespace
-
-// The groups are not initialised here: collapse() prepares those that it uses.
-DensityTerms::DensityTerms(const Terms& terms, const Coefficients& coefficients)
-    : terms_(terms), coefficients_(coefficients), collapsed_(collapse()) {}
-
-bool DensityTerms::collapse() {
-    for (std::size_t n = first_density_term; n < term_count; ++n) {
-        const int whole_b = small_exponent(terms_.b[n], max_exponent);
-        const int whole_k = small_exponent(terms_.k[n], max_exponent);
-        if (whole_b < 1 || whole_k < 0) return false;
-        const double c = at(terms_.c, n);
-        // Without an exponential k has no effect and must be 0, so that all terms of a group have the same c.
-        if ((c == 0.0) != (whole_k == 0)) return false;
-        while (largest_k_ < whole_k) groups_[static_cast<std::size_t>(++largest_k_)] = Group{};
-        const auto b = static_cast<std::size_t>(whole_b);
-        const auto k = static_cast<std::size_t>(whole_k);
-        Group& group = groups_[k];
-        if (group.c != 0.0 && group.c != c) return false;
-        group.c = c;
-        const double bC = whole_b * static_cast<double>(coefficients_[n]);
-        group.C[b] += static_cast<double>(coefficients_[n]);
-        group.bC[b] += bC;
-        group.bbC[b] += whole_b * bC;
-        group.sum_bC += bC;
-        largest_b_ = std::max(largest_b_, whole_b);
+// The cells are not initialised here: those in use are filled.
+DensityTerms::DensityTerms(const DensityLayout& layout, const Coefficients& coefficients)
+    : layout_(layout), coefficients_(coefficients) {
+    if (!layout.collapses()) return;
+    for (std::size_t cell = 0; cell < layout.cell_count; ++cell) C_[cell] = 0.0;
+    for (std::size_t n = first_density_term; n < term_count; ++n)
+        C_[layout.cell_of[n]] += static_cast<double>(coefficients[n]);
+    for (std::size_t g = 0; g < layout.group_count; ++g) {
+        sum_bC_[g] = 0.0;
+        for (std::size_t cell = layout.groups[g].first_cell; cell < layout.groups[g].end_cell; ++cell) {
+            bC_[cell] = static_cast<double>(layout.b[cell]) * C_[cell];
+            sum_bC_[g] += bC_[cell];
+        }
     }
-    return true;
 }
 
 // With P_m = sum(b^m C r^b) of a group, e = exp(-c r^k) and s = c k r^k the group's part is
@@ -51,31 +26,33 @@ bool DensityTerms::collapse() {
 //   prescribed  e (sum(b C) + s ((s - k) P0 - P1) / r)
 template <Derivative derivative>
 DensitySums DensityTerms::collapsed(double r) const {
-    ByExponent power;
+    std::array<double, DensityLayout::max_exponent + 1> power;
     power[0] = 1.0;
-    const auto highest = static_cast<std::size_t>(std::max(largest_b_, largest_k_));
-    const auto last_b = static_cast<std::size_t>(largest_b_);
-    for (std::size_t b = 1; b <= highest; ++b) power[b] = power[b - 1] * r;
+    for (std::size_t b = 1; b <= static_cast<std::size_t>(layout_.largest_exponent); ++b)
+        power[b] = power[b / 2] * (b == 1 ? r : power[b - b / 2]);
     DensitySums sums{0.0, 0.0};
-    for (std::size_t k = 0; k <= static_cast<std::size_t>(largest_k_); ++k) {
-        const Group& group = groups_[k];
+    for (std::size_t g = 0; g < layout_.group_count; ++g) {
+        const DensityLayout::Group& group = layout_.groups[g];
         // The P_m over r: the powers of r in the derivatives are lower by one.
         double p0 = 0.0;
         double p1 = 0.0;
         double p2 = 0.0;
-        for (std::size_t b = 1; b <= last_b; ++b) {
-            p0 += group.C[b] * power[b - 1];
-            p1 += group.bC[b] * power[b - 1];
-            if constexpr (derivative == Derivative::exact) p2 += group.bbC[b] * power[b - 1];
+        for (std::size_t cell = group.first_cell; cell < group.end_cell; ++cell) {
+            const double lower = power[layout_.b[cell] - 1U];
+            p0 += C_[cell] * lower;
+            p1 += bC_[cell] * lower;
+            if constexpr (derivative == Derivative::exact)
+                p2 += static_cast<double>(layout_.b[cell]) * bC_[cell] * lower;
         }
-        const double exponent = group.c * power[k];
-        const double e = k == 0 ? 1.0 : std::exp(-exponent);
-        const double s = static_cast<double>(k) * exponent;
+        const double k = group.k;
+        const double exponent = group.c * power[group.k];
+        const double e = group.k == 0 ? 1.0 : std::exp(-exponent);
+        const double s = k * exponent;
         sums.S += e * r * (p1 - s * p0);
         if constexpr (derivative == Derivative::exact)
-            sums.derivative += e * (p2 - s * ((static_cast<double>(k) - s) * p0 + 2.0 * p1));
+            sums.derivative += e * (p2 - s * ((k - s) * p0 + 2.0 * p1));
         else
-            sums.derivative += e * (group.sum_bC + s * ((s - static_cast<double>(k)) * p0 - p1));
+            sums.derivative += e * (sum_bC_[g] + s * ((s - k) * p0 - p1));
     }
     return sums;
 }
@@ -84,9 +61,9 @@ template <Derivative derivative>
 DensitySums DensityTerms::term_by_term(double r) const {
     DensitySums sums{0.0, 0.0};
     for (std::size_t n = first_density_term; n < term_count; ++n) {
-        const double b = at(terms_.b, n);
-        const double c = at(terms_.c, n);
-        const double k = at(terms_.k, n);
+        const double b = layout_.term_b[n];
+        const double c = layout_.term_c[n];
+        const double k = layout_.term_k[n];
         const double rk = std::pow(r, k);
         const double rb = std::pow(r, b);
         const double Ce = static_cast<double>(coefficients_[n]) * std::exp(-c * rk);
@@ -104,7 +81,7 @@ DensitySums DensityTerms::term_by_term(double r) const {
 
 template <Derivative derivative>
 DensitySums DensityTerms::sums(double r) const {
-    return collapsed_ ? collapsed<derivative>(r) : term_by_term<derivative>(r);
+    return layout_.collapses() ? collapsed<derivative>(r) : term_by_term<derivative>(r);
 }
 template DensitySums DensityTerms::sums<Derivative::prescribed>(double r) const;
 template DensitySums DensityTerms::sums<Derivative::exact>(double r) const;

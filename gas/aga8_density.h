@@ -19,40 +19,27 @@ struct DensitySums {
     double S, derivative;
 };
 
-/// The density terms of one gas at one temperature; each is C (b - c k r^k) r^b exp(-c r^k) with the exponents of the term.
-/// Terms with the same k share their exponential, those with the same b too collapse into one coefficient, so that an
-/// evaluation needs one exponential for each k. Exponents that are not small whole numbers are met with the general power
-/// function instead.
+/// The density terms of one gas at one temperature. Where the layout collapses, an evaluation needs one coefficient for each
+/// cell and one exponential for each group; else the general power function.
 class DensityTerms {
 public:
-    DensityTerms(const Terms& terms, const Coefficients& coefficients);
+    DensityTerms(const DensityLayout& layout, const Coefficients& coefficients);
 
     template <Derivative derivative>
     [[nodiscard]] DensitySums sums(double r) const;
 
 private:
-    static constexpr int max_exponent = 12;
-    using ByExponent = std::array<double, max_exponent + 1>;
-
-    // The terms with one k, by b: sums of C, b C and b^2 C.
-    struct Group {
-        double c;
-        ByExponent C, bC, bbC;
-        double sum_bC;
-    };
-
-    bool collapse();
     template <Derivative derivative>
     [[nodiscard]] DensitySums collapsed(double r) const;
     template <Derivative derivative>
     [[nodiscard]] DensitySums term_by_term(double r) const;
 
-    const Terms& terms_;
+    using ByCell = std::array<double, DensityLayout::max_cells>;
+
+    const DensityLayout& layout_;
     const Coefficients& coefficients_;
-    std::array<Group, max_exponent + 1> groups_;  // by k; those beyond the largest k in use are left alone
-    int largest_k_ = -1;                          ///< of the groups that are in use
-    int largest_b_ = 0;
-    bool collapsed_ = false;
+    ByCell C_, bC_;                                               // of each cell the sums of C and b C
+    std::array<double, DensityLayout::max_exponent + 1> sum_bC_;  // of each group
 };
 
 /// Everything that Z depends on, at one temperature and composition: Z = 1 + B rho - Sc r + S(r), r = K^3 rho.

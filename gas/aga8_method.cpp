@@ -1,15 +1,44 @@
 // The exported method AGA8-92DC.
 #include <algorithm>
+#include <array>
 #include <numeric>
 
 #include "gas/aga8.h"
 #include "gas/aga8_density.h"
+#include "gas/gas_data.h"
 #include "gas/working_state.h"
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"
 
 namespace gas = kalorfix::gas;
 namespace aga8 = kalorfix::gas::aga8;
+
+namespace {
+
+// The constants of the tables that are loaded, and of which ones they were made.
+aga8::Constants constants;
+using Addresses = std::array<const float*, 17>;
+Addresses made_of{};
+
+Addresses loaded_tables() { return {Ei, Ki, Gi, Qi, Fi, Eij_, Uij, Kij, Gij_, an, bn, cn, kn, un, gn, qn, fn}; }
+
+// Tables do not change while they are loaded. A host may put others in their place.
+const aga8::Constants& constants_of_loaded_tables() {
+    if (made_of != loaded_tables()) {
+        aga8::make_constants({{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}},
+                             constants);
+        made_of = loaded_tables();
+    }
+    return constants;
+}
+
+}  // namespace
+
+void gas::tables_changed() {
+    const kalorfix::FloatEnvironment guard;
+    made_of = {};
+    if (aga8_tables_loaded()) constants_of_loaded_tables();
+}
 
 float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
     const kalorfix::FloatEnvironment guard;
@@ -28,25 +57,28 @@ float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
         status = 1;
         return 0.0F;
     }
-    const aga8::Components pure{Ei, Ki, Gi, Qi, Fi};
-    const aga8::Binaries pairs{Eij_, Uij, Kij, Gij_};
-    const aga8::Terms terms{an, bn, cn, kn, un, gn, qn, fn};
+    const aga8::Constants& of = constants_of_loaded_tables();
     const auto temperature = static_cast<double>(T_K);
 
-    const aga8::Mixture mixture = aga8::mix(mixed, pure, pairs);
-    aga8::pair_parameters(mixed, pure, pairs, EIJM, GIJM);
-    const aga8::VirialFactors factors = aga8::virial_factors(mixed, pure, terms, EIJM, GIJM);
-    std::copy(factors.begin(), factors.end(), B);
-    const aga8::Coefficients coefficients = aga8::term_coefficients(temperature, mixture, terms);
+    for (std::size_t n = 0; n < mixed.count; ++n)
+        for (std::size_t m = 0; m < mixed.count; ++m) {
+            const std::size_t i = mixed.present[n];
+            const std::size_t j = mixed.present[m];
+            EIJM[i][j] = of.pair_energy[i][j];
+            GIJM[i][j] = of.pair_orientation[i][j];
+        }
+    const aga8::Mixture mixture = aga8::mix(mixed, of);
+    std::copy(mixture.virial_factors.begin(), mixture.virial_factors.end(), B);
+    const aga8::Coefficients coefficients = aga8::term_coefficients(temperature, mixture, of);
     std::copy(coefficients.begin() + aga8::first_density_term, coefficients.end(),
               C + aga8::first_density_term);
 
-    const aga8::DensityTerms density_terms(terms, coefficients);
+    const aga8::DensityTerms density_terms(of.density, coefficients);
     const double linear = std::accumulate(coefficients.begin() + aga8::first_density_term,
                                           coefficients.begin() + aga8::virial_terms, 0.0);
     const aga8::Equation equation{static_cast<double>(gas::molar_gas_constant) * temperature,
-                                  aga8::second_virial(temperature, terms, factors), linear, mixture.size_cubed,
-                                  density_terms};
+                                  aga8::second_virial(temperature, of, mixture.virial_factors), linear,
+                                  mixture.size_cubed, density_terms};
     const aga8::MolarDensity found = aga8::molar_density(equation, static_cast<double>(p_MPa));
     if (!found.converged) status = 1;
     K = static_cast<float>(aga8::compressibility(equation, found.rho_kmol_m3) /

@@ -47,6 +47,7 @@ int Watcom_Init() {
         *block.table = static_cast<float*>(std::calloc(static_cast<std::size_t>(block.values), sizeof(float)));
         if (!*block.table) return 1;
     }
+    gas::tables_changed();
     return 0;
 }
 
@@ -65,6 +66,7 @@ int Watcom_Load() {
                 read_value(file.get(), table[j]);
             }
     }
+    gas::tables_changed();
     return 0;
 }
 
@@ -83,4 +85,5 @@ void REINIT_GAS() {
         std::free(*block.table);
         *block.table = nullptr;
     }
+    gas::tables_changed();
 }

@@ -69,7 +69,8 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
             if (kind == one_large) b[30] = 13.0F;
             if (kind == two_values_of_c) k[30] = k[31] = 2.0F, c[30] = 1.0F, c[31] = 0.5F;
             const aga8::Terms terms{nullptr, b.data(), c.data(), k.data(), nullptr, nullptr, nullptr, nullptr};
-            const aga8::DensityTerms sums(terms, C);
+            const aga8::DensityLayout layout(terms);
+            const aga8::DensityTerms sums(layout, C);
             const Printed expected = printed(terms, C, r);
             const auto published = sums.sums<aga8::Derivative::prescribed>(r);
             const auto exact = sums.sums<aga8::Derivative::exact>(r);

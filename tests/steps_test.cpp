@@ -98,20 +98,21 @@ Percent any_mixture(const Point& x) {
 int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
     namespace aga8 = gas::aga8;
     const gas::Composition mixed = gas::with_present_components(gas::from_mole_percent(percent));
-    const aga8::Components pure{Ei, Ki, Gi, Qi, Fi};
-    const aga8::Binaries pairs{Eij_, Uij, Kij, Gij_};
-    const aga8::Terms terms{an, bn, cn, kn, un, gn, qn, fn};
-    float energy[15][15], orientation[15][15];
-    aga8::pair_parameters(mixed, pure, pairs, energy, orientation);
-    const aga8::Mixture mixture = aga8::mix(mixed, pure, pairs);
-    const aga8::VirialFactors factors = aga8::virial_factors(mixed, pure, terms, energy, orientation);
-    const aga8::Coefficients c = aga8::term_coefficients(T_K, mixture, terms);
-    const aga8::DensityTerms density_terms(terms, c);
+    static aga8::Constants of;
+    static const float* made_of = nullptr;
+    if (made_of != Ei) {
+        aga8::make_constants({{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}},
+                             of);
+        made_of = Ei;
+    }
+    const aga8::Mixture mixture = aga8::mix(mixed, of);
+    const aga8::Coefficients c = aga8::term_coefficients(T_K, mixture, of);
+    const aga8::DensityTerms density_terms(of.density, c);
     const double linear =
         std::accumulate(c.begin() + aga8::first_density_term, c.begin() + aga8::virial_terms, 0.0);
     const aga8::Equation equation{static_cast<double>(gas::molar_gas_constant) * T_K,
-                                  aga8::second_virial(T_K, terms, factors), linear, mixture.size_cubed,
-                                  density_terms};
+                                  aga8::second_virial(T_K, of, mixture.virial_factors), linear,
+                                  mixture.size_cubed, density_terms};
     return aga8::molar_density(equation, p_MPa).steps;
 }
 

@@ -1,0 +1,111 @@
+// AGA8-92DC: what the tables alone determine, made once for a set of tables: constants of the pairs of components with their
+// powers, and the exponents of the terms taken apart.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "gas/composition.h"
+#include "gas/half_powers.h"
+
+namespace kalorfix::gas::aga8 {
+
+inline constexpr std::size_t term_count = 53;
+inline constexpr std::size_t virial_terms = 13;       ///< terms 1..13 make the second virial coefficient
+inline constexpr std::size_t first_density_term = 7;  ///< terms 8..53 (position 7 on) are the density terms
+
+/// Parameters of the components, one each.
+struct Components {
+    const float* energy;            ///< E, K
+    const float* size;              ///< K, (m3/kmol)^(1/3)
+    const float* orientation;       ///< G
+    const float* quadrupole;        ///< Q
+    const float* high_temperature;  ///< F
+};
+
+/// Parameters of the pairs, 15 x 15 row by row.
+struct Binaries {
+    const float* energy;          ///< E*, of the second virial coefficient
+    const float* mixture_energy;  ///< U
+    const float* size;            ///< K
+    const float* orientation;     ///< G*
+};
+
+/// Coefficients and exponents of the terms.
+struct Terms {
+    const float *a, *b, *c, *k, *u, *g, *q, *f;
+};
+
+struct Tables {
+    Components pure;
+    Binaries pairs;
+    Terms terms;
+};
+
+/// Energy (K) or orientation of each pair of components.
+using PairTable = float[component_count][component_count];
+
+/// What the quadratic sums over pairs of components weigh: the virial factors B*_1..B*_13, then the cross terms of size,
+/// energy and orientation.
+inline constexpr std::size_t form_count = virial_terms + 3;
+inline constexpr std::size_t size_form = virial_terms;
+inline constexpr std::size_t energy_form = virial_terms + 1;
+inline constexpr std::size_t orientation_form = virial_terms + 2;
+using Forms = std::array<double, form_count>;
+
+/// The density terms' exponents taken apart. Each term is C (b - c k r^k) r^b exp(-c r^k); those with the same k and b are
+/// one cell, the cells with the same k one group with a common exponential.
+class DensityLayout {
+public:
+    static constexpr int max_exponent = 12;
+    static constexpr std::size_t max_cells = term_count - first_density_term;
+
+    struct Group {
+        std::uint8_t k, first_cell, end_cell;
+        double c;
+    };
+
+    DensityLayout() = default;
+    /// Takes over b, c and k.
+    explicit DensityLayout(const Terms& terms);
+
+    /// Whether all exponents are small whole numbers and all terms of a group have the same c.
+    [[nodiscard]] bool collapses() const { return collapses_; }
+
+    std::array<std::uint8_t, term_count> cell_of{};  ///< by term
+    std::array<std::uint8_t, max_cells> b{};         ///< of a cell; cells are in order of k, then of b
+    std::array<Group, max_exponent + 1> groups{};
+    std::size_t cell_count = 0, group_count = 0;
+    int largest_exponent = 0;                                     ///< of r
+    std::array<double, term_count> term_b{}, term_c{}, term_k{};  ///< as given
+
+private:
+    bool collapse();
+    bool collapses_ = false;
+};
+
+struct Constants {
+    std::array<double, component_count> size;    ///< K^2.5
+    std::array<double, component_count> energy;  ///< E^2.5
+    std::array<double, component_count> orientation, quadrupole, high_temperature;
+
+    PairTable pair_energy;       ///< E_ij = E*_ij sqrt(E_i E_j), E_i on the diagonal, in single precision
+    PairTable pair_orientation;  ///< G_ij = G*_ij (G_i + G_j)/2 likewise
+    std::array<std::array<Forms, component_count>, component_count> forms;
+
+    std::array<double, term_count> a, g, q, f;
+    std::array<HalfPower, term_count> u;
+    unsigned largest_virial_u, largest_term_u;      ///< of the exact ones, doubled
+    std::array<std::uint8_t, term_count> flags;     ///< which of g, q, f are 1 (bits 0, 1, 2), or other_flags
+    static constexpr std::uint8_t other_flags = 8;  ///< one of them is neither 0 nor 1
+    DensityLayout density;
+};
+
+/// Makes the constants of a set of tables, all of which must be there.
+void make_constants(const Tables& tables, Constants& constants);
+
+/// (value + 1 - flag)^flag: 1 for a flag of 0, the value itself for 1.
+[[nodiscard]] double flagged(double value, double flag);
+
+}  // namespace kalorfix::gas::aga8
