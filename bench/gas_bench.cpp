@@ -100,10 +100,10 @@ void collapsed_density_terms(benchmark::State& run) {
     set_composition(1);
     short failed = 0;
     PF3_3(T_K, 0.0F, p_MPa, failed);
-    const aga8::DensityLayout layout({an, bn, cn, kn, un, gn, qn, fn});
+    const aga8::DensityExponents exponents = aga8::density_exponents({an, bn, cn, kn, un, gn, qn, fn});
     aga8::Coefficients coefficients{};
     std::copy(C, C + aga8::term_count, coefficients.begin());
-    const aga8::DensityTerms density_terms(layout, coefficients);
+    const aga8::DensityTerms density_terms(exponents, coefficients);
     double r = 0.1;
     for (auto _ : run)
         for (int k = 0; k < evaluations; ++k) {

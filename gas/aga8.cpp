@@ -8,16 +8,18 @@ namespace {
 // The sums over the pairs i <= j of the components that are there, x_i x_j or twice that.
 Forms quadratic_sums(const Composition& gas, const std::array<double, component_count>& x,
                      const Constants& constants) {
-    Forms sums{};
+    double sums[form_count] = {};  // not yet the result, so that they can stay in registers
     for (std::size_t n = 0; n < gas.count; ++n) {
         const auto& row = constants.forms[gas.present[n]];
-        for (std::size_t m = n; m < gas.count; ++m) {
-            const double weight = (n == m ? 1.0 : 2.0) * x[n] * x[m];
+        double weight = x[n] * x[n];
+        const double twice = 2.0 * x[n];
+        for (std::size_t m = n; m < gas.count;) {
             const Forms& forms = row[gas.present[m]];
             for (std::size_t k = 0; k < form_count; ++k) sums[k] += weight * forms[k];
+            if (++m < gas.count) weight = twice * x[m];
         }
     }
-    return sums;
+    return std::to_array(sums);
 }
 
 }  // namespace
@@ -46,7 +48,7 @@ Mixture mix(const Composition& gas, const Constants& constants) {
 }
 
 double second_virial(double T_K, const Constants& constants, const VirialFactors& factors) {
-    const PowerBase temperature(T_K, constants.largest_virial_u);
+    const PowerBase temperature(T_K, constants.virial_u);
     double sum = 0.0;
     for (std::size_t n = 0; n < virial_terms; ++n)
         sum += constants.a[n] * static_cast<double>(factors[n]) / temperature.to(constants.u[n]);
@@ -55,7 +57,7 @@ double second_virial(double T_K, const Constants& constants, const VirialFactors
 
 Coefficients term_coefficients(double T_K, const Mixture& mixture, const Constants& constants) {
     // U^u alone overflows single precision at u = 21..23; of U/T it never does.
-    const PowerBase reduced(mixture.energy / T_K, constants.largest_term_u);
+    const PowerBase reduced(mixture.energy / T_K, constants.term_u);
     const double quadrupole = mixture.quadrupole * mixture.quadrupole;
     // The products of G, Q^2 and F by which of them a term has.
     std::array<double, Constants::other_flags> products;

@@ -1,7 +1,8 @@
 #include "gas/aga8_constants.h"
 
-#include <algorithm>
 #include <cmath>
+
+#include "gas/aga8_density_tables.h"
 
 namespace kalorfix::gas::aga8 {
 namespace {
@@ -16,13 +17,6 @@ double power_2_5(double value) { return value * value * std::sqrt(value); }
 double power_5(double value) {
     const double squared = value * value;
     return squared * squared * value;
-}
-
-// A whole number from 0 to `largest`, or -1 for anything else.
-int small_exponent(double value, int largest) {
-    const bool small = value >= 0.0 && value <= largest;
-    const int whole = small ? static_cast<int>(value) : -1;
-    return whole == value ? whole : -1;
 }
 
 // Energy and orientation of each pair, as they are handed out.
@@ -50,7 +44,7 @@ void make_forms(const Tables& t, Constants& c) {
             const auto G = static_cast<double>(c.pair_orientation[i][j]);
             const double Q = c.quadrupole[i] * c.quadrupole[j];
             const double F = std::sqrt(c.high_temperature[i] * c.high_temperature[j]);
-            const PowerBase E(static_cast<double>(c.pair_energy[i][j]), c.largest_virial_u);
+            const PowerBase E(static_cast<double>(c.pair_energy[i][j]), c.virial_u);
             for (std::size_t n = 0; n < virial_terms; ++n)
                 forms[n] = size * E.to(c.u[n]) * flagged(G, c.g[n]) * flagged(Q, c.q[n]) * flagged(F, c.f[n]);
             const bool unlike = i != j;
@@ -63,15 +57,15 @@ void make_forms(const Tables& t, Constants& c) {
 }
 
 void make_terms(const Terms& t, Constants& c) {
-    c.largest_virial_u = c.largest_term_u = 0;
+    c.virial_u = c.term_u = {};
     for (std::size_t n = 0; n < term_count; ++n) {
         c.a[n] = at(t.a, n);
         c.g[n] = at(t.g, n);
         c.q[n] = at(t.q, n);
         c.f[n] = at(t.f, n);
         c.u[n] = HalfPower(at(t.u, n));
-        unsigned& largest = n < virial_terms ? c.largest_virial_u : c.largest_term_u;
-        if (c.u[n].exact()) largest = std::max(largest, c.u[n].twice());
+        if (n < virial_terms) c.virial_u.include(c.u[n]);
+        if (n >= first_density_term) c.term_u.include(c.u[n]);
         c.flags[n] = 0;
         unsigned bit = 1;
         for (const double flag : {c.g[n], c.q[n], c.f[n]}) {
@@ -82,8 +76,6 @@ void make_terms(const Terms& t, Constants& c) {
             bit *= 2;
         }
     }
-    // The terms that are both serve the sums of the density terms as well.
-    c.largest_term_u = std::max(c.largest_term_u, c.largest_virial_u);
 }
 
 }  // namespace
@@ -94,41 +86,19 @@ double flagged(double value, double flag) {
     return flag == 1.0 ? base : std::pow(base, flag);
 }
 
-DensityLayout::DensityLayout(const Terms& terms) {
+DensityExponents density_exponents(const Terms& terms) {
+    DensityExponents given{};
+    given.published = true;
     for (std::size_t n = 0; n < term_count; ++n) {
-        term_b[n] = at(terms.b, n);
-        term_c[n] = at(terms.c, n);
-        term_k[n] = at(terms.k, n);
+        given.b[n] = at(terms.b, n);
+        given.c[n] = at(terms.c, n);
+        given.k[n] = at(terms.k, n);
+        if (n < first_density_term) continue;
+        const std::size_t term = n - first_density_term;
+        given.published = given.published && given.b[n] == published_b[term] &&
+                          given.k[n] == published_k[term] && given.c[n] == (published_k[term] != 0 ? 1.0 : 0.0);
     }
-    collapses_ = collapse();
-}
-
-bool DensityLayout::collapse() {
-    for (std::size_t n = first_density_term; n < term_count; ++n) {
-        if (small_exponent(term_b[n], max_exponent) < 1 || small_exponent(term_k[n], max_exponent) < 0)
-            return false;
-        // Without an exponential k has no effect and must be 0, so that all terms of a group have the same c.
-        if ((term_c[n] == 0.0) != (term_k[n] == 0.0)) return false;
-    }
-    for (int k = 0; k <= max_exponent; ++k) {
-        Group group{static_cast<std::uint8_t>(k), static_cast<std::uint8_t>(cell_count), 0, 0.0};
-        for (int whole_b = 1; whole_b <= max_exponent; ++whole_b) {
-            bool used = false;
-            for (std::size_t n = first_density_term; n < term_count; ++n) {
-                if (term_k[n] != k || term_b[n] != whole_b) continue;
-                if (group.c != 0.0 && group.c != term_c[n]) return false;
-                group.c = term_c[n];
-                cell_of[n] = static_cast<std::uint8_t>(cell_count);
-                used = true;
-            }
-            if (!used) continue;
-            b[cell_count++] = static_cast<std::uint8_t>(whole_b);
-            largest_exponent = std::max({largest_exponent, k, whole_b});
-        }
-        group.end_cell = static_cast<std::uint8_t>(cell_count);
-        if (group.end_cell != group.first_cell) groups[group_count++] = group;
-    }
-    return true;
+    return given;
 }
 
 void make_constants(const Tables& t, Constants& c) {
@@ -142,7 +112,7 @@ void make_constants(const Tables& t, Constants& c) {
     make_terms(t.terms, c);
     make_pairs(t, c);
     make_forms(t, c);
-    c.density = DensityLayout(t.terms);
+    c.density = density_exponents(t.terms);
 }
 
 }  // namespace kalorfix::gas::aga8

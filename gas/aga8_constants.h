@@ -54,36 +54,12 @@ inline constexpr std::size_t energy_form = virial_terms + 1;
 inline constexpr std::size_t orientation_form = virial_terms + 2;
 using Forms = std::array<double, form_count>;
 
-/// The density terms' exponents taken apart. Each term is C (b - c k r^k) r^b exp(-c r^k); those with the same k and b are
-/// one cell, the cells with the same k one group with a common exponential.
-class DensityLayout {
-public:
-    static constexpr int max_exponent = 12;
-    static constexpr std::size_t max_cells = term_count - first_density_term;
-
-    struct Group {
-        std::uint8_t k, first_cell, end_cell;
-        double c;
-    };
-
-    DensityLayout() = default;
-    /// Takes over b, c and k.
-    explicit DensityLayout(const Terms& terms);
-
-    /// Whether all exponents are small whole numbers and all terms of a group have the same c.
-    [[nodiscard]] bool collapses() const { return collapses_; }
-
-    std::array<std::uint8_t, term_count> cell_of{};  ///< by term
-    std::array<std::uint8_t, max_cells> b{};         ///< of a cell; cells are in order of k, then of b
-    std::array<Group, max_exponent + 1> groups{};
-    std::size_t cell_count = 0, group_count = 0;
-    int largest_exponent = 0;                                     ///< of r
-    std::array<double, term_count> term_b{}, term_c{}, term_k{};  ///< as given
-
-private:
-    bool collapse();
-    bool collapses_ = false;
+/// Exponents of the density terms, C (b - c k r^k) r^b exp(-c r^k), by position of the term.
+struct DensityExponents {
+    std::array<double, term_count> b, c, k;
+    bool published;  ///< those of the standard, and not of some other data
 };
+[[nodiscard]] DensityExponents density_exponents(const Terms& terms);
 
 struct Constants {
     std::array<double, component_count> size;    ///< K^2.5
@@ -96,10 +72,10 @@ struct Constants {
 
     std::array<double, term_count> a, g, q, f;
     std::array<HalfPower, term_count> u;
-    unsigned largest_virial_u, largest_term_u;      ///< of the exact ones, doubled
-    std::array<std::uint8_t, term_count> flags;     ///< which of g, q, f are 1 (bits 0, 1, 2), or other_flags
+    HalfPowerRange virial_u, term_u;             ///< of the exponents u of the virial and of the density terms
+    std::array<std::uint8_t, term_count> flags;  ///< which of g, q, f are 1 (bits 0, 1, 2), or other_flags
     static constexpr std::uint8_t other_flags = 8;  ///< one of them is neither 0 nor 1
-    DensityLayout density;
+    DensityExponents density;
 };
 
 /// Makes the constants of a set of tables, all of which must be there.

@@ -2,58 +2,99 @@
 
 #include <cmath>
 
-namespace kalorfix::gas::aga8 {
+#include "runtime/unrolled.h"
 
-// The cells are not initialised here: those in use are filled.
-DensityTerms::DensityTerms(const DensityLayout& layout, const Coefficients& coefficients)
-    : layout_(layout), coefficients_(coefficients) {
-    if (!layout.collapses()) return;
-    for (std::size_t cell = 0; cell < layout.cell_count; ++cell) C_[cell] = 0.0;
-    for (std::size_t n = first_density_term; n < term_count; ++n)
-        C_[layout.cell_of[n]] += static_cast<double>(coefficients[n]);
-    for (std::size_t g = 0; g < layout.group_count; ++g) {
-        sum_bC_[g] = 0.0;
-        for (std::size_t cell = layout.groups[g].first_cell; cell < layout.groups[g].end_cell; ++cell) {
-            bC_[cell] = static_cast<double>(layout.b[cell]) * C_[cell];
-            sum_bC_[g] += bC_[cell];
+namespace kalorfix::gas::aga8 {
+namespace {
+
+struct Cell {
+    int b, k;
+};
+
+// The cells in order of k, then of b.
+struct Layout {
+    std::array<Cell, cell_count> cells{};
+    std::array<std::size_t, published_b.size()> cell_of{};  // by term
+    std::array<std::size_t, largest_k + 2> first_cell{};    // by k
+};
+
+constexpr Layout make_layout() {
+    Layout layout;
+    std::size_t count = 0;
+    for (int k = 0; k <= largest_k; ++k) {
+        layout.first_cell[static_cast<std::size_t>(k)] = count;
+        for (int b = 1; b <= largest_b; ++b) {
+            bool used = false;
+            for (std::size_t n = 0; n < published_b.size(); ++n) {
+                if (published_b[n] != b || published_k[n] != k) continue;
+                layout.cell_of[n] = count;
+                used = true;
+            }
+            if (used) layout.cells[count++] = {b, k};
         }
     }
+    layout.first_cell[largest_k + 1] = count;
+    return layout;
 }
 
-// With P_m = sum(b^m C r^b) of a group, e = exp(-c r^k) and s = c k r^k the group's part is
+constexpr Layout layout = make_layout();
+static_assert(layout.first_cell[largest_k + 1] == cell_count, "an exponent is larger than it is said to be");
+
+}  // namespace
+
+// The cells are initialised only where they serve.
+DensityTerms::DensityTerms(const DensityExponents& exponents, const Coefficients& coefficients)
+    : exponents_(exponents), coefficients_(coefficients) {
+    if (!exponents.published) return;
+    cells_.fill(0.0);
+    sum_bC_.fill(0.0);
+    unrolled<published_b.size()>([&]<std::size_t n>() {
+        cells_[layout.cell_of[n]] += static_cast<double>(coefficients[first_density_term + n]);
+    });
+    unrolled<cell_count>([&]<std::size_t n>() {
+        constexpr Cell cell = layout.cells[n];
+        sum_bC_[static_cast<std::size_t>(cell.k)] += static_cast<double>(cell.b) * cells_[n];
+    });
+}
+
+// With P_m = sum(b^m C r^b) of the terms with one k, e = exp(-r^k) and s = k r^k their part is
 //   S           e (P1 - s P0)
 //   exact       e (P2 - s ((k - s) P0 + 2 P1)) / r
 //   prescribed  e (sum(b C) + s ((s - k) P0 - P1) / r)
 template <Derivative derivative>
 DensitySums DensityTerms::collapsed(double r) const {
-    std::array<double, DensityLayout::max_exponent + 1> power;
+    std::array<double, largest_b> power;
     power[0] = 1.0;
-    for (std::size_t b = 1; b <= static_cast<std::size_t>(layout_.largest_exponent); ++b)
-        power[b] = power[b / 2] * (b == 1 ? r : power[b - b / 2]);
+    power[1] = r;
+    for (std::size_t b = 2; b < power.size(); ++b) power[b] = power[b / 2] * power[b - b / 2];
     DensitySums sums{0.0, 0.0};
-    for (std::size_t g = 0; g < layout_.group_count; ++g) {
-        const DensityLayout::Group& group = layout_.groups[g];
+    unrolled<largest_k + 1>([&]<std::size_t group>() {
+        constexpr std::size_t first = layout.first_cell[group];
+        constexpr auto k = static_cast<double>(group);
         // The P_m over r: the powers of r in the derivatives are lower by one.
         double p0 = 0.0;
         double p1 = 0.0;
         double p2 = 0.0;
-        for (std::size_t cell = group.first_cell; cell < group.end_cell; ++cell) {
-            const double lower = power[layout_.b[cell] - 1U];
-            p0 += C_[cell] * lower;
-            p1 += bC_[cell] * lower;
-            if constexpr (derivative == Derivative::exact)
-                p2 += static_cast<double>(layout_.b[cell]) * bC_[cell] * lower;
+        unrolled<layout.first_cell[group + 1] - first>([&]<std::size_t n>() {
+            constexpr int b = layout.cells[first + n].b;
+            const double x = cells_[first + n] * power[static_cast<std::size_t>(b) - 1];
+            p0 += x;
+            p1 += static_cast<double>(b) * x;
+            if constexpr (derivative == Derivative::exact) p2 += static_cast<double>(b * b) * x;
+        });
+        if constexpr (group == 0) {
+            sums.S += r * p1;
+            sums.derivative += derivative == Derivative::exact ? p2 : sum_bC_[0];
+            return;
         }
-        const double k = group.k;
-        const double exponent = group.c * power[group.k];
-        const double e = group.k == 0 ? 1.0 : std::exp(-exponent);
-        const double s = k * exponent;
+        const double e = std::exp(-power[group]);
+        const double s = k * power[group];
         sums.S += e * r * (p1 - s * p0);
         if constexpr (derivative == Derivative::exact)
             sums.derivative += e * (p2 - s * ((k - s) * p0 + 2.0 * p1));
         else
-            sums.derivative += e * (sum_bC_[g] + s * ((s - k) * p0 - p1));
-    }
+            sums.derivative += e * (sum_bC_[group] + s * ((s - k) * p0 - p1));
+    });
     return sums;
 }
 
@@ -61,9 +102,9 @@ template <Derivative derivative>
 DensitySums DensityTerms::term_by_term(double r) const {
     DensitySums sums{0.0, 0.0};
     for (std::size_t n = first_density_term; n < term_count; ++n) {
-        const double b = layout_.term_b[n];
-        const double c = layout_.term_c[n];
-        const double k = layout_.term_k[n];
+        const double b = exponents_.b[n];
+        const double c = exponents_.c[n];
+        const double k = exponents_.k[n];
         const double rk = std::pow(r, k);
         const double rb = std::pow(r, b);
         const double Ce = static_cast<double>(coefficients_[n]) * std::exp(-c * rk);
@@ -81,7 +122,7 @@ DensitySums DensityTerms::term_by_term(double r) const {
 
 template <Derivative derivative>
 DensitySums DensityTerms::sums(double r) const {
-    return layout_.collapses() ? collapsed<derivative>(r) : term_by_term<derivative>(r);
+    return exponents_.published ? collapsed<derivative>(r) : term_by_term<derivative>(r);
 }
 template DensitySums DensityTerms::sums<Derivative::prescribed>(double r) const;
 template DensitySums DensityTerms::sums<Derivative::exact>(double r) const;

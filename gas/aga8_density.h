@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "gas/aga8.h"
+#include "gas/aga8_density_tables.h"
 
 namespace kalorfix::gas::aga8 {
 
@@ -19,11 +20,24 @@ struct DensitySums {
     double S, derivative;
 };
 
-/// The density terms of one gas at one temperature. Where the layout collapses, an evaluation needs one coefficient for each
-/// cell and one exponential for each group; else the general power function.
+/// Of the published exponents (b, k) the different ones: terms with the same exponents are one cell.
+constexpr std::size_t count_cells() {
+    std::size_t cells = 0;
+    for (std::size_t n = 0; n < published_b.size(); ++n) {
+        bool first = true;
+        for (std::size_t m = 0; m < n; ++m)
+            first = first && (published_b[m] != published_b[n] || published_k[m] != published_k[n]);
+        cells += first;
+    }
+    return cells;
+}
+inline constexpr std::size_t cell_count = count_cells();
+
+/// The density terms of one gas at one temperature. With the published exponents an evaluation is a polynomial for each k and
+/// one exponential; with others every term takes the general power function.
 class DensityTerms {
 public:
-    DensityTerms(const DensityLayout& layout, const Coefficients& coefficients);
+    DensityTerms(const DensityExponents& exponents, const Coefficients& coefficients);
 
     template <Derivative derivative>
     [[nodiscard]] DensitySums sums(double r) const;
@@ -34,12 +48,10 @@ private:
     template <Derivative derivative>
     [[nodiscard]] DensitySums term_by_term(double r) const;
 
-    using ByCell = std::array<double, DensityLayout::max_cells>;
-
-    const DensityLayout& layout_;
+    const DensityExponents& exponents_;
     const Coefficients& coefficients_;
-    ByCell C_, bC_;                                               // of each cell the sums of C and b C
-    std::array<double, DensityLayout::max_exponent + 1> sum_bC_;  // of each group
+    std::array<double, cell_count> cells_;      // of each cell the sum of C
+    std::array<double, largest_k + 1> sum_bC_;  // for each k
 };
 
 /// Everything that Z depends on, at one temperature and composition: Z = 1 + B rho - Sc r + S(r), r = K^3 rho.

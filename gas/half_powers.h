@@ -2,6 +2,7 @@
 // function.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -11,49 +12,66 @@ namespace kalorfix::gas {
 /// An exponent u taken apart once: 2u as a whole number where that is exact and small.
 class HalfPower {
 public:
-    static constexpr unsigned limit = 64;  ///< of 2u
+    static constexpr int limit = 63;  ///< of 2u, either way
 
     HalfPower() = default;
     explicit HalfPower(double exponent) : exponent_(exponent) {
-        const double doubled = 2.0 * std::fabs(exponent);
-        const bool small = doubled < limit;  // false for a NaN too
-        twice_ = small ? static_cast<unsigned>(doubled) : 0U;
-        exact_ = small && static_cast<double>(twice_) == doubled;
+        const bool small = std::fabs(exponent) <= 0.5 * limit;  // false for a NaN too
+        twice_ = small ? static_cast<int>(2.0 * exponent) : 0;
+        exact_ = small && static_cast<double>(twice_) == 2.0 * exponent;
     }
 
     [[nodiscard]] bool exact() const { return exact_; }
-    [[nodiscard]] bool negative() const { return exponent_ < 0.0; }
-    [[nodiscard]] unsigned twice() const { return twice_; }  ///< of an exact one, without its sign
+    [[nodiscard]] int twice() const { return twice_; }  ///< 0 for one that is not exact
     [[nodiscard]] double exponent() const { return exponent_; }
 
 private:
     double exponent_ = 0.0;
+    int twice_ = 0;
     bool exact_ = true;
-    unsigned twice_ = 0;
 };
 
-/// One number ready to be raised to many such exponents, the doubled ones up to `largest`.
+/// Of some exponents the least and the largest, doubled; 0 is always among them.
+struct HalfPowerRange {
+    int least = 0, largest = 0;
+
+    void include(const HalfPower& u) {
+        least = std::min(least, u.twice());
+        largest = std::max(largest, u.twice());
+    }
+};
+
+/// One number ready to be raised to many such exponents within a range.
 class PowerBase {
 public:
-    explicit PowerBase(double base, unsigned largest = HalfPower::limit - 1) : base_(base) {
-        power_[0] = 1.0;
-        power_[1] = std::sqrt(base);
-        power_[2] = base;  // also for a negative number, whose whole powers exist
-        // Even ones from even ones for that reason; a short way to each keeps the rounding small.
-        for (std::size_t twice = 3; twice <= largest; ++twice) {
-            const std::size_t half = (twice + 1) / 4 * 2;
-            power_[twice] = power_[half] * power_[twice - half];
-        }
+    explicit PowerBase(double base, HalfPowerRange range = {-HalfPower::limit, HalfPower::limit})
+        : base_(base) {
+        double* const power = power_.data() + HalfPower::limit;
+        power[0] = 1.0;
+        if (range.largest > 0) raise<1>(power, std::sqrt(base), base, range.largest);
+        if (range.least < 0) raise<-1>(power, 1.0 / std::sqrt(base), 1.0 / base, -range.least);
     }
 
     [[nodiscard]] double to(const HalfPower& u) const {
         if (!u.exact()) return std::pow(base_, u.exponent());
-        return u.negative() ? 1.0 / power_[u.twice()] : power_[u.twice()];
+        return power_[static_cast<std::size_t>(HalfPower::limit + u.twice())];
     }
 
 private:
+    // The even ones come from even ones, since a negative base has whole powers only; a short way to each keeps the rounding
+    // small.
+    template <int direction>
+    static void raise(double* power, double root, double base, int largest) {
+        power[direction] = root;
+        power[2 * direction] = base;
+        for (int twice = 3; twice <= largest; ++twice) {
+            const int half = (twice + 1) / 4 * 2;
+            power[direction * twice] = power[direction * half] * power[direction * (twice - half)];
+        }
+    }
+
     double base_;
-    std::array<double, HalfPower::limit> power_;
+    std::array<double, 2 * HalfPower::limit + 1> power_;
 };
 
 }  // namespace kalorfix::gas

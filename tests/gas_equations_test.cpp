@@ -54,23 +54,24 @@ Printed printed(const aga8::Terms& t, const aga8::Coefficients& C, double r) {
 TEST(Aga8, DensityTermsEqualThePrintedSums) {
     std::mt19937 random(8);
     std::uniform_real_distribution<float> coefficient(-2.0F, 2.0F);
-    enum Exponents { small, one_broken, one_large, two_values_of_c };
-    for (const Exponents kind : {small, one_broken, one_large, two_values_of_c})
+    enum Exponents { published, broken_b, other_k, other_c };
+    for (const Exponents kind : {published, broken_b, other_k, other_c})
         for (const double r : {1e-6, 0.03, 0.4, 0.9, 1.7}) {
-            std::array<float, aga8::term_count> b, c, k;
+            std::array<float, aga8::term_count> b{}, c{}, k{};
             aga8::Coefficients C{};
-            for (std::size_t n = 0; n < b.size(); ++n) {
-                k[n] = static_cast<float>(random() % 5);
+            for (std::size_t n = aga8::first_density_term; n < b.size(); ++n) {
+                b[n] = aga8::published_b[n - aga8::first_density_term];
+                k[n] = aga8::published_k[n - aga8::first_density_term];
                 c[n] = k[n] > 0.0F ? 1.0F : 0.0F;
-                b[n] = static_cast<float>(1 + random() % 9);
                 C[n] = coefficient(random);
             }
-            if (kind == one_broken) b[30] = 2.5F;
-            if (kind == one_large) b[30] = 13.0F;
-            if (kind == two_values_of_c) k[30] = k[31] = 2.0F, c[30] = 1.0F, c[31] = 0.5F;
+            if (kind == broken_b) b[30] = 2.5F;
+            if (kind == other_k) k[52] = 3.0F;
+            if (kind == other_c) c[7] = 0.5F;
             const aga8::Terms terms{nullptr, b.data(), c.data(), k.data(), nullptr, nullptr, nullptr, nullptr};
-            const aga8::DensityLayout layout(terms);
-            const aga8::DensityTerms sums(layout, C);
+            const aga8::DensityExponents exponents = aga8::density_exponents(terms);
+            EXPECT_EQ(exponents.published, kind == published);
+            const aga8::DensityTerms sums(exponents, C);
             const Printed expected = printed(terms, C, r);
             const auto published = sums.sums<aga8::Derivative::prescribed>(r);
             const auto exact = sums.sums<aga8::Derivative::exact>(r);

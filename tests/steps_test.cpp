@@ -104,6 +104,7 @@ int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
         aga8::make_constants({{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}},
                              of);
         made_of = Ei;
+        EXPECT_TRUE(of.density.published);
     }
     const aga8::Mixture mixture = aga8::mix(mixed, of);
     const aga8::Coefficients c = aga8::term_coefficients(T_K, mixture, of);

@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
+
+#include "runtime/unrolled.h"
 
 namespace kalorfix::water {
 namespace {
@@ -122,13 +123,6 @@ private:
 };
 
 constexpr double square(double x) { return x * x; }
-
-// Calls f.operator()<0>() to f.operator()<count - 1>(): straight-line code with constant indices.
-template <std::size_t count, class Function>
-void unrolled(Function&& f) {
-    [&]<std::size_t... k>(std::index_sequence<k...>) { (f.template operator()<k>(), ...); }
-    (std::make_index_sequence<count>{});
-}
 
 // --- Terms 55 and 56: F = n delta Delta^b psi ------------------------------------------------------------
 
