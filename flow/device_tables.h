@@ -32,6 +32,7 @@ constexpr int code(Device device) { return static_cast<int>(device); }
 /// Devices 1..9: their discharge coefficient depends on the Reynolds number.
 constexpr bool is_standard(Device device) { return code(device) >= 1 && code(device) <= 9; }
 constexpr bool is_orifice(Device device) { return code(device) >= 1 && code(device) <= 3; }
+constexpr bool is_nozzle(Device device) { return code(device) >= 4 && code(device) <= 6; }
 /// Devices 10..19: a direct formula.
 constexpr bool is_direct(Device device) { return code(device) >= 10 && code(device) <= 19; }
 /// Devices 10..18: averaging devices, whose coefficient follows from the blockage.

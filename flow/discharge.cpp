@@ -2,23 +2,17 @@
 
 namespace kalorfix::flow {
 
-bool discharge(const Bore& bore, double Re, Discharge& out) {
-    switch (bore.device) {
-        case Device::orifice_corner:
-        case Device::orifice_d_d2:
-        case Device::orifice_flange:
-            return orifice_discharge(bore, Re, out);
-        case Device::nozzle_isa1932:
-        case Device::nozzle_long_radius:
-        case Device::venturi_nozzle:
-            return nozzle_discharge(bore, Re, out);
-        case Device::venturi_cast:
-        case Device::venturi_machined:
-        case Device::venturi_welded:
-            return venturi_discharge(bore, Re, out);
-        default:
-            return false;
-    }
+DischargeLaw::DischargeLaw(const Bore& bore) : bore_(bore) {
+    if (is_orifice(bore.device))
+        orifice_ = orifice_constants(bore);
+    else if (is_nozzle(bore.device))
+        nozzle_ = nozzle_constants(bore);
+}
+
+bool DischargeLaw::at(double Re, Discharge& out) const {
+    if (is_orifice(bore_.device)) return orifice_discharge(bore_, orifice_, Re, out);
+    if (is_nozzle(bore_.device)) return nozzle_discharge(bore_, nozzle_, Re, out);
+    return is_standard(bore_.device) && venturi_discharge(bore_, Re, out);
 }
 
 }  // namespace kalorfix::flow

@@ -20,12 +20,31 @@ flow::Device device_of(const cCommon2005& calculator) {
     return static_cast<flow::Device>(calculator.device_type);
 }
 
+flow::DischargeLaw law_of(const cCommon2005& c) {
+    return flow::DischargeLaw({device_of(c), c.D, c.beta, c.R_sh, c.R_a});
+}
+
+// One pass of the flow equation: from the flow of the pass before, or a Reynolds number of 10^6 in the first.
+bool one_pass(cCommon2005& c, const flow::DischargeLaw& law, int pass, double dp, double rho, double q_prev) {
+    c.valid = 0;
+    c.Re = pass == 0 ? flow::million : flow::reynolds(q_prev, c.D, c.mu);
+
+    flow::Discharge found{};
+    if (!law.at(c.Re, found)) return false;
+    c.C = found.C;
+    c.K_sh = found.K_sh;
+    c.q_m = flow::mass_flow_kgs(c.d, c.C * c.E * c.K_sh * c.K_p * c.epsilon, dp, rho);
+    c.valid = 1;
+    return true;
+}
+
 // Solves the flow equation of a standard device. Leaves the outcome in `valid`.
 void solve_standard(cCommon2005& c, double dp, double rho) {
     if (c.Countepsilon(dp) != 1) return;
+    const flow::DischargeLaw law = law_of(c);
     const flow::FixedPoint end =
         flow::fixed_point(flow::tolerance(c.metering_class), [&](int pass, double q_prev, double& q_m) {
-            const bool accepted = c.Countq_mReCK_sh(pass, dp, rho, q_prev) == 1;
+            const bool accepted = one_pass(c, law, pass, dp, rho, q_prev);
             q_m = c.q_m;
             return accepted;
         });
@@ -68,16 +87,7 @@ char cCommon2005::mg_Param(char calc, double dp, double rho, double& q_m_out, do
 }
 
 char cCommon2005::Countq_mReCK_sh(int pass, double dp, double rho, double q_prev) {
-    valid = 0;
-    Re = pass == 0 ? flow::million : flow::reynolds(q_prev, D, mu);
-
-    flow::Discharge found{};
-    if (!flow::discharge({device_of(*this), D, beta, R_sh, R_a}, Re, found)) return 0;
-    C = found.C;
-    K_sh = found.K_sh;
-    q_m = flow::mass_flow_kgs(d, C * E * K_sh * K_p * epsilon, dp, rho);
-    valid = 1;
-    return 1;
+    return one_pass(*this, law_of(*this), pass, dp, rho, q_prev) ? 1 : 0;
 }
 
 char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {

@@ -26,22 +26,15 @@ bool reynolds_accepted(const Bore& bore, double Re) {
     return bore.beta <= 0.56 ? Re >= 5000.0 : Re >= 16000.0 * beta2;
 }
 
-// Reader-Harris/Gallagher equation, GOST 8.586.2-2005, 5.3.2.1.
-double discharge_coefficient(const Bore& bore, double Re) {
-    const double beta = bore.beta;
-    const double beta2 = beta * beta, beta4 = beta2 * beta2, beta8 = beta4 * beta4;
-    const Tappings tap = tappings(bore.device, bore.D_m);
-    const double A = std::pow(19000.0 * beta / Re, 0.8);
-    const double M2 = 2.0 * tap.L2 / (1.0 - beta);
-
-    double C = 0.5961 + 0.0261 * beta2 - 0.216 * beta8;
-    C += 0.000521 * std::pow(million * beta / Re, 0.7);
-    C += (0.0188 + 0.0063 * A) * std::pow(beta, 3.5) * std::pow(million / Re, 0.3);
-    C += (0.043 + 0.080 * std::exp(-10.0 * tap.L1) - 0.123 * std::exp(-7.0 * tap.L1)) * (1.0 - 0.11 * A) *
-         beta4 / (1.0 - beta4);
-    C -= 0.031 * (M2 - 0.8 * std::pow(M2, 1.1)) * std::pow(beta, 1.3);
-    if (bore.D_m < 0.07112) C += 0.011 * (0.75 - beta) * (2.8 - bore.D_m / inch_m);
-    return C;
+// Reader-Harris/Gallagher equation, GOST 8.586.2-2005, 5.3.2.1, with t = Re^-0.1:
+//   C = 0.5961 + 0.0261 beta^2 - 0.216 beta^8 + 0.000521 (10^6 beta/Re)^0.7
+//     + (0.0188 + 0.0063 A) beta^3.5 (10^6/Re)^0.3
+//     + (0.043 + 0.080 e^(-10 L1) - 0.123 e^(-7 L1)) (1 - 0.11 A) beta^4/(1 - beta^4)
+//     - 0.031 (M2 - 0.8 M2^1.1) beta^1.3 + 0.011 (0.75 - beta)(2.8 - D/0.0254), the last below 71.12 mm,
+//   A = (19000 beta/Re)^0.8, M2 = 2 L2/(1 - beta).
+double discharge_coefficient(const OrificeConstants& c, double t) {
+    const double t2 = t * t, t3 = t2 * t, t4 = t2 * t2, t8 = t4 * t4;
+    return c.C_inf + c.c7 * (t4 * t3) + (c.c3 + c.c11 * t8) * t3 - c.up * t8;
 }
 
 double cubic(const std::array<double, 4>& c, double L) {
@@ -56,13 +49,16 @@ const RoughnessSet& roughness_set(double Re) {
     return none;
 }
 
+// The diameter ratio that the upper bound goes by.
+double ln_limited(double beta) { return std::log(beta >= 0.65 ? 0.65 : beta); }
+
 // Upper bound of 10^4 R_a/D, to two decimals.
-double upper_limit(double beta, double Re, double lg_Re) {
+double upper_limit(double beta, double ln_beta, double Re, double lg_Re) {
     double x = 0.0;
+    if (Re > 1e8) return x;
     if (Re > 1e4) {
         const RoughnessSet& set = roughness_set(Re);
-        const double base = beta >= 0.65 ? 0.65 : beta;
-        x = cubic(set.A, lg_Re) * std::pow(base, cubic(set.B, lg_Re)) + cubic(set.C, lg_Re);
+        x = cubic(set.A, lg_Re) * std::exp(cubic(set.B, lg_Re) * ln_beta) + cubic(set.C, lg_Re);
     } else {
         x = 0.718866 * std::pow(beta, -3.887) + 0.364;
     }
@@ -86,30 +82,61 @@ double friction_factor(double R_m, double D_m, double Re) {
     return 1.0 / (root * root);
 }
 
+// Bounds of R_a within which the pipe counts as smooth.
+SmoothRange smooth_range(double D_m, double beta, double ln_beta, double Re, double lg_Re) {
+    const double x = upper_limit(beta, ln_beta, Re, lg_Re);
+    const double y = lower_limit(beta, lg_Re);
+    return {y > 0.0 && Re >= 3e6 ? y * 1e-4 * D_m : 0.0, x >= 15.0 ? 0.0015 * D_m : x * 1e-4 * D_m};
+}
+
 // GOST 8.586.2-2005, 5.3.2.3.
-double roughness_correction(const Bore& bore, double Re) {
-    const SmoothRange smooth = orifice_smooth_range(bore.D_m, bore.beta, Re);
+double roughness_correction(const Bore& bore, const OrificeConstants& c, double Re, double lg_Re) {
+    const SmoothRange smooth = smooth_range(bore.D_m, bore.beta, c.ln_beta, Re, lg_Re);
     if (smooth.min_m <= bore.R_a_m && bore.R_a_m <= smooth.max_m) return 1.0;
     const double nearest = bore.R_a_m > smooth.max_m ? smooth.max_m : smooth.min_m;
-    return 1.0 + 5.22 * std::pow(bore.beta, 3.5) *
-                     (friction_factor(bore.R_sh_m, bore.D_m, Re) -
-                      friction_factor(std::numbers::pi * nearest, bore.D_m, Re));
+    return 1.0 + c.correction * (friction_factor(bore.R_sh_m, bore.D_m, Re) -
+                                 friction_factor(std::numbers::pi * nearest, bore.D_m, Re));
 }
 
 }  // namespace
 
-SmoothRange orifice_smooth_range(double D_m, double beta, double Re) {
-    const double L = std::log10(Re);
-    const double x = upper_limit(beta, Re, L);
-    const double y = lower_limit(beta, L);
-    return {y > 0.0 && Re >= 3e6 ? y * 1e-4 * D_m : 0.0, x >= 15.0 ? 0.0015 * D_m : x * 1e-4 * D_m};
+OrificeConstants orifice_constants(const Bore& bore) {
+    const double beta = bore.beta;
+    const double beta2 = beta * beta, beta4 = beta2 * beta2, beta8 = beta4 * beta4;
+    const double tenth = std::pow(beta, 0.1);
+    const double tenth2 = tenth * tenth, tenth3 = tenth2 * tenth, tenth4 = tenth2 * tenth2;
+    const double beta_3_5 = beta2 * beta * std::sqrt(beta);
+    // 10^6 and 19000 to the powers that stand beside Re in the equation.
+    constexpr double million_0_3 = 63.095734448019324943;
+    constexpr double million_0_7 = 15848.931924611134853;
+    constexpr double n19000_0_8 = 2648.517706696731573;
+    const double A = n19000_0_8 * (tenth4 * tenth4);
+
+    const Tappings tap = tappings(bore.device, bore.D_m);
+    const double M2 = 2.0 * tap.L2 / (1.0 - beta);
+    const double upstream =
+        (0.043 + 0.080 * std::exp(-10.0 * tap.L1) - 0.123 * std::exp(-7.0 * tap.L1)) * beta4 / (1.0 - beta4);
+    const double downstream = 0.031 * (M2 - 0.8 * std::pow(M2, 1.1)) * (beta * tenth3);
+    const double small_pipe = bore.D_m < 0.07112 ? 0.011 * (0.75 - beta) * (2.8 - bore.D_m / inch_m) : 0.0;
+    return {0.5961 + 0.0261 * beta2 - 0.216 * beta8 + upstream - downstream + small_pipe,
+            0.000521 * million_0_7 * (tenth4 * tenth3),
+            0.0188 * beta_3_5 * million_0_3,
+            0.0063 * A * beta_3_5 * million_0_3,
+            0.11 * A * upstream,
+            ln_limited(beta),
+            5.22 * beta_3_5};
 }
 
-bool orifice_discharge(const Bore& bore, double Re, Discharge& out) {
+SmoothRange orifice_smooth_range(double D_m, double beta, double Re) {
+    return smooth_range(D_m, beta, ln_limited(beta), Re, std::log10(Re));
+}
+
+bool orifice_discharge(const Bore& bore, const OrificeConstants& c, double Re, Discharge& out) {
     if (!reynolds_accepted(bore, Re)) return false;
-    const double K_sh = roughness_correction(bore, Re);
+    const double lg_Re = std::log10(Re);
+    const double K_sh = roughness_correction(bore, c, Re, lg_Re);
     if (bore.device == Device::orifice_corner && 1.0 < bore.D_m && bore.D_m <= 3.0 && K_sh > 1.03) return false;
-    out = {discharge_coefficient(bore, Re), K_sh};
+    out = {discharge_coefficient(c, std::exp(-0.1 * std::numbers::ln10 * lg_Re)), K_sh};
     return true;
 }
 

@@ -24,6 +24,23 @@ double equivalent_hydrocarbon(const DensityGas& gas) {
     return 128.64 + 47.479 * static_cast<double>(molar_mass);
 }
 
+// The cube roots of C1 C1 C2, C1 C1 C3 and so on, by those of C2/C1 and C3/C1.
+struct GeometricMeans {
+    double of_112, of_113, of_122, of_123, of_133;
+};
+
+GeometricMeans geometric_means(double C1, double C2, double C3, CubeRoot kind) {
+    if (C1 == 0.0) return {};
+    // A product of an odd number of negative factors has no power with exponent 1/3, and one such mean is among them.
+    if (kind == CubeRoot::power && (C1 < 0.0 || C2 < 0.0 || C3 < 0.0)) {
+        constexpr double none = std::numeric_limits<double>::quiet_NaN();
+        return {none, none, none, none, none};
+    }
+    const double second = std::cbrt(C2 / C1);
+    const double third = std::cbrt(C3 / C1);
+    return {C1 * second, C1 * third, C1 * second * second, C1 * second * third, C1 * third * third};
+}
+
 }  // namespace
 
 Virial gerg91_virial(double T_K, const DensityGas& gas, CubeRoot kind) {
@@ -43,11 +60,10 @@ Virial gerg91_virial(double T_K, const DensityGas& gas, CubeRoot kind) {
     const double C2 = gerg91_table::C2(T_K);
     const double C3 = gerg91_table::C3(T_K);
     const double cross_C = 0.92 + 0.0013 * (T_K - 270.0);
-    const auto mean = [kind](double a, double b, double c) { return cube_root(a * b * c, kind); };
-    const double third = xe * xe * xe * C1 + 3.0 * xe * xe * xa * cross_C * mean(C1, C1, C2) +
-                         2.76 * xe * xe * xy * mean(C1, C1, C3) +
-                         3.0 * xe * xa * xa * cross_C * mean(C1, C2, C2) +
-                         6.6 * xe * xa * xy * mean(C1, C2, C3) + 2.76 * xe * xy * xy * mean(C1, C3, C3) +
+    const GeometricMeans mean = geometric_means(C1, C2, C3, kind);
+    const double third = xe * xe * xe * C1 + 3.0 * xe * xe * xa * cross_C * mean.of_112 +
+                         2.76 * xe * xe * xy * mean.of_113 + 3.0 * xe * xa * xa * cross_C * mean.of_122 +
+                         6.6 * xe * xa * xy * mean.of_123 + 2.76 * xe * xy * xy * mean.of_133 +
                          xa * xa * xa * C2 + 3.0 * xa * xa * xy * gerg91_table::C223(T_K) +
                          3.0 * xa * xy * xy * gerg91_table::C233(T_K) + xy * xy * xy * C3;
     return {second, third};

@@ -43,7 +43,7 @@ double nx19(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind) {
     const double B0 = n * (m - n * n) + 0.1 * m * pa * (b - 1.0);
     const double B1 = 2.0 * m / 3.0 - n * n;
     const double B2 = cube_root(B0 + std::sqrt(B0 * B0 + B1 * B1 * B1), kind);
-    const double Fz = 1.0 + 0.00132 / std::pow(Ta, 3.25);
+    const double Fz = 1.0 + 0.00132 / (Ta2 * Ta * std::sqrt(std::sqrt(Ta)));  // Ta^3.25
     return Fz * Fz * pa / (10.0 * (B1 / B2 - B2 + n)) / standard_compressibility(gas.rho_c, gas.xa, gas.xy);
 }
 

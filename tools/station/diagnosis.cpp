@@ -197,7 +197,7 @@ std::string roughness(const flow::Bore& bore, double Re) {
         // Other tappings have the same correction and no bound for it.
         flow::Bore unbounded = bore;
         unbounded.device = Device::orifice_d_d2;
-        if (flow::discharge(unbounded, Re, found) && found.K_sh > largest_correction)
+        if (flow::DischargeLaw(unbounded).at(Re, found) && found.K_sh > largest_correction)
             return broken("roughness correction", found.K_sh, "above", largest_correction, "");
     }
     if (bore.device != Device::nozzle_isa1932 && bore.device != Device::venturi_nozzle) return {};
