@@ -33,6 +33,33 @@ const ReleaseAtUnload release_at_unload;
 // The first two blocks pass through one variable: past the end of a short file they repeat its last value.
 constexpr std::size_t repeating_blocks = 2;
 
+// New tables of zeros; false when memory is short.
+bool allocate_tables() {
+    for (const gas::Block& block : gas::blocks) {
+        std::free(*block.table);
+        *block.table = static_cast<float*>(std::calloc(static_cast<std::size_t>(block.values), sizeof(float)));
+        if (!*block.table) return false;
+    }
+    return true;
+}
+
+// False at the first table that is not there.
+bool fill_tables(std::FILE* file) {
+    float last = 0.0F;
+    for (std::size_t b = 0; b < gas::block_count; ++b) {
+        float* const table = *gas::blocks[b].table;
+        if (!table) return false;
+        for (int j = 0; j < gas::blocks[b].values; ++j)
+            if (b < repeating_blocks) {
+                read_value(file, last);
+                table[j] = last;
+            } else {
+                read_value(file, table[j]);
+            }
+    }
+    return true;
+}
+
 }  // namespace
 
 int Step_Init(int block) {
@@ -42,32 +69,17 @@ int Step_Init(int block) {
 
 int Watcom_Init() {
     if (!kalorfix::open_regular(PATH_SRAM_FOR_LOADTABL, "rb")) return 1;
-    for (const gas::Block& block : gas::blocks) {
-        std::free(*block.table);
-        *block.table = static_cast<float*>(std::calloc(static_cast<std::size_t>(block.values), sizeof(float)));
-        if (!*block.table) return 1;
-    }
+    const bool allocated = allocate_tables();
     gas::tables_changed();
-    return 0;
+    return allocated ? 0 : 1;
 }
 
 int Watcom_Load() {
     const kalorfix::File file = kalorfix::open_regular(PATH_SRAM_FOR_LOADTABL, "rb");
     if (!file) return 1;
-    float last = 0.0F;
-    for (std::size_t b = 0; b < gas::block_count; ++b) {
-        float* const table = *gas::blocks[b].table;
-        if (!table) return 1;
-        for (int j = 0; j < gas::blocks[b].values; ++j)
-            if (b < repeating_blocks) {
-                read_value(file.get(), last);
-                table[j] = last;
-            } else {
-                read_value(file.get(), table[j]);
-            }
-    }
+    const bool filled = fill_tables(file.get());
     gas::tables_changed();
-    return 0;
+    return filled ? 0 : 1;
 }
 
 int INIT_GAS() {

@@ -2,7 +2,7 @@
  *
  * One copy for the process, shared by all gas channels. The names are those that hosts know, some of a single letter:
  * include this header only where they are wanted; kalorfix.h does not include it. The tables are null before Init, after a
- * failed load and after Done. All are single precision.
+ * failed load and after Done; from the load on they are for reading. All are single precision.
  */
 #ifndef KALORFIX_GAS_H
 #define KALORFIX_GAS_H

@@ -125,6 +125,7 @@ void write_table(std::uint32_t place, float value) {
     whole_tables = false;
     if (float* const table = *block.table)
         table[(place >> 8) % static_cast<std::uint32_t>(block.values)] = value;
+    kalorfix::gas::tables_changed();
 }
 
 GasFile& GasFile::instance() {
@@ -165,6 +166,7 @@ void GasFile::fill_tables() const {
         std::memcpy(*block.table, from, bytes);
         from += bytes;
     }
+    kalorfix::gas::tables_changed();
 }
 
 void GasFile::name_to_library() const {
