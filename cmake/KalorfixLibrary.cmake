@@ -48,6 +48,7 @@ add_library(
   gas/gas_data.cpp
   gas/gas_state.cpp
   gas/gerg91.cpp
+  gas/loaded_constants.cpp
   gas/nx19.cpp
   gas/vnic_method.cpp
   gas/vnic_smv.cpp

@@ -1,44 +1,16 @@
 // The exported method AGA8-92DC.
 #include <algorithm>
-#include <array>
 #include <numeric>
 
 #include "gas/aga8.h"
 #include "gas/aga8_density.h"
-#include "gas/gas_data.h"
+#include "gas/loaded_constants.h"
 #include "gas/working_state.h"
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"
 
 namespace gas = kalorfix::gas;
 namespace aga8 = kalorfix::gas::aga8;
-
-namespace {
-
-// The constants of the tables that are loaded, and of which ones they were made.
-aga8::Constants constants;
-using Addresses = std::array<const float*, 17>;
-Addresses made_of{};
-
-Addresses loaded_tables() { return {Ei, Ki, Gi, Qi, Fi, Eij_, Uij, Kij, Gij_, an, bn, cn, kn, un, gn, qn, fn}; }
-
-// Tables do not change while they are loaded. A host may put others in their place.
-const aga8::Constants& constants_of_loaded_tables() {
-    if (made_of != loaded_tables()) {
-        aga8::make_constants({{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}},
-                             constants);
-        made_of = loaded_tables();
-    }
-    return constants;
-}
-
-}  // namespace
-
-void gas::tables_changed() {
-    const kalorfix::FloatEnvironment guard;
-    made_of = {};
-    if (aga8_tables_loaded()) constants_of_loaded_tables();
-}
 
 float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
     const kalorfix::FloatEnvironment guard;
@@ -57,7 +29,7 @@ float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
         status = 1;
         return 0.0F;
     }
-    const aga8::Constants& of = constants_of_loaded_tables();
+    const aga8::Constants& of = gas::aga8_constants();
     const auto temperature = static_cast<double>(T_K);
 
     for (std::size_t n = 0; n < mixed.count; ++n)

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "gas/loaded_constants.h"
 #include "kalorfix_gas.h"
 #include "runtime/files.h"
 

@@ -20,7 +20,4 @@ inline constexpr std::size_t file_bytes = 4 * file_values;
 /// The blocks in the order of the file.
 extern const std::array<Block, block_count> blocks;
 
-/// Makes anew what the methods keep of the tables. To be called whenever tables were loaded, replaced or released.
-void tables_changed();
-
 }  // namespace kalorfix::gas

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "gas/vnic_smv.h"
+#include "gas/loaded_constants.h"
 #include "gas/working_state.h"
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"
@@ -27,14 +27,13 @@ float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
     const vnic::Fractions folded = vnic::fold(mixed.x);
     std::copy(folded.begin(), folded.end(), Tmp_Xi);
 
-    const vnic::Tables tables{V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl};
     const vnic::PseudoCritical critical =
-        vnic::pseudo_critical(folded, tables, static_cast<double>(gas::molar_gas_constant));
+        vnic::pseudo_critical(folded, gas::vnic_constants(), static_cast<double>(gas::molar_gas_constant));
     FP = critical.acentric;
     Tnk = critical.temperature;
     Pnk = critical.pressure;
     Tn = T_K / Tnk;
-    vnic::equation_coefficients(tables, critical.acentric, Ckl);
+    vnic::equation_coefficients(Akl, Bkl, critical.acentric, Ckl);
 
     const vnic::Isotherm isotherm = vnic::isotherm(Ckl, static_cast<double>(Tn));
     const double RT = static_cast<double>(gas::molar_gas_constant) * static_cast<double>(T_K);

@@ -37,46 +37,59 @@ Fractions fold(const gas::Fractions& x) {
     return folded;
 }
 
-PseudoCritical pseudo_critical(const Fractions& x, const Tables& tables, double R) {
-    std::array<double, component_count> fraction, volume, root, temperature, acentric;
+void make_constants(const Tables& tables, Constants& constants) {
+    std::array<double, component_count> volume, root, temperature, acentric;
     for (std::size_t i = 0; i < component_count; ++i) {
-        fraction[i] = static_cast<double>(x[i]);
         volume[i] = at(tables.molar_mass, i) / at(tables.critical_density, i);
         root[i] = cube_root(volume[i], CubeRoot::power);
         temperature[i] = at(tables.critical_temperature, i);
         acentric[i] = at(tables.acentric, i) * volume[i];
     }
-    double volume_sum = 0.0;
-    double temperature_sum = 0.0;
-    double acentric_sum = 0.0;
+    const auto ordered = [&](std::size_t i, std::size_t j) {
+        const std::size_t pair = i * component_count + j;
+        const double width = root[i] + root[j];
+        const double weight = (1.0 - at(tables.volume_correction, pair)) * width * width * width / 8.0;
+        const double pair_temperature =
+            (1.0 - at(tables.temperature_correction, pair)) * std::sqrt(temperature[i] * temperature[j]);
+        return PairConstants{weight, weight * pair_temperature * pair_temperature,
+                             (acentric[i] + acentric[j]) / (volume[i] + volume[j]) * weight};
+    };
+    PairConstants* pair = constants.data();
+    for (std::size_t i = 0; i < component_count; ++i) {
+        *pair++ = ordered(i, i);
+        for (std::size_t j = i + 1; j < component_count; ++j) {
+            const PairConstants one = ordered(i, j), other = ordered(j, i);
+            *pair++ = {one.volume + other.volume, one.temperature + other.temperature,
+                       one.acentric + other.acentric};
+        }
+    }
+}
+
+PseudoCritical pseudo_critical(const Fractions& x, const Constants& constants, double R) {
+    PairConstants sum{0.0, 0.0, 0.0};
+    const PairConstants* pair = constants.data();
     for (std::size_t i = 0; i < component_count; ++i)
-        for (std::size_t j = 0; j < component_count; ++j) {
-            const std::size_t pair = i * component_count + j;
-            const double width = root[i] + root[j];
-            const double weight = fraction[i] * fraction[j] * (1.0 - at(tables.volume_correction, pair)) *
-                                  width * width * width / 8.0;
-            const double pair_temperature =
-                (1.0 - at(tables.temperature_correction, pair)) * std::sqrt(temperature[i] * temperature[j]);
-            volume_sum += weight;
-            temperature_sum += weight * pair_temperature * pair_temperature;
-            acentric_sum += (acentric[i] + acentric[j]) / (volume[i] + volume[j]) * weight;
+        for (std::size_t j = i; j < component_count; ++j, ++pair) {
+            const double weight = static_cast<double>(x[i]) * static_cast<double>(x[j]);
+            sum.volume += weight * pair->volume;
+            sum.temperature += weight * pair->temperature;
+            sum.acentric += weight * pair->acentric;
         }
     PseudoCritical mixture{};
-    mixture.density = 1.0 / volume_sum;
-    mixture.temperature = static_cast<float>(std::sqrt(temperature_sum * mixture.density));
-    mixture.acentric = static_cast<float>(acentric_sum * mixture.density);
+    mixture.density = 1.0 / sum.volume;
+    mixture.temperature = static_cast<float>(std::sqrt(sum.temperature * mixture.density));
+    mixture.acentric = static_cast<float>(sum.acentric * mixture.density);
     mixture.pressure =
         static_cast<float>(R * 0.001 * mixture.density * static_cast<double>(mixture.temperature) *
                            (0.28707 - 0.05559 * static_cast<double>(mixture.acentric)));
     return mixture;
 }
 
-void equation_coefficients(const Tables& tables, float acentric, Coefficients& c) {
+void equation_coefficients(const float* a, const float* b, float acentric, Coefficients& c) {
     for (std::size_t k = 0; k < density_powers; ++k)
         for (std::size_t l = 0; l < static_cast<std::size_t>(temperature_terms[k]); ++l) {
             const std::size_t position = k * columns + l;
-            c[k][l] = static_cast<float>(at(tables.a, position) +
-                                         static_cast<double>(acentric) * at(tables.b, position));
+            c[k][l] = static_cast<float>(at(a, position) + static_cast<double>(acentric) * at(b, position));
         }
 }
 

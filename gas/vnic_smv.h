@@ -23,7 +23,7 @@ inline constexpr std::array<short, density_powers> temperature_terms{8, 7, 7, 6,
 using Fractions = std::array<float, component_count>;
 using Coefficients = float[density_powers][columns];
 
-/// The tables of the gas data file; matrices row by row.
+/// The tables of the gas data file that the pseudo-critical parameters come from; matrices row by row.
 struct Tables {
     const float* molar_mass;            ///< kg/kmol
     const float* critical_density;      ///< kg/m3
@@ -31,9 +31,15 @@ struct Tables {
     const float* acentric;
     const float* volume_correction;       ///< lambda, 8 x 8
     const float* temperature_correction;  ///< xi, 8 x 8
-    const float* a;                       ///< 10 x 8
-    const float* b;                       ///< 10 x 8, multiplied by the acentric factor
 };
+
+/// What x_i x_j is multiplied by in the sums over pairs i <= j, both orders of a pair in one: critical volume (m3/kmol), and
+/// that times the square of the critical temperature (K), times the acentric factor. Made once for a set of tables.
+struct PairConstants {
+    double volume, temperature, acentric;
+};
+using Constants = std::array<PairConstants, component_count*(component_count + 1) / 2>;
+void make_constants(const Tables& tables, Constants& constants);
 
 /// The 15 components folded onto the 8.
 [[nodiscard]] Fractions fold(const gas::Fractions& x);
@@ -46,10 +52,10 @@ struct PseudoCritical {
 };
 
 /// Pseudo-critical parameters of the mixture; R in kJ/(kmol K).
-[[nodiscard]] PseudoCritical pseudo_critical(const Fractions& x, const Tables& tables, double R);
+[[nodiscard]] PseudoCritical pseudo_critical(const Fractions& x, const Constants& constants, double R);
 
-/// c_kl = a_kl + acentric factor * b_kl; positions that are no terms stay as they are.
-void equation_coefficients(const Tables& tables, float acentric, Coefficients& c);
+/// c_kl = a_kl + acentric factor * b_kl, a and b 10 x 8; positions that are no terms stay as they are.
+void equation_coefficients(const float* a, const float* b, float acentric, Coefficients& c);
 
 /// The equation at one reduced temperature: coefficients of the powers 1..10 of the reduced density.
 using Isotherm = std::array<double, density_powers>;

@@ -10,7 +10,7 @@
 #include "flow/fixed_point.h"
 #include "gas/aga8.h"
 #include "gas/aga8_density.h"
-#include "gas/gas_data.h"
+#include "gas/loaded_constants.h"
 #include "gas/vnic_smv.h"
 #include "kalorfix.h"
 #include "kalorfix_gas.h"
@@ -98,14 +98,8 @@ Percent any_mixture(const Point& x) {
 int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
     namespace aga8 = gas::aga8;
     const gas::Composition mixed = gas::with_present_components(gas::from_mole_percent(percent));
-    static aga8::Constants of;
-    static const float* made_of = nullptr;
-    if (made_of != Ei) {
-        aga8::make_constants({{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}},
-                             of);
-        made_of = Ei;
-        EXPECT_TRUE(of.density.published);
-    }
+    const aga8::Constants& of = gas::aga8_constants();
+    EXPECT_TRUE(of.density.published);
     const aga8::Mixture mixture = aga8::mix(mixed, of);
     const aga8::Coefficients c = aga8::term_coefficients(T_K, mixture, of);
     const aga8::DensityTerms density_terms(of.density, c);
@@ -119,11 +113,11 @@ int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
 
 int vnic_steps(const Percent& percent, double T_K, double p_MPa) {
     namespace vnic = gas::vnic;
-    const vnic::Tables tables{V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl};
-    const vnic::PseudoCritical critical = vnic::pseudo_critical(
-        vnic::fold(gas::from_mole_percent(percent)), tables, static_cast<double>(gas::molar_gas_constant));
+    const vnic::PseudoCritical critical =
+        vnic::pseudo_critical(vnic::fold(gas::from_mole_percent(percent)), gas::vnic_constants(),
+                              static_cast<double>(gas::molar_gas_constant));
     vnic::Coefficients c{};
-    vnic::equation_coefficients(tables, critical.acentric, c);
+    vnic::equation_coefficients(Akl, Bkl, critical.acentric, c);
     const vnic::Isotherm isotherm = vnic::isotherm(c, T_K / static_cast<double>(critical.temperature));
     return vnic::molar_density(isotherm, critical, static_cast<double>(gas::molar_gas_constant) * T_K, p_MPa)
         .steps;

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "gas/gas_data.h"
+#include "gas/loaded_constants.h"
 #include "kalorfix_gas.h"
 #include "kalorfix_runtime.h"
 
