@@ -10,6 +10,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "bench/if97.h"
 #include "bench/yardsticks.h"
 #include "kalorfix_gas.h"
 #include "tools/host.h"
@@ -147,6 +148,15 @@ std::map<std::string, Prepare> all_steps() {
         steps["t_param_1, bare sums" + state] = yardstick(bench::bare_water);
         steps["t_param_1, by power function" + state] = yardstick(bench::water_by_power);
     }
+
+    const auto if97 = [](bench::If97 (*evaluate)(double, double), const bench::WaterState& s) {
+        return [=, &s](const Library&) {
+            require(bench::if97_verified());
+            return [=, &s] { keep = evaluate(s.t_C + 273.15, s.p_MPa).kappa; };
+        };
+    };
+    steps["t_param_1, IAPWS-IF97/liquid"] = if97(bench::if97_liquid, bench::water_states[0]);
+    steps["t_param_1, IAPWS-IF97/vapour"] = if97(bench::if97_steam, bench::water_states[1]);
 
     const auto density_method = [](auto method) {
         return [method](const Library& library) {

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "bench/if97.h"
 #include "bench/yardsticks.h"
 #include "kalorfix.h"
 
@@ -32,6 +33,14 @@ void sums(benchmark::State& run, const bench::WaterState& s, double (*evaluate)(
     run.counters["newton_steps"] = root.steps;
 }
 
+void if97(benchmark::State& run, const bench::WaterState& s, bench::If97 (*evaluate)(double, double)) {
+    double T_K = s.t_C + 273.15;
+    for (auto _ : run) {
+        benchmark::DoNotOptimize(T_K);
+        benchmark::DoNotOptimize(evaluate(T_K, s.p_MPa));
+    }
+}
+
 int register_all() {
     for (const bench::WaterState& s : bench::water_states) {
         const std::string name = std::string("/") + s.name;
@@ -39,6 +48,8 @@ int register_all() {
         benchmark::RegisterBenchmark(("bare_sums" + name).c_str(), sums, s, bench::bare_water);
         benchmark::RegisterBenchmark(("by_power" + name).c_str(), sums, s, bench::water_by_power);
     }
+    benchmark::RegisterBenchmark("if97/liquid", if97, bench::water_states[0], bench::if97_liquid);
+    benchmark::RegisterBenchmark("if97/vapour", if97, bench::water_states[1], bench::if97_steam);
     return 0;
 }
 [[maybe_unused]] const int registered = register_all();
