@@ -98,7 +98,8 @@ KALORFIX_API int mt_param_tr(int channel, char* status, float* D_mm, float* d_mm
  * Status 0: a step before failed; dp/p above 0.25 (devices 1..9, not water); dp 0 or negative (devices 1..18); Re
  * outside the device's range; a pipe too rough; no convergence within 100 passes; device 22 with a heat carrier. The
  * flows are then 0, but q_m may hold the last pass's value in kg/s, a NaN for a negative dp; the factors hold what the
- * last pass left, 0 if it did not get there. Device 19 hands out the NaN of a negative dp with status 1.
+ * last pass left, 0 if it did not get there. Device 19 hands out the NaN of a negative dp with status 1; devices 4..9 leave
+ * a NaN in q_m and epsilon for dp 0, except with water.
  * Ranges: Re by device as in GOST 8.586.2..5-2005. */
 KALORFIX_API int mg_mgn_param(int channel, char calc, float dp, float rho, float rho_c, float k, char* status,
                               float* q_m, float* q_v, float* q_c, float* q_e, float* K_sh, float* C, float* Re,
