@@ -99,6 +99,12 @@ void ready(int steps, float t_C = 300, float p_Pa = 1.2e6F, int channel = own) {
     EXPECT_EQ(o.status, 1) << steps << " steps, channel " << channel;
 }
 
+// A refusal that voids the cycle.
+void spoil() {
+    Out o;
+    tf(o, 2);
+}
+
 class Refusal : public testing::Test {
 protected:
     void SetUp() override {
@@ -113,22 +119,22 @@ protected:
 };
 
 TEST_F(Refusal, OfHeatCarrierCalls) {
+    ready(4);
     check({{"tn: no channel", [](Out& o) { tn(o, 0, 300, 1e6F); }, z2},
            {"tn: t negative", [](Out& o) { tn(o, own, -1, 1e6F); }, z2},
            {"tn: p negative", [](Out& o) { tn(o, own, 300, -1); }, z2},
            {"tn: not configured", [](Out& o) { tn(o, never, 300, 1e6F); }, z2, 0},
            {"tn: above 1000 degC", [](Out& o) { tn(o, own, 1001, 1e6F); }, z2, 0},
            {"tn: above 100 MPa", [](Out& o) { tn(o, own, 300, 1.01e8F); }, z2, 0},
-           {"tf: no state", [](Out& o) { tf(o); }, z4},
+           {"tf: no state", [](Out& o) { ready(2), spoil(), tf(o); }, z4},
            {"tf: source", [](Out& o) { ready(1), tf(o, 2); }, z4},
-           {"tf: state void", [](Out& o) { tf(o); }, z4},
            {"tf: phase", [](Out& o) { ready(1), tf(o, 1, 4); }, z4},
            {"tf: above 800 degC", [](Out& o) { ready(1, 900), tf(o); }, z4},
            {"tf: share", [](Out& o) { ready(1, 150, 3e5F), tf(o, 1, 3, 1.5F); }, z4},
            {"tf: wet, hot", [](Out& o) { ready(1, 372), tf(o, 1, 3, 0.5F); }, z4},
-           {"tr: no properties", [](Out& o) { tr(o); }, z5},
+           {"tr: no properties", [](Out& o) { ready(4), spoil(), tr(o); }, z5},
            {"tr: material", [](Out& o) { ready(2, 700), tr(o); }, z5},
-           {"flow: no geometry", [](Out& o) { flow(o, 4e4F); }, z7},
+           {"flow: no geometry", [](Out& o) { ready(4), spoil(), flow(o, 4e4F); }, z7},
            {"flow: calc 0", [](Out& o) { ready(3), flow(o, 4e4F, 0); }, z7},
            {"flow: dp/p", [](Out& o) { ready(3), flow(o, 4e5F); }, z7},
            {"flow: dp 0", [](Out& o) { ready(3), flow(o, 0); }, {none, 0, 0, 1, any, 1e6F, none}},
