@@ -86,6 +86,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # A unique symbol would keep dlclose from unloading the library.
   target_compile_options(kalorfix_objects PRIVATE -fno-gnu-unique)
 endif()
+if(KALORFIX_COVERAGE)
+  # Unoptimised, so that every condition keeps a branch of its own. The counters are written when the library is unloaded.
+  target_compile_options(kalorfix_objects PRIVATE -O0 --coverage)
+  target_link_options(kalorfix_options INTERFACE --coverage)
+endif()
 
 # The version script is made from the list that the tests compare with the built object.
 set(KALORFIX_EXPORT_LIST "${PROJECT_SOURCE_DIR}/frame/exports.list")

@@ -1,10 +1,13 @@
 // The loader of the gas data file.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "gas/gas_data.h"
@@ -112,6 +115,67 @@ TEST_F(GasData, IsReleasedAndLoadedAgain) {
     point_to("nothing");
     EXPECT_EQ(INIT_GAS(), 1);
     EXPECT_EQ(tables(), 0U) << "a failed load leaves no tables";
+}
+
+// The routines that refuse while one table is missing.
+std::string refusing() {
+    short failed = 0;
+    std::string names;
+    const auto note = [&names](const char* name, bool refused) {
+        if (refused) names += std::string(names.empty() ? "" : " ") + name;
+    };
+    PF1_1(96, 4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    note("PF2", PF2() == 0.0F);
+    note("PF3_3", PF3_3(290, 0, 5, failed) == 0.0F && failed == 1);
+    note("PF3_4", PF3_4(290, 0, 5, failed) == 0.0F && failed == 1);
+    note("PF5", PF5(0) == 0.0F);
+    note("PF6", PF6() == 0.0F);
+    SM = 16.0F;
+    VNIC_FLAG = 0;
+    note("PF4_1", PF4_1() == 0.0F);
+    PF1_2(1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    note("PF1_2", NumXi == 0);
+    return names;
+}
+
+TEST_F(GasData, IsRefusedTableByTable) {
+    std::ifstream in(KALORFIX_GAS_DAT, std::ios::binary);
+    std::ofstream(directory / "gas.dat", std::ios::binary) << in.rdbuf();
+    ASSERT_EQ(INIT_GAS(), 0);
+    EXPECT_EQ(refusing(), "");
+    for (const gas::Block& block : gas::blocks) {
+        const std::string name = block.name;
+        std::string expected = "PF3_3";
+        if (&block - gas::blocks.data() < 8) expected = name == "V_Mi" ? "PF3_4 PF5 PF4_1" : "PF3_4 PF4_1";
+        if (name == "Mi") expected = "PF5";
+        if (name == "Zci") expected = "PF1_2";
+        if (name == "Rocui" || name == "Bi") expected = "PF2";
+        if (name == "L1ij" || name == "B1ij") expected = "PF6";
+        float* const table = std::exchange(*block.table, nullptr);
+        EXPECT_EQ(refusing(), expected) << name;
+        *block.table = table;
+    }
+}
+
+// A host may have written anything into the list of the components that are there: what is none is passed over.
+TEST_F(GasData, IsReadForListedComponentsAlone) {
+    std::ifstream in(KALORFIX_GAS_DAT, std::ios::binary);
+    std::ofstream(directory / "gas.dat", std::ios::binary) << in.rdbuf();
+    ASSERT_EQ(INIT_GAS(), 0);
+    VNIC_FLAG = 1;
+    const auto results = [](short listed, short second) {
+        PF1_1(90, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+        NumXi = listed;
+        Index[1] = second;
+        const float rho_c = PF2();
+        PF5(0);
+        return std::pair(rho_c, SM);
+    };
+    const auto alone = results(1, 1);
+    EXPECT_NEAR(alone.second, 0.9F * 16.043F, 1e-4F);
+    EXPECT_GT(results(2, 1).second, alone.second + 2.9F);
+    for (const short none : std::to_array<short>({-1, 15, 32767})) EXPECT_EQ(results(2, none), alone) << none;
+    EXPECT_EQ(results(-1, 1), std::pair(0.0F, 0.0F));
 }
 
 TEST(GasBlocks, HaveTheirSizes) {

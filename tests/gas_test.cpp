@@ -128,6 +128,12 @@ TEST_F(Gas, EveryMethodRefusesStatesOutsideItsOwnLimits) {
         EXPECT_FALSE(library->PF3_3(s.T, s.dp, s.p, failed[2]) > 0.0F);
         EXPECT_EQ(library->PF3_4(s.T, s.dp, s.p, failed[3]), 0.0F);
         for (const short one : failed) EXPECT_EQ(one, 1) << s.T << ' ' << s.dp << ' ' << s.p;
+        // To the companions a NaN is no failure.
+        for (const auto companion : {library->PF3_1, library->PF3_2})
+            if (!std::isnan(s.T + s.p)) {
+                EXPECT_EQ(companion(s.T, s.dp, s.p, failed[0] = 9), 0.0F);
+                EXPECT_EQ(failed[0], 1) << s.T << ' ' << s.dp << ' ' << s.p;
+            }
     }
     short failed = 9;
     EXPECT_GT(library->PF3_3(290, 249, 1, failed), 0.9F);

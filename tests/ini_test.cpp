@@ -50,10 +50,11 @@ TEST_F(Ini, IndexesHeadersWithTheirLines) {
     const struct {
         const char *section, *sub1, *sub2;
         int status, line;
-    } rows[] = {
-        {"A", nullptr, nullptr, 0, 1}, {"B", nullptr, nullptr, 2, -1}, {"C", "D", "", 0, 3},
-        {"C", "", nullptr, 2, -1},     {nullptr, "D", nullptr, 0, 3},  {"EF", "G", nullptr, 0, 6},
-        {"H", "I", "", 0, 7},          {"c", nullptr, nullptr, 2, -1}, {nullptr, nullptr, nullptr, 0, 1}};
+    } rows[] = {{"A", nullptr, nullptr, 0, 1},  {"B", nullptr, nullptr, 2, -1},
+                {"C", "D", "", 0, 3},           {"C", "", nullptr, 2, -1},
+                {nullptr, "D", nullptr, 0, 3},  {"EF", "G", nullptr, 0, 6},
+                {"H", "I", "", 0, 7},           {"C", "D", "x", 2, -1},
+                {"c", nullptr, nullptr, 2, -1}, {nullptr, nullptr, nullptr, 0, 1}};
     for (const auto& row : rows) {
         line = -1;
         EXPECT_EQ(file.SectionSearch(row.section, row.sub1, row.sub2, &line), row.status) << row.section;
@@ -89,14 +90,16 @@ TEST_F(Ini, MalformedHeadersKeepWhatStandsBefore) {
 
 TEST_F(Ini, FindsKeys) {
     ASSERT_EQ(open("[S]\na = 1\n b b=2\nc : x=3\nd=4=5\n:e=6\n\rf=7\n" + std::string(1000, 'g') +
-                   "=8\nh=9 : i=10\n" + "[T]\nz=0\n"),
+                   "=8\nh=9 : i=10\nj : [ = 11\n\x01k=12\n" + "[T]\nz=0\n" + std::string(1000, 'g')),
               0);
     const struct {
         const char *key, *value;
-    } rows[] = {{"a", "1"}, {"bb", "2"}, {"b b", "(2)"}, {"c", "3"},   {"d", "4=5"}, {"e", "(2)"},  {"", "6"},
-                {"f", "7"}, {"h", "9"},  {"i", "(2)"},   {"z", "(2)"}, {"A", "(2)"}, {nullptr, "1"}};
+    } rows[] = {{"a", "1"},   {"bb", "2"},  {"b b", "(2)"}, {"c", "3"},  {"d", "4=5"},
+                {"e", "(2)"}, {"", "6"},    {"f", "7"},     {"h", "9"},  {"i", "(2)"},
+                {"z", "(2)"}, {"A", "(2)"}, {nullptr, "1"}, {"j", "11"}, {"\x01k", "12"}};
     for (const auto& row : rows) EXPECT_EQ(string(row.key), row.value) << (row.key ? row.key : "null");
     EXPECT_EQ(string("z", "T"), "0");
+    EXPECT_EQ(string("y", "T"), "(2)") << "the last line is too long for a key and has no end";
     EXPECT_EQ(string("a", "U"), "(1)");
     EXPECT_EQ(string(std::string(1000, 'g').c_str()), "(2)") << "no key is that long";
 }
@@ -104,18 +107,13 @@ TEST_F(Ini, FindsKeys) {
 TEST_F(Ini, ReadsStrings) {
     const std::string many(1500, 'm');
     ASSERT_EQ(open("[S]\nplain=  a b\t \nempty=\njoin=abc &\n  def\ngap=a & \t\r\n\n b&&c\nlong=" + many +
-                   "\ncr=x\ry=2\ncolon=a:b\nff=\xFFz\nlast=end&"),
+                   "\namp= &\n z\ncr=x\ry=2\ncolon=a:b\nff=\xFFz\nlast=end&"),
               0);
     const struct {
         const char *key, *value, *longest;
-    } rows[] = {{"plain", "a b", "a b"},
-                {"empty", "", ""},
-                {"join", "abcdef", "abcdef"},
-                {"gap", "ab&c", "ab&c"},
-                {"cr", "x", "x"},
-                {"colon", "a", "a:b"},
-                {"ff", "\xFFz", "\xFFz"},
-                {"last", "end\xFF", "end\xFF"}};
+    } rows[] = {{"plain", "a b", "a b"}, {"empty", "", ""},        {"join", "abcdef", "abcdef"},
+                {"gap", "ab&c", "ab&c"}, {"amp", "z", "z"},        {"cr", "x", "x"},
+                {"colon", "a", "a:b"},   {"ff", "\xFFz", "\xFFz"}, {"last", "end\xFF", "end\xFF"}};
     for (const auto& row : rows) {
         EXPECT_EQ(string(row.key), row.value) << row.key;
         EXPECT_EQ(longest(row.key), row.longest) << row.key;
@@ -124,6 +122,10 @@ TEST_F(Ini, ReadsStrings) {
     EXPECT_EQ(longest("long"), many);
     char untouched[8] = "as is";
     EXPECT_EQ(file.CfgGet("S", nullptr, nullptr, "none", untouched), 2);
+    EXPECT_EQ(file.CfgGetMax("S", nullptr, nullptr, "none", untouched), 2);
+    float number = 7.0F;
+    EXPECT_EQ(file.CfgGet("S", nullptr, nullptr, "none", number), 2);
+    EXPECT_EQ(number, 7.0F);
     EXPECT_STREQ(untouched, "as is");
 }
 
@@ -196,6 +198,9 @@ TEST_F(Ini, WalksTheLinesOfASection) {
     EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, key, value, &line), 0);
     EXPECT_STREQ(key, "c");
     EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, key, value, nullptr), 1);
+    EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, nullptr, nullptr, nullptr), 0) << "none is wanted";
+    EXPECT_EQ(file.Close(), 0);
+    EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, key, value, &line), 1) << "no file";
 }
 
 TEST_F(Ini, ConvertsLists) {
@@ -246,6 +251,12 @@ TEST_F(Ini, OpensAndCloses) {
     EXPECT_EQ(string("k"), "1");
     EXPECT_EQ(file.Close(), 0);
     EXPECT_EQ(file.Close(), 254);
+    EXPECT_EQ(file.KeySearch("k"), 1);
+    const int descriptor = dup(STDIN_FILENO);
+    close(descriptor);
+    EXPECT_EQ(open("[S]\nk=1\n"), 0);
+    close(descriptor);
+    EXPECT_EQ(file.Close(), 255) << "the system refuses to close it";
 
     for (const char* odd : {"/", "/dev/zero", "/dev/null"}) {
         IniFile special(odd, read_text);
@@ -254,6 +265,7 @@ TEST_F(Ini, OpensAndCloses) {
     IniFile nameless;
     EXPECT_EQ(nameless.Open(), 1);
     nameless.SetName("");
+    nameless.SetName(nullptr);
     EXPECT_EQ(nameless.Open(), 1);
 }
 
@@ -272,11 +284,14 @@ TEST_F(Ini, ReopeningReplacesTheIndex) {
 
 TEST_F(Ini, BuildsModeStrings) {
     std::ofstream(name) << "[S]\nk=1\n";
-    const struct { int bits, status; } rows[] = {{1, 0}, {9, 0}, {17, 0}, {0, 1}, {16, 1}, {8, 1}};
+    const struct {
+        int bits, status;
+    } rows[] = {{1, 0}, {9, 0}, {17, 0}, {0, 1}, {16, 1}, {8, 1}, {4, 0}, {2, 0}};
     for (const auto& row : rows) {
         IniFile other(name.c_str(), row.bits);
         EXPECT_EQ(other.Open(), row.status) << row.bits;
         other.Close();
+        EXPECT_EQ(fs::file_size(name) == 0, row.bits == 2) << "writing empties the file, appending does not";
     }
     IniFile other(name.c_str());
     EXPECT_EQ(other.SetSMode("r"), 1);
@@ -284,8 +299,11 @@ TEST_F(Ini, BuildsModeStrings) {
     other.Close();
     EXPECT_EQ(other.SetSMode("rrrrrr"), 6) << "too long: the mode is empty";
     EXPECT_EQ(other.Open(), 1);
-    EXPECT_EQ(other.SetSMode(""), 0);
-    EXPECT_EQ(other.Open(), 1);
+    for (const char* none : {"", static_cast<const char*>(nullptr)}) {
+        EXPECT_EQ(other.SetSMode("r"), 1);
+        EXPECT_EQ(other.SetSMode(none), 0);
+        EXPECT_EQ(other.Open(), 1);
+    }
 }
 
 }  // namespace

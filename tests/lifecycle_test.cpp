@@ -123,6 +123,13 @@ TEST_F(Lifecycle, NeverOpensAnOverlongPath) {
     library->Done();
 }
 
+TEST_F(Lifecycle, TakesADirectoryThatIsNullForNone) {
+    const kalorfix::host::Library library(KALORFIX_LIBRARY);
+    const_cast<CSRV_PATH*>(library->SRV_Path)->SETTINGS = nullptr;
+    EXPECT_EQ(output_of(library), not_found("/tornkntr.ini"));
+    library->Done();
+}
+
 TEST_F(Lifecycle, MeasuresTheDowntime) {
     const kalorfix::host::Library library(KALORFIX_LIBRARY);
     const auto downtime = [&] {
@@ -155,6 +162,9 @@ TEST_F(Lifecycle, MeasuresTheDowntime) {
     fs::remove(stamp);
     fs::create_directory(stamp);
     EXPECT_EQ(downtime(), 0.0) << "a directory";
+    fs::remove(stamp);
+    ASSERT_EQ(mkfifo(stamp.c_str(), 0600), 0);
+    EXPECT_EQ(downtime(), 0.0) << "a pipe";
     fs::remove_all(root / "dat");
     EXPECT_EQ(downtime(), 0.0) << "cannot be created";
 }

@@ -1,10 +1,11 @@
-// Registry and clock.
+// Registry, files and clock.
 #include <gtest/gtest.h>
 #include <sys/times.h>
 
 #include <cstdint>
 
 #include "frame/registry.h"
+#include "runtime/files.h"
 
 namespace {
 
@@ -38,6 +39,13 @@ TEST(Registry, MakesLowerChannelsFirstAndKeepsThem) {
     }
     EXPECT_EQ(Numbered::made, 20000);
     EXPECT_EQ(Numbered::destroyed, 20000);
+}
+
+TEST(Files, AreRefusedWhereThereIsNone) {
+    EXPECT_FALSE(kalorfix::is_regular(-1));
+    EXPECT_EQ(kalorfix::open_regular(nullptr, "r"), nullptr);
+    EXPECT_EQ(kalorfix::open_regular("/proc/self/exe", nullptr), nullptr);
+    EXPECT_NE(kalorfix::open_regular("/proc/self/exe", "r"), nullptr);
 }
 
 TEST(Clock, CountsTicksOfTheProcessClock) {

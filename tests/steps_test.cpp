@@ -202,6 +202,17 @@ TEST(FixedPoint, LeavesWhatAllPassesWouldLeave) {
     }
 }
 
+TEST(FixedPoint, EndsAtTheCap) {
+    int made = 0;
+    const flow::FixedPoint end = flow::fixed_point(1e-3, [&made](int number, double, double& q) {
+        ++made;
+        q = (number % 2 ? 1.0 : 2.0) + 0.001 * number;  // far from the flow before, never met again
+        return true;
+    });
+    EXPECT_EQ(made, end.passes);
+    EXPECT_FALSE(end.converged || end.refused);
+}
+
 TEST(Steps, OfTheFlowEquation) {
     struct Row {
         unsigned char device;

@@ -1,0 +1,86 @@
+// The members of the calculators one by one, as a C++ host may call them: each refuses by itself what its usual callers never ask.
+#include <gtest/gtest.h>
+
+#include "kalorfix.h"
+
+namespace {
+
+constexpr unsigned char never_configured = 0, orifice = 1, averaging = 12, no_such_device = 24;
+
+// A calculator with its fields set directly.
+struct Bare : cTeplo2005 {
+    explicit Bare(unsigned char device) {
+        device_type = device;
+        valid = 1;
+        D = D20 = 0.2;
+        d = d20 = 0.1;
+        beta = 0.5;
+        t = 20.0;
+        p = 1e6;
+        mu = 1e-5;
+        kappa = 1.3;
+        E = K_p = epsilon = 1.0;
+    }
+};
+
+TEST(Members, KnowNoFlowOfADeviceThatIsNone) {
+    for (const unsigned char device : {never_configured, no_such_device}) {
+        double q_m = -1.0, q_v = -1.0;
+        EXPECT_EQ(Bare(device).mg_Param(1, 1e4, 5.0, q_m, q_v), 0);
+        EXPECT_EQ(q_m, 0.0);
+        EXPECT_EQ(q_v, 0.0);
+        EXPECT_EQ(Bare(device).CountDd(), 0);
+    }
+    for (const unsigned char device : {never_configured, averaging}) {
+        Bare c(device);
+        EXPECT_EQ(c.Countq_mReCK_sh(0, 1e4, 5.0, 0.0), 0) << "no discharge coefficient";
+        EXPECT_EQ(c.valid, 0);
+    }
+}
+
+TEST(Members, LeaveWhatADeviceDoesNotHave) {
+    for (const unsigned char device : {never_configured, averaging}) {
+        Bare c(device);
+        c.K_p = c.epsilon = 0.25;
+        EXPECT_EQ(c.CountbetaEKp(), 1);
+        EXPECT_EQ(c.K_p, 0.25);
+        EXPECT_EQ(c.Countepsilon(1e4), 1);
+        EXPECT_EQ(c.epsilon, 0.25);
+    }
+    for (const unsigned char device : {never_configured, orifice}) {
+        Bare c(device);
+        c.alpha_eps = 0.7;
+        EXPECT_EQ(c.CountqmalphaepsilonRe(1e4, 5.0), 0) << "no averaging device";
+        EXPECT_EQ(c.alpha_eps, 0.7);
+        EXPECT_GT(c.q_m, 0.0);
+    }
+}
+
+TEST(Members, RefuseMaterialsAndSetsThatAreNone) {
+    for (const bool pipe : {false, true}) {
+        Bare c(orifice);
+        c.by_material = 1;
+        c.mat_D = c.mat_d = 7.0;
+        EXPECT_EQ(c.CountDd(), 1);
+        (pipe ? c.mat_D : c.mat_d) = 40.0;
+        EXPECT_EQ(c.CountDd(), 0);
+    }
+    double time = -1.0, start = -1.0, result = -1.0;
+    EXPECT_EQ(Bare(orifice).in2_Param(1.0F, 0.0F, 1, 5.0, 10.0, 0.0, 0.0, time, start, result), 1);
+    EXPECT_EQ(time, 11.0);
+    EXPECT_EQ(Bare(orifice).in2_Param(1.0F, 0.0F, 2, 5.0, 20.0, 0.0, 0.0, time, start, result), 0);
+    EXPECT_EQ(time, 11.0) << "nothing is handed out";
+}
+
+TEST(Members, RefuseVapourBeyondTheRangeOfWater) {
+    cGas2005 c;
+    double rho = -1.0, mu = 0.0, kappa = 0.0, low = 0.0, high = 0.0;
+    c.valid = 1;
+    c.T = 290.0;
+    c.p = 101e6;
+    EXPECT_EQ(c.tf_Param(0, 0, 0.01, rho, mu, kappa, low, high), 0);
+    EXPECT_EQ(rho, -1.0);
+    EXPECT_EQ(c.valid, 0);
+}
+
+}  // namespace
