@@ -4,31 +4,7 @@ set -u
 tool=$1 cases=$3 check=$4
 library=$2/kalorfix.so
 data=$2/gas.dat
-failures=0
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-
-fail() {
-    echo "FAILED: $*"
-    failures=$((failures + 1))
-}
-
-# expect STATUS REGEX ARGUMENTS...: the exit status, and a line of standard output (for status 2 exactly one line of standard
-# error and nothing else).
-expect() {
-    status=$1 pattern=$2
-    shift 2
-    "$tool" "$@" >"$work/out" 2>"$work/err"
-    got=$?
-    if [ "$got" -ne "$status" ]; then
-        fail "($got instead of $status) $*" && cat "$work/out" "$work/err"
-    elif [ "$status" -eq 2 ]; then
-        [ ! -s "$work/out" ] && [ "$(wc -l <"$work/err")" -eq 1 ] && grep -qE "$pattern" "$work/err" ||
-            { fail "(message) $*" && cat "$work/out" "$work/err"; }
-    elif ! grep -qE "$pattern" "$work/out"; then
-        fail "(output lacks $pattern) $*" && cat "$work/out"
-    fi
-}
+. "$(dirname "$0")/checks.sh"
 
 judge() { python3 "$check" "$@" || fail "$*"; }
 
@@ -110,5 +86,4 @@ expect 2 'there is nothing to draw' $gas --t 60:61:0.5 --p 0.01 --svg "$work/n.s
 expect 2 '^kalorfix: /none/x.svg: cannot write' water --t 20:30:1 --p 1 --svg /none/x.svg
 [ -e "$work/n.svg" ] && fail "a refused drawing left a file"
 
-[ "$failures" -eq 0 ] && echo "report: all as expected"
-exit "$failures"
+finish report
