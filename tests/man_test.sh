@@ -6,14 +6,7 @@ export LC_ALL=C.UTF-8
 source=$1
 tool=${2:-}
 pages=$source/docs/man
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failures=0
-
-fail() {
-    echo "FAILED: $*"
-    failures=$((failures + 1))
-}
+. "$(dirname "$0")/checks.sh"
 
 # ---- Roff ---------------------------------------------------------------------------------------------------------
 formatters=0
@@ -117,5 +110,4 @@ sed -n 's/^\.BR \([A-Za-z_0-9]*\) ()$/\1/p' "$pages/kalorfix.3" | sort -u >"$wor
 for name in $(comm -13 "$work/functions" "$work/named"); do fail "kalorfix.3: $name is not exported"; done
 grep -q '^\.I /usr/share/doc/kalorfix.*/api.md$' "$pages/kalorfix.3" || fail "kalorfix.3 does not refer to api.md"
 
-[ "$failures" -eq 0 ] || exit 1
-echo "manual pages: clean, $(wc -l <"$work/functions") functions, ${commands:-no} helps"
+finish "manual pages, $(wc -l <"$work/functions") functions, ${commands:-no} helps"
