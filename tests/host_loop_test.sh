@@ -6,13 +6,8 @@ set -u
 program=$1
 library=$2
 system=$3
-data=$(mktemp -d)
-trap 'rm -rf "$data"' EXIT
-failed=0
-fail() {
-    echo "FAILED: $*"
-    failed=1
-}
+. "$(dirname "$0")/checks.sh"
+data=$work
 
 # run NAME CYCLES: results in NAME, with the message about the settings file left out.
 run() {
@@ -70,5 +65,4 @@ head -c 20 "$data/registers.txt" >"$data/half" && cp "$data/half" "$data/registe
 grep -q 'registers cannot be read' "$data/err" || fail "no word about damaged registers"
 cmp -s "$data/half" "$data/registers.txt" || fail "damaged registers are overwritten"
 
-[ "$failed" -eq 0 ] && echo "all as it should be"
-exit "$failed"
+finish "host loop"
