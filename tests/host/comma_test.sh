@@ -3,9 +3,7 @@
 # Usage: comma_test.sh TOOL EXAMPLES LOCALES [PRELOAD]: PRELOAD is a library that puts the tool under the locale.
 set -u
 tool=$1 examples=$2 locales=$3 preload=${4:-}
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failures=0
+. "$(dirname "$0")/../checks.sh"
 
 # The locale has to be there and to have a comma.
 comma=$(LOCPATH=$locales LC_ALL=de_DE.UTF-8 locale decimal_point)
@@ -20,13 +18,11 @@ same() {
     env LOCPATH="$locales" LC_ALL=de_DE.UTF-8 ${preload:+"LD_PRELOAD=$preload"} "$tool" "$@" >"$work/comma" 2>&1
     comma=$?
     if [ "$plain" -ne "$comma" ] || ! cmp -s "$work/plain" "$work/comma"; then
-        echo "FAILED (exit status $comma, without the locale $plain): $*"
+        fail "exit status $comma, without the locale $plain: $*"
         diff "$work/plain" "$work/comma" | head -4
-        failures=$((failures + 1))
     elif ! grep -qF -- "$point" "$work/comma"; then
-        echo "FAILED (no $point): $*"
+        fail "no $point: $*"
         head -5 "$work/comma"
-        failures=$((failures + 1))
     fi
 }
 
@@ -41,5 +37,4 @@ done
 same 57.0274 demo
 same 0.077 verify
 same '0,66: expected' water --t 200 --p 0,66
-[ "$failures" -eq 0 ] && echo "the same output under both locales"
-exit "$failures"
+finish "the same output under both locales"
