@@ -2,15 +2,8 @@
 # Judges the Debian packages of a build: fields, contents, modes, checksums, and what is in them as an installed prefix.
 # Usage: deb_test.sh BUILD DIRECTORY
 set -eu
-. "$1/package_settings.sh"
+. "$(dirname "$0")/common.sh"
 packages=$2
-here=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-fail() {
-    echo "$*" >&2
-    exit 1
-}
 names="kalorfix kalorfix-dev"
 [ "$tool" = ON ] && names="$names kalorfix-tool"
 for name in $names; do

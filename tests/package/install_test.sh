@@ -2,14 +2,7 @@
 # Installs a build into a prefix, whole and by components, under a strict umask, and judges it there and after a move.
 # Usage: install_test.sh BUILD
 set -eu
-. "$1/package_settings.sh"
-here=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-fail() {
-    echo "$*" >&2
-    exit 1
-}
+. "$(dirname "$0")/common.sh"
 install() {
     (umask 077 && "$cmake" --install "$build" "$@" >"$work/log" 2>&1) || {
         cat "$work/log" >&2

@@ -3,15 +3,8 @@
 # pkg-config, run, and print the right number; the tool runs from it.
 # Usage: prefix_test.sh BUILD PREFIX    BUILD says which compilers made it
 set -eu
-. "$1/package_settings.sh"
+. "$(dirname "$0")/common.sh"
 prefix=$2
-here=$(cd "$(dirname "$0")" && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-fail() {
-    echo "$prefix: $*" >&2
-    exit 1
-}
 # Runs a program of the target; the emulator is a command with its options.
 run() {
     # shellcheck disable=SC2086
