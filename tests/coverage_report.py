@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Sums gcov's JSON on standard input into a table of lines and branches, and compares the gaps with a list of known ones.
+"""Sums gcov's JSON on standard input into a table of lines and branches, and compares the gaps with the known ones.
 
 Usage: gcov --stdout --json-format --branch-probabilities *.gcno | coverage_report.py GAPS
 """

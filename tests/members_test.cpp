@@ -1,4 +1,4 @@
-// The members of the calculators one by one, as a C++ host may call them: each refuses by itself what its usual callers never ask.
+// The members of the calculators one by one, as a C++ host may call them: each refuses what its usual callers never ask.
 #include <gtest/gtest.h>
 
 #include "kalorfix.h"

@@ -58,8 +58,8 @@ bool host_deletes_what_it_made(int flags) {
     return dlclose(library) == 0 && kept_apart && operators_called == called + 4;
 }
 
-// Whatever allocation of the library finds no memory: Init is done without the settings or the gas data, a channel refuses, and
-// the next call works.
+// Whatever allocation of the library finds no memory: Init is done without the settings or the gas data, a channel refuses,
+// and the next call works.
 bool short_of_memory_is_survived(int flags) {
     constexpr int most_allocations = 200;
     int without_settings = 0, without_gas = 0, without_channel = 0;
