@@ -212,14 +212,9 @@ TEST(GasTables, MayHoldAnything) {
     ASSERT_EQ(good.size(), 7660U);
     const fs::path file = fs::path(testing::TempDir()) / ("damaged_" + std::to_string(getpid()));
     std::mt19937 random(9);
-    const float values[] = {std::numeric_limits<float>::quiet_NaN(),
-                            std::numeric_limits<float>::infinity(),
-                            1e38F,
-                            -1e38F,
-                            -1.0F,
-                            0.0F,
-                            2.5F,
-                            1e-45F};
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    const float values[] = {nan, inf, 1e38F, -1e38F, -1.0F, 0.0F, 2.5F, 1e-45F};
     for (int round = 0; round < 150; ++round) {
         std::string bytes = good;
         if (round % 10 == 0)

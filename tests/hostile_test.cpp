@@ -19,23 +19,10 @@ public:
 
     float number() {
         static constexpr float inf = std::numeric_limits<float>::infinity();
-        static constexpr float special[] = {0.0F,
-                                            -0.0F,
-                                            1.0F,
-                                            -1.0F,
-                                            inf,
-                                            -inf,
-                                            1e38F,
-                                            -1e38F,
-                                            1e-38F,
-                                            1e-45F,
-                                            273.15F,
-                                            373.946F,
-                                            22.064e6F,
-                                            0.5F,
-                                            39.0F,
-                                            40.0F,
-                                            std::numeric_limits<float>::quiet_NaN()};
+        static constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+        static constexpr float special[] = {0.0F,      -0.0F,  1.0F,   -1.0F,  inf,     -inf,
+                                            1e38F,     -1e38F, 1e-38F, 1e-45F, 273.15F, 373.946F,
+                                            22.064e6F, 0.5F,   39.0F,  40.0F,  nan};
         switch (pick(4)) {
             case 0:
                 return special[pick(std::size(special))];
