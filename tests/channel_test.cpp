@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "tools/host.h"
+#include "tools/runtime.h"
 
 namespace {
 
@@ -70,6 +71,55 @@ TEST_F(Channels, OfTheTwoMediaAreIndependent) {
     EXPECT_FLOAT_EQ(out[0], 200.0F);
     EXPECT_FLOAT_EQ(out[2], 0.6F);
     EXPECT_EQ(geometry(1), 0) << "made together with channel 2, but not set up";
+}
+
+// The exported functions hand each argument on to the one that it is meant for: a cycle of gas by its channel is that of a
+// calculator whose members are called with the same values.
+TEST(GasChannel, HandsACycleOnAsItIs) {
+    char status = -1;
+    std::array<float, 8> out{};
+    const kalorfix::host::Runtime runtime(KALORFIX_GAS_DAT);
+    const kalorfix::host::Library gas(KALORFIX_LIBRARY);
+    ASSERT_EQ(gas->Init(), 1);
+    const auto c = gas.gas_calculator();
+    char first = 0;
+    std::array<double, 9> r{};
+    const auto expect_same = [&](std::size_t count, char member, const char* step) {
+        EXPECT_EQ(status, member) << step;
+        for (std::size_t k = 0; k < count; ++k) EXPECT_EQ(out[k], static_cast<float>(r[k])) << step << ' ' << k;
+    };
+    for (const double vapour : {0.0, 0.0625}) {
+        gas->mg_init_tr(7, 0, 1, 1, 11, 31, 200, 120, 0.25F, 0.0625F, 0, 2, 0.5F, &status);
+        EXPECT_EQ(gas->Init_TR(c.get(), 0, 1, 1, 11, 31, 200, 120, 0.25, 0.0625, 0, 2, 0.5, first), status);
+        gas->mg_param_gs(7, 17, 4e6F, 850, 12, 2, 0, 84, 8, 3, 0.75F, 0.5F, 0.25F, 0.125F, 0.0625F, 0.375F,
+                         0.625F, 1.25F, 1, 0.03125F, 0.015625F, 0.1875F, 0.75F, &status, &out[0], &out[1],
+                         &out[2]);
+        const char state =
+            gas->Param_gs(c.get(), 17, 4e6, 850, 12, 2, 0, 84, 8, 3, 0.75, 0.5, 0.25, 0.125, 0.0625, 0.375,
+                          0.625, 1.25, 1, 0.03125, 0.015625, 0.1875, 0.75, r[0], r[1], r[2]);
+        EXPECT_EQ(state, 1);
+        expect_same(3, state, "state");
+        gas->mg_tf_param(7, 1, 0, static_cast<float>(vapour), &status, &out[0], &out[1], &out[2], &out[3],
+                         &out[4]);
+        expect_same(5, gas->gas_tf_Param(c.get(), 1, 0, vapour, r[0], r[1], r[2], r[3], r[4]), "properties");
+        EXPECT_EQ(status, 1);
+        gas->mg_param_tr(7, &status, &out[0], &out[1], &out[2], &out[3], &out[4]);
+        expect_same(5, gas->Param_tr(c.get(), r[0], r[1], r[2], r[3], r[4]), "geometry");
+        gas->mg_mgn_param(7, 1, 25000, 40, 0.75F, 33.5F, &status, &out[0], &out[1], &out[2], &out[3], &out[4],
+                          &out[5], &out[6], &out[7]);
+        expect_same(8,
+                    gas->gas_mgn_Param(c.get(), 1, 25000, 40, 0.75, 33.5, r[0], r[1], r[2], r[3], r[4], r[5],
+                                       r[6], r[7]),
+                    "flow");
+        EXPECT_EQ(status, 1);
+    }
+    // Above 645 K there is no saturated vapour.
+    gas->mg_param_gs(7, 17, 22e6F, 0, 0, 1, 0, 98, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0.5F, 0, 0, 0, 0.7F, &status,
+                     &out[0], &out[1], &out[2]);
+    EXPECT_EQ(status, 1);
+    gas->mg_tf_param(7, 0, 0, 0.02F, &status, &out[0], &out[1], &out[2], &out[3], &out[4]);
+    EXPECT_EQ(status, 0);
+    gas->Done();
 }
 
 TEST_F(Channels, ReachTheHighestIndex) {

@@ -213,6 +213,24 @@ TEST(FixedPoint, EndsAtTheCap) {
     EXPECT_FALSE(end.converged || end.refused);
 }
 
+// Two flows that differ by nearly the tolerance end the solution or do not.
+TEST(FixedPoint, EndsAtTheToleranceOfTheClass) {
+    const struct {
+        unsigned char metering_class;
+        double change;
+        int passes;
+    } rows[] = {{0, 0.99999e-3, 2}, {0, 1.00001e-3, 3}, {1, 0.99999e-5, 2}, {1, 1.00001e-5, 3}};
+    for (const auto& row : rows) {
+        const flow::FixedPoint end =
+            flow::fixed_point(flow::tolerance(row.metering_class), [&](int pass, double, double& q) {
+                q = pass == 0 ? 1.0 : 1.0 / (1.0 - row.change);
+                return true;
+            });
+        EXPECT_EQ(end.passes, row.passes) << row.change;
+        EXPECT_TRUE(end.converged);
+    }
+}
+
 TEST(Steps, OfTheFlowEquation) {
     struct Row {
         unsigned char device;

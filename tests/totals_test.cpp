@@ -203,6 +203,18 @@ TEST_F(Totals, TakeTheExternalFlowOfDevice23) {
     ticks += 10 * rate;
     EXPECT_EQ(channel.totalise(3, r, 360.0), 1);
     EXPECT_FLOAT_EQ(r.total, 2.0F) << "the refused interval is skipped";
+    EXPECT_EQ(channel.totalise(3, r, 0.0), 1) << "no flow is a flow";
+    EXPECT_EQ(channel.interval(3, 0, r), 1);
+    channel.c->valid = 0;
+    EXPECT_EQ(channel.interval(3, 0, r), 0) << "no interval without a total";
+
+    // A refused first call leaves the downtime to the next.
+    ProstoyTime = 6.0;
+    channel.q_subst = 10.0;
+    Register first;
+    EXPECT_EQ(channel.totalise(1, first, -1.0), 0);
+    EXPECT_EQ(channel.totalise(1, first, 0.0), 1);
+    EXPECT_FLOAT_EQ(first.total, 1.0F);
 }
 
 TEST_F(Totals, SurviveAWrapOfTheCounterAndAFailingClock) {
@@ -293,6 +305,12 @@ TEST(Interval, AcrossTheWrapOfTheRegister) {
     EXPECT_DOUBLE_EQ(closed.result, 20.0);
     EXPECT_DOUBLE_EQ(closed.start_total, 10.0);
     EXPECT_DOUBLE_EQ(closed.time_s, 0.001);
+    // Nothing has passed, and the register stood still: no wrap. A day ends with its last second.
+    for (const double end : {86399.999, 86400.001}) {
+        const flow::Interval day =
+            flow::carry_on({end - 1.0, 7.0, 1.0}, {1.0, 0.0, 7.0, 0.01}, flow::interval_length_s[1]);
+        EXPECT_DOUBLE_EQ(day.result, end < 86400.0 ? 1.0 : 0.0);
+    }
     // Below one tick an interval has only just begun.
     const flow::Interval begun =
         flow::carry_on({0.009, 5.0, 1.0}, {1.0, 0.0, 10.0, 0.01}, flow::interval_length_s[0]);

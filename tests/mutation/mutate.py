@@ -34,7 +34,7 @@ TABLES = {'flow/device_tables.cpp', 'gas/gerg91_tables.h', 'props/heat_of_combus
 # What the compiler evaluates is no switch: the layout of the water kernel with the checks of its exponents, sizes.
 COMPILE_TIME = [r'constexpr std::size_t count_merged_terms\(.*?\n}', r'constexpr std::size_t total_values\(.*?\n}',
                 r'// --- Layout of the merged.*?// tau\^\(eighths', r'static_assert\(.*?;', r'if constexpr \([^\n]*',
-                r'nonanalytic_a = [^\n]*', r'nonanalytic_beta = [^\n]*', r'#[^\n]*', r'\bfor \([^\n]*\{']
+                r'nonanalytic_a = [^\n]*', r'nonanalytic_beta = [^\n]*', r'#[^\n]*', r'\bfor \([^;\n]*;[^;\n]*;[^)\n]*\)']
 INTEGER_TABLES = [r'carbon_number\{.*?\};', r'temperature_terms\{.*?\};', r'> target\{.*?\};', r'> ranges\{.*?\};',
                   r'gaussian_terms\{.*?\};']
 FLOAT = r'(?<![\w.])(?:\d+\.\d*(?:[eE][-+]?\d+)?|\d+[eE][-+]?\d+)F?(?![\w.])'
@@ -244,7 +244,7 @@ class Worker:
     def run(self, program, selected, mutant):
         """The name of the failed test, 'timeout' or 'crash', or None."""
         environment = dict(os.environ, MUTANT=str(mutant), TMPDIR=str(self.directory))
-        limit = lambda: resource.setrlimit(resource.RLIMIT_CPU, (20, 20))
+        limit = lambda: resource.setrlimit(resource.RLIMIT_CPU, (8, 8))
         try:
             done = subprocess.run([self.build / 'tests' / program, f'--gtest_filter={selected}', '--gtest_fail_fast',
                                    '--gtest_brief=1'], cwd=self.directory, env=environment, preexec_fn=limit, timeout=300,

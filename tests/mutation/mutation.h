@@ -49,25 +49,25 @@ struct Half {
     const Left& left;
     int which;
 };
-#define KALORFIX_COMPARE(op, boundary, contrary)                        \
-    template <class Left>                                               \
+#define KALORFIX_COMPARE(op, boundary, contrary)                          \
+    template <class Left>                                                 \
     inline Half<Left> operator op(const Left& left, Comparison switch_) { \
-        return {left, chosen - switch_.id};                             \
-    }                                                                   \
-    template <class Left, class Right>                                  \
-    inline bool operator op(Half<Left> half, const Right& right) {      \
-        switch (half.which) {                                           \
-            case 0:                                                     \
-                return half.left boundary right;                        \
-            case 1:                                                     \
-                return half.left contrary right;                        \
-            case 2:                                                     \
-                return false;                                           \
-            case 3:                                                     \
-                return true;                                            \
-            default:                                                    \
-                return half.left op right;                              \
-        }                                                               \
+        return {left, chosen - switch_.id};                               \
+    }                                                                     \
+    template <class Left, class Right>                                    \
+    inline bool operator op(Half<Left> half, const Right& right) {        \
+        switch (half.which) {                                             \
+            case 0:                                                       \
+                return half.left boundary right;                          \
+            case 1:                                                       \
+                return half.left contrary right;                          \
+            case 2:                                                       \
+                return false;                                             \
+            case 3:                                                       \
+                return true;                                              \
+            default:                                                      \
+                return half.left op right;                                \
+        }                                                                 \
     }
 KALORFIX_COMPARE(<, <=, >=)
 KALORFIX_COMPARE(<=, <, >)
