@@ -274,6 +274,7 @@ TEST_F(Totals, CloseHoursAndDays) {
     EXPECT_NEAR(channel.c->total[0], integral, 1e-9 * integral) << "the library's own register";
     double untouched = -1;
     EXPECT_EQ(channel.c->int2_Param(1, 2, 0, 0, 0, untouched, untouched, untouched), 0) << "there are two sets";
+    EXPECT_EQ(channel.c->in2_Param(1, 0, 2, 0, 0, 0, 0, untouched, untouched, untouched), 0);
     EXPECT_EQ(untouched, -1);
 }
 
