@@ -91,6 +91,7 @@ TEST(GasChannel, HandsACycleOnAsItIs) {
     for (const double vapour : {0.0, 0.0625}) {
         gas->mg_init_tr(7, 0, 1, 1, 11, 31, 200, 120, 0.25F, 0.0625F, 0, 2, 0.5F, &status);
         EXPECT_EQ(gas->Init_TR(c.get(), 0, 1, 1, 11, 31, 200, 120, 0.25, 0.0625, 0, 2, 0.5, first), status);
+        EXPECT_EQ(first, vapour == 0.0 ? 1 : 0) << "the first configuration";
         gas->mg_param_gs(7, 17, 4e6F, 850, 12, 2, 0, 84, 8, 3, 0.75F, 0.5F, 0.25F, 0.125F, 0.0625F, 0.375F,
                          0.625F, 1.25F, 1, 0.03125F, 0.015625F, 0.1875F, 0.75F, &status, &out[0], &out[1],
                          &out[2]);
