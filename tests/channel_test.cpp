@@ -104,6 +104,8 @@ TEST(GasChannel, HandsACycleOnAsItIs) {
                          &out[4]);
         expect_same(5, gas->gas_tf_Param(c.get(), 1, 0, vapour, r[0], r[1], r[2], r[3], r[4]), "properties");
         EXPECT_EQ(status, 1);
+        const double viscosity = r[1];
+        EXPECT_NEAR(viscosity, static_cast<double>(gas->NF3()), 1e-5);
         gas->mg_param_tr(7, &status, &out[0], &out[1], &out[2], &out[3], &out[4]);
         expect_same(5, gas->Param_tr(c.get(), r[0], r[1], r[2], r[3], r[4]), "geometry");
         gas->mg_mgn_param(7, 1, 25000, 40, 0.75F, 33.5F, &status, &out[0], &out[1], &out[2], &out[3], &out[4],
@@ -112,6 +114,9 @@ TEST(GasChannel, HandsACycleOnAsItIs) {
                     gas->gas_mgn_Param(c.get(), 1, 25000, 40, 0.75, 33.5, r[0], r[1], r[2], r[3], r[4], r[5],
                                        r[6], r[7]),
                     "flow");
+        const double kg_s = static_cast<double>(out[0]) / 3.6;
+        EXPECT_NEAR(static_cast<double>(out[6]) * (3.14159265 * 0.2 * viscosity * 1e-6) / (4 * kg_s), 1.0, 6e-5)
+            << "Re";
         EXPECT_EQ(status, 1);
     }
     // Above 645 K there is no saturated vapour.
@@ -145,11 +150,19 @@ TEST_F(Channels, RunAHeatCarrierCycleInItsOrder) {
     EXPECT_EQ(properties(1), 1);
     const float rho = out[0];
     EXPECT_NEAR(rho, 4.67599F, 1e-4);
+    double density = 0, viscosity = 0, enthalpy = 0, exponent = 0;
+    EXPECT_EQ(library->t_param_1(300, 1.2, 1, &density, &viscosity, &enthalpy, &exponent), 0);
+    EXPECT_FLOAT_EQ(out[1], static_cast<float>(viscosity));
+    EXPECT_FLOAT_EQ(out[2], static_cast<float>(enthalpy));
+    EXPECT_FLOAT_EQ(out[3], static_cast<float>(exponent));
     EXPECT_EQ(geometry(1), 1);
     EXPECT_EQ(flow(1, 40000, rho), 1);
     EXPECT_GT(out[0], 0.0F);
     EXPECT_FLOAT_EQ(out[1], out[0] * 1000 / rho);
     EXPECT_FLOAT_EQ(out[2], out[0]);
+    const double kg_s = static_cast<double>(out[0]) / 3.6;
+    EXPECT_NEAR(static_cast<double>(out[5]) * (3.14159265 * 0.2 * viscosity * 1e-6) / (4 * kg_s), 1.0, 3e-5)
+        << "Re";
 
     // A refused step voids the cycle until the state is established again.
     EXPECT_EQ(flow(1, 400000, rho), 0);
