@@ -178,6 +178,12 @@ TEST_F(GasData, IsReadForListedComponentsAlone) {
     EXPECT_EQ(results(-1, 1), std::pair(0.0F, 0.0F));
 }
 
+// Standard conditions as programs of the interface read them.
+TEST(GasConstants, HasItsStandardConditions) {
+    EXPECT_EQ(Tc, 293.15F);
+    EXPECT_EQ(Pc, 0.101325F);
+}
+
 TEST(GasBlocks, HaveTheirSizes) {
     const int sizes[] = {8,  8,  8,  8,  64, 64, 80, 80, 225, 225, 225, 225, 53, 53, 53, 53,
                          53, 53, 53, 53, 15, 15, 15, 15, 15,  15,  15,  15,  15, 88, 48};
