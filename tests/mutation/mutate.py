@@ -185,21 +185,12 @@ def with_cell(text, cell):
     return '\n'.join(lines) + '\n'
 
 
-def write(path, text):
-    """Leaves a file alone that has the text, so that it is not compiled again."""
-    if not path.exists() or path.read_text() != text:
-        path.parent.mkdir(parents=True, exist_ok=True)
-        path.write_text(text)
-
-
-def prepare(scratch, jobs):
-    """The instrumented copy and its test programs. Gives the mutants of the code."""
-    source = scratch / 'source'
-    listed = subprocess.run(['git', 'ls-files', '-co', '--exclude-standard', *COPIED], cwd=ROOT, check=True, text=True,
-                            stdout=subprocess.PIPE).stdout.split('\n')
-    instrumenter = Instrumenter()
-    for name in sorted(filter(None, listed)):
-        if not (ROOT / name).is_file() or name.startswith('tests/fuzz/corpus'):
+def instrumented(instrumenter):
+    """Names and contents of the files of the copy."""
+    paths = [path for top in COPIED for path in [ROOT / top, *(ROOT / top).rglob('*')] if path.is_file()]
+    for path in sorted(paths):
+        name = str(path.relative_to(ROOT))
+        if '__pycache__' in name or name.startswith('tests/fuzz/corpus'):
             continue
         text = (ROOT / name).read_bytes()
         if name.endswith(('.cpp', '.h')) and name.split('/')[0] in LIBRARY and name not in LEFT_ALONE:
@@ -207,6 +198,30 @@ def prepare(scratch, jobs):
         elif name == 'tests/CMakeLists.txt':  # each worker has gas data of its own in its directory
             text = text.replace(b'KALORFIX_GAS_DAT="${KALORFIX_GAS_DAT}"', b'KALORFIX_GAS_DAT="gas.dat"').replace(
                 b'KALORFIX_GAS_TABLES="${PROJECT_SOURCE_DIR}/data/gas"', b'KALORFIX_GAS_TABLES="data/gas"')
+        yield name, text
+
+
+def check():
+    """Whether each switch stands in the copy exactly once; explanations that fit no mutant are named. Builds nothing."""
+    instrumenter = Instrumenter()
+    text = b'\n'.join(content for _, content in instrumented(instrumenter)).decode(errors='replace')
+    placed = collections.Counter(
+        int(a or b) for a, b in re.findall(r'mutation::(?:\w+\((\d+), |(?:Number|Comparison)\{(\d+))', text))
+    wanted = {m.id // 10 * 10 for m in instrumenter.mutants}
+    wrong = sorted(switch for switch in wanted | set(placed) if placed[switch] != 1 or switch not in wanted)
+    mutants = instrumenter.mutants + list(gas_data_mutants())
+    for pattern, _ in read_explained():
+        if not any(explanation([(pattern, '')], m.key) for m in mutants):
+            print(f'note: explains nothing: {pattern}')
+    print(f'{len(mutants)} mutants, {len(wanted)} switches in the code, {len(wrong)} of them not in their place')
+    return 1 if wrong or len(wanted) < 1000 or len({m.key for m in mutants}) < len(mutants) else 0
+
+
+def prepare(scratch, jobs):
+    """The instrumented copy and its test programs. Gives the mutants of the code."""
+    source = scratch / 'source'
+    instrumenter = Instrumenter()
+    for name, text in instrumented(instrumenter):
         target = source / name
         if not target.exists() or target.read_bytes() != text:
             target.parent.mkdir(parents=True, exist_ok=True)
@@ -313,7 +328,10 @@ def main():
     parser.add_argument('--resume', action='store_true', help='leave out those that were judged the last time')
     parser.add_argument('--list', action='store_true', help='name the mutants and end')
     parser.add_argument('--scratch', type=Path, default=ROOT / 'build/mutation', help='where the copy lies')
+    parser.add_argument('--check', action='store_true', help='whether every switch is in its place; builds nothing')
     options = parser.parse_args()
+    if options.check:
+        return check()
     scratch = options.scratch.resolve()
     scratch.mkdir(parents=True, exist_ok=True)
 
