@@ -70,10 +70,4 @@ private:
 /// on the rows of the table themselves. GOST 8.586.3-2005, 5.1.6.1.
 [[nodiscard]] double nozzle_roughness_limit(double beta);
 
-/// Bounds of R_a within which the pipe of an orifice plate counts as smooth, m. GOST 8.586.2-2005, 5.3.1.
-struct SmoothRange {
-    double min_m, max_m;
-};
-[[nodiscard]] SmoothRange orifice_smooth_range(double D_m, double beta, double Re);
-
 }  // namespace kalorfix::flow

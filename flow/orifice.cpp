@@ -41,22 +41,18 @@ double cubic(const std::array<double, 4>& c, double L) {
     return c[0] + c[1] * L + c[2] * L * L + c[3] * L * L * L;
 }
 
-// The set of cubics for a Reynolds number; outside 10^4 to 10^8 all coefficients are zero.
+// The set of cubics for a Reynolds number from 10^4 to 10^8.
 const RoughnessSet& roughness_set(double Re) {
-    static constexpr RoughnessSet none{};
-    for (const RoughnessSet& set : orifice_roughness)
-        if (Re > set.Re_above && Re <= set.Re_to) return set;
-    return none;
+    const auto& sets = orifice_roughness;
+    if (Re <= sets[0].Re_to) return sets[0];
+    return Re <= sets[1].Re_to ? sets[1] : sets[2];
 }
-
-// The diameter ratio that the upper bound goes by.
-double ln_limited(double beta) { return std::log(beta >= 0.65 ? 0.65 : beta); }
 
 // Upper bound of 10^4 R_a/D, to two decimals.
 double upper_limit(double beta, double ln_beta, double Re, double lg_Re) {
     double x = 0.0;
-    if (Re > 1e8) return x;
-    if (Re > 1e4) {
+    if (Re > orifice_roughness.back().Re_to) return x;
+    if (Re > orifice_roughness.front().Re_above) {
         const RoughnessSet& set = roughness_set(Re);
         x = cubic(set.A, lg_Re) * std::exp(cubic(set.B, lg_Re) * ln_beta) + cubic(set.C, lg_Re);
     } else {
@@ -82,7 +78,10 @@ double friction_factor(double R_m, double D_m, double Re) {
     return 1.0 / (root * root);
 }
 
-// Bounds of R_a within which the pipe counts as smooth.
+// Bounds of R_a within which the pipe counts as smooth, m. GOST 8.586.2-2005, 5.3.1.
+struct SmoothRange {
+    double min_m, max_m;
+};
 SmoothRange smooth_range(double D_m, double beta, double ln_beta, double Re, double lg_Re) {
     const double x = upper_limit(beta, ln_beta, Re, lg_Re);
     const double y = lower_limit(beta, lg_Re);
@@ -123,12 +122,8 @@ OrificeConstants orifice_constants(const Bore& bore) {
             0.0188 * beta_3_5 * million_0_3,
             0.0063 * A * beta_3_5 * million_0_3,
             0.11 * A * upstream,
-            ln_limited(beta),
+            std::log(beta >= 0.65 ? 0.65 : beta),
             5.22 * beta_3_5};
-}
-
-SmoothRange orifice_smooth_range(double D_m, double beta, double Re) {
-    return smooth_range(D_m, beta, ln_limited(beta), Re, std::log10(Re));
 }
 
 bool orifice_discharge(const Bore& bore, const OrificeConstants& c, double Re, Discharge& out) {

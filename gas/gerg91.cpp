@@ -24,10 +24,7 @@ double equivalent_hydrocarbon(const DensityGas& gas) {
     return 128.64 + 47.479 * static_cast<double>(molar_mass);
 }
 
-// The cube roots of C1 C1 C2, C1 C1 C3 and so on, by those of C2/C1 and C3/C1.
-struct GeometricMeans {
-    double of_112, of_113, of_122, of_123, of_133;
-};
+}  // namespace
 
 GeometricMeans geometric_means(double C1, double C2, double C3, CubeRoot kind) {
     if (C1 == 0.0) return {};
@@ -40,8 +37,6 @@ GeometricMeans geometric_means(double C1, double C2, double C3, CubeRoot kind) {
     const double third = std::cbrt(C3 / C1);
     return {C1 * second, C1 * third, C1 * second * second, C1 * second * third, C1 * third * third};
 }
-
-}  // namespace
 
 Virial gerg91_virial(double T_K, const DensityGas& gas, CubeRoot kind) {
     const double xe = 1.0 - gas.xa - gas.xy;

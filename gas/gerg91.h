@@ -11,6 +11,13 @@ struct Virial {
     double second, third;
 };
 
+/// The cube roots of C1 C1 C2, C1 C1 C3, C1 C2 C2, C1 C2 C3 and C1 C3 C3, by those of C2/C1 and C3/C1. Taken as powers they are
+/// all NaN when one of the three is negative, since one of the products is then.
+struct GeometricMeans {
+    double of_112, of_113, of_122, of_123, of_133;
+};
+[[nodiscard]] GeometricMeans geometric_means(double C1, double C2, double C3, CubeRoot kind);
+
 /// Virial coefficients of the gas at T (K). GOST 30319.2-96, GERG-91 mod.
 [[nodiscard]] Virial gerg91_virial(double T_K, const DensityGas& gas, CubeRoot kind);
 

@@ -1,6 +1,7 @@
 // The equations of state of gas against a second derivation.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -84,6 +85,22 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
                                  (12.0 * h);
             EXPECT_NEAR(exact.derivative, slope, 1e-7 * (1.0 + std::fabs(slope))) << kind << ' ' << r;
         }
+}
+
+TEST(Gerg91, MeansAreTheCubeRootsOfTheProducts) {
+    for (const double a : {0.003, -0.003, 0.0})
+        for (const double b : {0.002, -0.002, 0.0})
+            for (const double c : {0.005, -0.005, 0.0}) {
+                const gas::GeometricMeans real = gas::geometric_means(a, b, c, gas::CubeRoot::real);
+                const double found[] = {real.of_112, real.of_113, real.of_122, real.of_123, real.of_133};
+                const double products[] = {a * a * b, a * a * c, a * b * b, a * b * c, a * c * c};
+                for (std::size_t k = 0; k < std::size(products); ++k)
+                    EXPECT_NEAR(found[k], std::cbrt(products[k]), 1e-17)
+                        << a << ' ' << b << ' ' << c << ' ' << k;
+                const gas::GeometricMeans power = gas::geometric_means(a, b, c, gas::CubeRoot::power);
+                EXPECT_EQ(std::isnan(power.of_112 + power.of_113 + power.of_122 + power.of_123 + power.of_133),
+                          a != 0.0 && std::min({a, b, c}) < 0.0);
+            }
 }
 
 TEST(Gerg91, ClosedFormIsTheRootOfTheCubic) {
