@@ -51,7 +51,7 @@ NozzleConstants nozzle_constants(const Bore& bore) {
     if (bore.device == Device::nozzle_long_radius) return c;
     const double beta2 = beta * beta, beta4 = beta2 * beta2;
     if (bore.device == Device::venturi_nozzle) {
-        c.C_inf = 0.9858 - 0.196 * (beta4 * std::sqrt(beta));  // GOST 8.586.3-2005, 5.3.4.2
+        c.C_inf = 0.9858 - 0.196 * std::pow(beta, 4.5);  // GOST 8.586.3-2005, 5.3.4.2
     } else {
         // GOST 8.586.3-2005, 5.1.6.2.
         c.C_inf = 0.99 - 0.2262 * std::pow(beta, 4.1);

@@ -51,7 +51,7 @@ const RoughnessSet& roughness_set(double Re) {
 // Upper bound of 10^4 R_a/D, to two decimals.
 double upper_limit(double beta, double ln_beta, double Re, double lg_Re) {
     double x = 0.0;
-    if (Re > orifice_roughness.back().Re_to) return x;
+    if (Re > orifice_roughness.back().Re_to) return 0.0 * lg_Re;  // all coefficients are 0
     if (Re > orifice_roughness.front().Re_above) {
         const RoughnessSet& set = roughness_set(Re);
         x = cubic(set.A, lg_Re) * std::exp(cubic(set.B, lg_Re) * ln_beta) + cubic(set.C, lg_Re);
@@ -104,7 +104,7 @@ OrificeConstants orifice_constants(const Bore& bore) {
     const double beta2 = beta * beta, beta4 = beta2 * beta2, beta8 = beta4 * beta4;
     const double tenth = std::pow(beta, 0.1);
     const double tenth2 = tenth * tenth, tenth3 = tenth2 * tenth, tenth4 = tenth2 * tenth2;
-    const double beta_3_5 = beta2 * beta * std::sqrt(beta);
+    const double beta_3_5 = std::pow(beta, 3.5);
     // 10^6 and 19000 to the powers that stand beside Re in the equation.
     constexpr double million_0_3 = 63.095734448019324943;
     constexpr double million_0_7 = 15848.931924611134853;
