@@ -1,8 +1,7 @@
 #include "gas/aga8_density.h"
 
 #include <cmath>
-
-#include "runtime/unrolled.h"
+#include <utility>
 
 namespace kalorfix::gas::aga8 {
 namespace {
@@ -39,6 +38,13 @@ constexpr Layout make_layout() {
 
 constexpr Layout layout = make_layout();
 static_assert(layout.first_cell[largest_k + 1] == cell_count, "an exponent is larger than it is said to be");
+
+// Calls f.operator()<0>() to f.operator()<count - 1>(): straight-line code with constant indices.
+template <std::size_t count, class Function>
+void unrolled(Function&& f) {
+    [&]<std::size_t... k>(std::index_sequence<k...>) { (f.template operator()<k>(), ...); }
+    (std::make_index_sequence<count>{});
+}
 
 }  // namespace
 

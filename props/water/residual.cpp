@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-
-#include "runtime/unrolled.h"
+#include <utility>
 
 namespace kalorfix::water {
 namespace {
@@ -123,6 +122,13 @@ private:
 };
 
 constexpr double square(double x) { return x * x; }
+
+// Calls f.operator()<0>() to f.operator()<count - 1>(): straight-line code with constant indices.
+template <std::size_t count, class Function>
+void unrolled(Function&& f) {
+    [&]<std::size_t... k>(std::index_sequence<k...>) { (f.template operator()<k>(), ...); }
+    (std::make_index_sequence<count>{});
+}
 
 // --- Terms 55 and 56: F = n delta Delta^b psi ------------------------------------------------------------
 
