@@ -28,7 +28,7 @@ public:
 private:
     double exponent_ = 0.0;
     int twice_ = 0;
-    bool exact_ = true;
+    bool exact_ = false;
 };
 
 /// Of some exponents the least and the largest, doubled; 0 is always among them.
