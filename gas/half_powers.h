@@ -46,32 +46,33 @@ class PowerBase {
 public:
     explicit PowerBase(double base, HalfPowerRange range = {-HalfPower::limit, HalfPower::limit})
         : base_(base) {
-        double* const power = power_.data() + HalfPower::limit;
-        power[0] = 1.0;
-        if (range.largest > 0) raise<1>(power, std::sqrt(base), base, range.largest);
-        if (range.least < 0) raise<-1>(power, 1.0 / std::sqrt(base), 1.0 / base, -range.least);
+        raise(rising_, std::sqrt(base), base, range.largest);
+        if (range.least < 0) raise(falling_, 1.0 / std::sqrt(base), 1.0 / base, -range.least);
     }
 
     [[nodiscard]] double to(const HalfPower& u) const {
         if (!u.exact()) return std::pow(base_, u.exponent());
-        return power_[static_cast<std::size_t>(HalfPower::limit + u.twice())];
+        return u.twice() < 0 ? falling_[static_cast<std::size_t>(-u.twice())]
+                             : rising_[static_cast<std::size_t>(u.twice())];
     }
 
 private:
+    using Powers = std::array<double, HalfPower::limit + 1>;  // by the doubled exponent
+
     // The even ones come from even ones, since a negative base has whole powers only; a short way to each keeps the rounding
     // small.
-    template <int direction>
-    static void raise(double* power, double root, double base, int largest) {
-        power[direction] = root;
-        power[2 * direction] = base;
-        for (int twice = 3; twice <= largest; ++twice) {
-            const int half = (twice + 1) / 4 * 2;
-            power[direction * twice] = power[direction * half] * power[direction * (twice - half)];
+    static void raise(Powers& power, double root, double base, int largest) {
+        power[0] = 1.0;
+        power[1] = root;
+        power[2] = base;
+        for (std::size_t twice = 3; twice <= static_cast<std::size_t>(largest); ++twice) {
+            const std::size_t half = (twice + 1) / 4 * 2;
+            power[twice] = power[half] * power[twice - half];
         }
     }
 
     double base_;
-    std::array<double, 2 * HalfPower::limit + 1> power_;
+    Powers rising_, falling_;
 };
 
 }  // namespace kalorfix::gas
