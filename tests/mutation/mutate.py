@@ -26,13 +26,13 @@ from pathlib import Path
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
 LIBRARY = ['flow', 'gas', 'props', 'frame', 'runtime']
-COPIED = ['CMakeLists.txt', 'CHANGELOG.md', 'LICENSE', 'README.md', 'package', 'cmake', 'data', 'demo', 'docs', 'examples', 'include', 'tests', 'tools', *LIBRARY]
+COPIED = ['CMakeLists.txt', 'CHANGELOG.md', 'LICENSE', 'README.md', 'package', 'bench', 'cmake', 'data', 'demo', 'docs', 'examples', 'include', 'tests', 'tools', *LIBRARY]
 # Numbers there are no numbers of the interface: masks of registers, names of glibc, letters of a code page.
 LEFT_ALONE = {'runtime/cp866.h', 'runtime/glibc_floor.h', 'runtime/float_environment.h'}
 TABLES = {'flow/device_tables.cpp', 'gas/gerg91_tables.h', 'props/heat_of_combustion_tables.h',
           'props/water/iapws95_tables.h', 'props/water/saturation_tables.h', 'props/water/viscosity_tables.h'}
 # What the compiler evaluates is no switch: the layout of the water kernel with the checks of its exponents, sizes.
-COMPILE_TIME = [r'constexpr std::size_t count_merged_terms\(.*?\n}', r'constexpr std::size_t total_values\(.*?\n}',
+COMPILE_TIME = [r'constexpr std::size_t (count_merged_terms|total_values|count_cells)\(.*?\n}', r'constexpr Layout make_layout\(.*?\n}',
                 r'// --- Layout of the merged.*?// tau\^\(eighths', r'static_assert\(.*?;', r'if constexpr \([^\n]*',
                 r'nonanalytic_a = [^\n]*', r'nonanalytic_beta = [^\n]*', r'#[^\n]*', r'\bfor \([^;\n]*;[^;\n]*;[^)\n]*\)']
 INTEGER_TABLES = [r'carbon_number\{.*?\};', r'temperature_terms\{.*?\};', r'> target\{.*?\};', r'> ranges\{.*?\};',
