@@ -7,6 +7,7 @@
 
 #include "gas/aga8.h"
 #include "gas/aga8_density.h"
+#include "gas/cube_root.h"
 #include "gas/gerg91.h"
 #include "gas/half_powers.h"
 #include "gas/vnic_smv.h"
@@ -21,16 +22,24 @@ namespace {
 TEST(HalfPowers, EqualTheGeneralPower) {
     for (const double base : {0.37, 1.0, 2.5, 173.0})
         for (const double exponent :
-             {0.0, 0.5, -0.5, 1.0, 3.5, 4.5, -6.0, 11.0, 23.0, 31.5, -12.0, 32.0, 0.3, -7.25, 40.0}) {
+             {0.0, 0.5, -0.5, 1.0, -1.0, 3.5, 4.5, -6.0, 11.0, 23.0, 31.5, -12.0, 32.0, 0.3, -7.25, 40.0}) {
             const double expected = std::pow(base, exponent);
             EXPECT_NEAR(gas::PowerBase(base).to(gas::HalfPower(exponent)), expected,
                         1e-13 * std::fabs(expected))
                 << base << "^" << exponent;
         }
     EXPECT_EQ(gas::PowerBase(-2.0).to(gas::HalfPower(3.0)), -8.0);
+    EXPECT_EQ(gas::PowerBase(-2.0).to(gas::HalfPower(-3.0)), -0.125);
     EXPECT_TRUE(std::isnan(gas::PowerBase(-2.0).to(gas::HalfPower(0.5))));
     EXPECT_TRUE(std::isnan(gas::PowerBase(2.0).to(gas::HalfPower(std::nan("")))));
     EXPECT_EQ(gas::PowerBase(2.0).to(gas::HalfPower(-HUGE_VAL)), 0.0);
+}
+
+TEST(CubeRoot, RefusesANegativeNumberAsAPowerAlone) {
+    for (const gas::CubeRoot kind : {gas::CubeRoot::real, gas::CubeRoot::power})
+        EXPECT_NEAR(gas::cube_root(8e-6, kind), 0.02, 1e-16);
+    EXPECT_NEAR(gas::cube_root(-8e-6, gas::CubeRoot::real), -0.02, 1e-16);
+    EXPECT_TRUE(std::isnan(gas::cube_root(-8e-6, gas::CubeRoot::power)));
 }
 
 // The density terms as they are printed, in the general power function.
@@ -88,7 +97,7 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
 }
 
 TEST(Gerg91, MeansAreTheCubeRootsOfTheProducts) {
-    for (const double a : {0.003, -0.003, 0.0})
+    for (const double a : {0.003, 5e-5, -0.003, 0.0})
         for (const double b : {0.002, -0.002, 0.0})
             for (const double c : {0.005, -0.005, 0.0}) {
                 const gas::GeometricMeans real = gas::geometric_means(a, b, c, gas::CubeRoot::real);
@@ -123,6 +132,12 @@ TEST(Gerg91, ClosedFormIsTheRootOfTheCubic) {
             const double q = 1000.0 * p / (3.0 * 2.7715 * T);
             EXPECT_NEAR(z * z * z - z * z - v.second * q * z - v.third * q * q, 0.0, 1e-14) << T << ' ' << off;
         }
+    // A dense gas whose difference A1 - sqrt(A1^2 - A0^3) is as small as 5e-5 still has the root: A0^3 is 5e-5 (A1 + sqrt).
+    const double T = 280.0, p = 15.0, b = 1000.0 * p / (2.7715 * T);
+    const double A0 = std::cbrt(5e-5 * 2.0), A1 = (5e-5 + 2.0) / 2.0;
+    const double B0 = A0 - 1.0, C0 = (A1 - 1.0) / 1.5 - B0;
+    EXPECT_NEAR(gas::virial_compressibility(T, p, {B0 / b, C0 / (b * b)}, gas::CubeRoot::power),
+                (1.0 + std::cbrt(2.0) + std::cbrt(5e-5)) / 3.0, 1e-12);
     // A cube root taken as a power refuses the dense gas that the real root reaches.
     const gas::DensityGas dense{0.68, 0, 0};
     EXPECT_GT(gas::gerg91(250.0, 20.0, dense, gas::CubeRoot::real), 0.4);

@@ -43,6 +43,16 @@ TEST(Residual, MeetsTheReleaseTo500K) {
                     {"phi0_tt", -ideal.cv_kJ_kgK / (R * tau * tau), -1.93249185, 1e-8}});
 }
 
+// Where the smallest contributions weigh: supersaturated cold vapour, and the ideal gas at 5000 K. Evaluations of the printed sums in
+// Python that give the release's tables; the ideal part with n2 = 6.6832105268.
+TEST(Residual, HoldsTheTermsThatHardlyWeigh) {
+    const water::Helmholtz r = water::ResidualAt(water::critical_temperature_K / 273.16).all(0.0322 / 322.0);
+    EXPECT_NEAR(r.phi, -0.00661306169260963, 1e-11);
+    const water::IdealGas ideal = water::ideal_gas(5000.0);
+    EXPECT_NEAR(ideal.h_kJ_kg, 15973.9412139, 1e-6);
+    EXPECT_NEAR(ideal.cv_kJ_kgK, 2.81960932719, 1e-10);
+}
+
 // IAPWS R6-95(2018), table 7: pressure, isochoric heat capacity and speed of sound at (T, rho).
 TEST(Residual, MeetsTheReleasesSinglePhaseTable) {
     struct Row {
@@ -111,10 +121,28 @@ TEST(Viscosity, MeetsAnIndependentProgram) {
          {"steam", water::viscosity_uPas(373.15, 0.5896367540624714, 0.0), 12.2704, 1e-4}});
 }
 
+// The critical enhancement begins where chi in the reducing values of the viscosity is 21.93, 21.3074 in those of IAPWS-95. The
+// IAPS Formulation 1985 evaluated in Python.
+TEST(Viscosity, IsEnhancedNearTheCriticalPoint) {
+    const struct {
+        double T_K, rho_kgm3, chi, mu_uPas;
+    } rows[] = {
+        {650.0, 330.0, 21.306447452162992, 40.2989427529},
+        {650.0, 330.0, 21.307904867967554, 40.2989889152},
+        {650.0, 330.0, 21.30945944482575, 40.2990662377},
+        {648.0, 310.0, 40.0, 39.0466164951},
+        {647.5, 322.0, 1000.0, 43.652843241},
+    };
+    for (const auto& row : rows)
+        EXPECT_NEAR(water::viscosity_uPas(row.T_K, row.rho_kgm3, row.chi), row.mu_uPas, 1e-9) << row.chi;
+}
+
 // IAPWS SR1-86(1992), the boiling point at 0.101325 MPa.
 TEST(Saturation, MeetsTheReleaseAtTheBoilingPoint) {
     expect_printed({{"p", water::saturation_pressure_MPa(373.1243), 0.101325, 1e-6},
                     {"rho vapour", water::saturated_vapour_density_kgm3(373.1243), 0.597586, 1e-6}});
+    // IAPWS SR1-86(1992), eq. 3, evaluated in Python: the highest power weighs at the lowest temperature.
+    EXPECT_NEAR(water::saturated_vapour_density_kgm3(273.15), 0.00485091366785, 1e-12);
     EXPECT_DOUBLE_EQ(water::saturation_pressure_MPa(647.096), 22.064);
     EXPECT_DOUBLE_EQ(water::saturated_vapour_density_kgm3(647.096), 322.0);
     EXPECT_TRUE(std::isnan(water::saturation_pressure_MPa(647.1)));
