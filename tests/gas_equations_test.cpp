@@ -7,6 +7,7 @@
 
 #include "gas/aga8.h"
 #include "gas/aga8_density.h"
+#include "gas/composition.h"
 #include "gas/cube_root.h"
 #include "gas/gerg91.h"
 #include "gas/half_powers.h"
@@ -94,6 +95,16 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
                                  (12.0 * h);
             EXPECT_NEAR(exact.derivative, slope, 1e-7 * (1.0 + std::fabs(slope))) << kind << ' ' << r;
         }
+}
+
+// 1 - (0.0458 n - 0.0022 + 0.0195 xa + 0.075 xy)^2 with n carbon atoms to a molecule.
+TEST(StandardCompressibility, FollowsFromTheComposition) {
+    gas::Fractions x{};
+    x[9] = 1.0F;  // octanes: 0.3642^2
+    EXPECT_NEAR(gas::standard_compressibility(gas::with_present_components(x)), 0.86735836, 1e-12);
+    x[9] = 0.0F;
+    x[gas::nitrogen] = x[gas::carbon_dioxide] = 0.5F;  // 0.04505^2
+    EXPECT_NEAR(gas::standard_compressibility(gas::with_present_components(x)), 0.9979704975, 1e-12);
 }
 
 TEST(Gerg91, MeansAreTheCubeRootsOfTheProducts) {
