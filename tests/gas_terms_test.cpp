@@ -1,8 +1,9 @@
 // What a gas is made of term by term: the sums of AGA8-92DC and the heat capacities, of the shipped tables.
 //
-// The expected numbers are evaluations in double precision by a program of its own, written from the published formulas (AGA Report
-// No. 8 with the orientation cross term doubled; GOST 30319.3-96, table 2), from tables in single precision as the library holds
-// them. The program gives 44 published compressibility factors (ISO 12213-2, annex C, and others) to the last printed digit.
+// The expected numbers are evaluations in double precision by a program of its own, written from the published formulas
+// (AGA Report No. 8 with the orientation cross term doubled; GOST 30319.3-96, table 2), from tables in single precision as
+// the library holds them. With the cross term once it gives 44 published compressibility factors (ISO 12213-2, annex C, and
+// others) to the last printed digit.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -105,8 +106,8 @@ TEST_F(GasTerms, OfAMixtureAreTheFormulas) {
         expect_single(B[n], virial_factors[n], "virial factor", n + 1);
 }
 
-// Where a pair parameter weighs most: U in high powers of U/T, with traces of the other gas in helium, whose energy is small;
-// G in a term proportional to it.
+// Where a pair parameter weighs most: U in high powers of U/T, with traces of the other gas in helium, whose energy is
+// small; G in a term proportional to it.
 TEST_F(GasTerms, OfTwoComponentsShowTheirPairParameters) {
     const struct {
         std::size_t first, second;
