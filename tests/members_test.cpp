@@ -1,7 +1,12 @@
 // The members of the calculators one by one, as a C++ host may call them: each refuses what its usual callers never ask.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "kalorfix.h"
+#include "props/water/saturation.h"
+
+namespace water = kalorfix::water;
 
 namespace {
 
@@ -81,6 +86,35 @@ TEST(Members, RefuseVapourBeyondTheRangeOfWater) {
     EXPECT_EQ(c.tf_Param(0, 0, 0.01, rho, mu, kappa, low, high), 0);
     EXPECT_EQ(rho, -1.0);
     EXPECT_EQ(c.valid, 0);
+}
+
+// The ends of the bands of pressure and temperature belong to them, to the last bit.
+TEST(Members, CountTheEndsOfABandAsSaturated) {
+    const auto phase_at = [](double t_C, double p_Pa, double dP_Pa, double dT_K) {
+        cTeplo2005 c;
+        c.metering_class = 0;
+        short phase = -1;
+        double ps = 0.0, ts = 0.0;
+        EXPECT_EQ(c.Param_tn(t_C, p_Pa, 0, 0, dP_Pa, dT_K, phase, ps, ts), 1);
+        return phase;
+    };
+    int on_the_line = 0;
+    for (double t_C = 100.5; t_C < 110.0; t_C += 0.5) {
+        double ps_MPa = 0.0, same = 0.0;
+        t_phase_1(0.1, t_C, 0.0, &ps_MPa);
+        EXPECT_EQ(t_phase_1(ps_MPa, t_C, 0.0, &same), 3) << t_C;
+        if (ps_MPa * 1e6 * 1e-6 != ps_MPa) continue;
+        ++on_the_line;
+        EXPECT_EQ(phase_at(t_C, ps_MPa * 1e6, 0.0, 1.0), 3) << t_C;
+    }
+    EXPECT_GT(on_the_line, 0);
+    const double ts_K =
+        water::saturation_temperature_K(0.2, water::SaturationTemperatureSet::heat_carrier);  // 393.36
+    for (const double t_C : {118.0, 122.0}) {
+        const double off = std::fabs(t_C + 273.15 - ts_K);
+        EXPECT_EQ(phase_at(t_C, 0.2e6, 1e5, off), 3) << t_C;
+        EXPECT_EQ(phase_at(t_C, 0.2e6, 1e5, 0.999 * off), t_C > 120.0 ? 2 : 1) << t_C;
+    }
 }
 
 }  // namespace

@@ -48,6 +48,20 @@ TEST(Files, AreRefusedWhereThereIsNone) {
     EXPECT_NE(kalorfix::open_regular("/proc/self/exe", "r"), nullptr);
 }
 
+TEST(Files, AreNamedByDirectoryAndRest) {
+    const struct {
+        const char *directory, *rest, *joined;
+    } rows[] = {{"", "", ""}, {nullptr, "", ""}, {nullptr, "/a", "/a"}, {"/a", "/b", "/a/b"}};
+    for (const auto& row : rows) {
+        char path[5] = "----";
+        EXPECT_TRUE(kalorfix::join_path(path, sizeof path, row.directory, row.rest)) << row.joined;
+        EXPECT_STREQ(path, row.joined);
+    }
+    char path[4] = "---";
+    EXPECT_FALSE(kalorfix::join_path(path, sizeof path, "/a", "/b"));
+    EXPECT_STREQ(path, "");
+}
+
 TEST(Clock, CountsTicksOfTheProcessClock) {
     EXPECT_EQ(OpenAbsClock(), 0);
     tms unused{};

@@ -265,7 +265,7 @@ class Worker:
         limit = lambda: resource.setrlimit(resource.RLIMIT_CPU, (8, 8))
         try:
             done = subprocess.run([self.build / 'tests' / program, f'--gtest_filter={selected}', '--gtest_fail_fast',
-                                   '--gtest_brief=1'], cwd=self.directory, env=environment, preexec_fn=limit, timeout=300,
+                                   '--gtest_brief=1'], cwd=self.directory, env=environment, preexec_fn=limit, timeout=60,
                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         except subprocess.TimeoutExpired:
             return 'timeout'
