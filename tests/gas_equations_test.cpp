@@ -28,6 +28,11 @@ TEST(HalfPowers, EqualTheGeneralPower) {
             EXPECT_NEAR(gas::PowerBase(base).to(gas::HalfPower(exponent)), expected,
                         1e-13 * std::fabs(expected))
                 << base << "^" << exponent;
+            gas::HalfPowerRange alone;
+            alone.include(gas::HalfPower(exponent));
+            EXPECT_NEAR(gas::PowerBase(base, alone).to(gas::HalfPower(exponent)), expected,
+                        1e-13 * std::fabs(expected))
+                << base << "^" << exponent;
         }
     EXPECT_EQ(gas::PowerBase(-2.0).to(gas::HalfPower(3.0)), -8.0);
     EXPECT_EQ(gas::PowerBase(-2.0).to(gas::HalfPower(-3.0)), -0.125);
@@ -107,6 +112,15 @@ TEST(StandardCompressibility, FollowsFromTheComposition) {
     EXPECT_NEAR(gas::standard_compressibility(gas::with_present_components(x)), 0.9979704975, 1e-12);
 }
 
+TEST(CubeRoots, DifferBelowZero) {
+    for (const auto kind : {gas::CubeRoot::real, gas::CubeRoot::power}) {
+        EXPECT_EQ(gas::cube_root(27.0, kind), 3.0);
+        EXPECT_EQ(gas::cube_root(0.0, kind), 0.0);
+    }
+    EXPECT_EQ(gas::cube_root(-27.0, gas::CubeRoot::real), -3.0);
+    EXPECT_TRUE(std::isnan(gas::cube_root(-27.0, gas::CubeRoot::power)));
+}
+
 TEST(Gerg91, MeansAreTheCubeRootsOfTheProducts) {
     for (const double a : {0.003, 5e-5, -0.003, 0.0})
         for (const double b : {0.002, -0.002, 0.0})
@@ -149,6 +163,14 @@ TEST(Gerg91, ClosedFormIsTheRootOfTheCubic) {
     const double B0 = A0 - 1.0, C0 = (A1 - 1.0) / 1.5 - B0;
     EXPECT_NEAR(gas::virial_compressibility(T, p, {B0 / b, C0 / (b * b)}, gas::CubeRoot::power),
                 (1.0 + std::cbrt(2.0) + std::cbrt(5e-5)) / 3.0, 1e-12);
+    // The other sum has none where A1 is negative.
+    for (const double C0 : {1e-4, 0.1})
+        for (const double off : {0.0, 1e-12, -1e-12, 1e-6, -1e-6}) {
+            const double b = 1000.0 * 5.0 / (2.7715 * 300.0), q = b / 3.0;
+            const gas::Virial v{-(1.0 + off) / b, C0 / (b * b)};
+            const double z = gas::virial_compressibility(300.0, 5.0, v, gas::CubeRoot::real);
+            EXPECT_NEAR(z * z * z - z * z - v.second * q * z - v.third * q * q, 0.0, 1e-14) << C0 << ' ' << off;
+        }
     // A cube root taken as a power refuses the dense gas that the real root reaches.
     const gas::DensityGas dense{0.68, 0, 0};
     EXPECT_GT(gas::gerg91(250.0, 20.0, dense, gas::CubeRoot::real), 0.4);

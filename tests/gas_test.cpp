@@ -159,6 +159,7 @@ TEST_F(Gas, RoutinesHandOnTheModuleState) {
     EXPECT_EQ(*library->gas.Mu, mu);
     *library->gas.T = 250.0F;
     EXPECT_EQ(library->PF5(0), mu) << "the state of the equation that has run";
+    EXPECT_NEAR(library->PF4_1() / dry, 1.0F, 2e-3F) << "the same";
     *library->gas.T = 290.0F;
     EXPECT_NEAR(*library->gas.SM, 16.28F, 0.02F);
     EXPECT_NEAR(library->PF4_1() / dry, 1.0F, 2e-3F);

@@ -70,6 +70,7 @@ TEST_F(Ini, MalformedHeadersKeepWhatStandsBefore) {
         std::string content;
         int status;
     } rows[] = {{"colon", good + "[A:B]\n", 3},
+                {"colon, closed on the next line", good + "[A:B]\nC]\n", 3},
                 {"not closed", good + "[A", 3},
                 {"255 characters", good + "[" + std::string(255, 'x') + "]", 0},
                 {"256 characters", good + "[" + std::string(256, 'x') + "]", 3},
@@ -84,6 +85,8 @@ TEST_F(Ini, MalformedHeadersKeepWhatStandsBefore) {
     EXPECT_EQ(open("[A B C D]\n[S]\nk=1\n"), 0);
     EXPECT_EQ(file.SectionSearch("S", nullptr, nullptr, nullptr), 1) << "four words stop the search";
     EXPECT_EQ(string("k"), "(1)");
+    EXPECT_EQ(open("[A B C ]\n[S]\nk=1\n"), 0);
+    EXPECT_EQ(string("k"), "(1)") << "so does white space behind three";
     EXPECT_EQ(open("[A B C]\n[S]\nk=1\n"), 0);
     EXPECT_EQ(string("k"), "1");
 }
@@ -101,7 +104,8 @@ TEST_F(Ini, FindsKeys) {
     EXPECT_EQ(string("z", "T"), "0");
     EXPECT_EQ(string("y", "T"), "(2)") << "the last line is too long for a key and has no end";
     EXPECT_EQ(string("a", "U"), "(1)");
-    EXPECT_EQ(string(std::string(1000, 'g').c_str()), "(2)") << "no key is that long";
+    for (const std::size_t length : {999, 1000})
+        EXPECT_EQ(string(std::string(length, 'g').c_str()), "(2)") << "no key is that long";
 }
 
 TEST_F(Ini, ReadsStrings) {
@@ -177,13 +181,13 @@ TEST_F(Ini, ReadsNumbers) {
 }
 
 TEST_F(Ini, WalksTheLinesOfASection) {
-    ASSERT_EQ(
-        open("[A]\n[S]\n\n a = 1 \r\n: note\nno sign\nb=x=y:z\nlast" + std::string(1000, '.') + "\n[T]\nc=3"),
-        0);
+    ASSERT_EQ(open("[A]\n[S]\n\n a = 1 \r\n\r\n: note\nno sign\nb=x=y:z\nlast" + std::string(1000, '.') +
+                   "\n[T]\nc=3"),
+              0);
     const struct {
         const char *key, *value;
         int line;
-    } rows[] = {{"a", "1", 4}, {"", "", 5}, {"", "", 6}, {"b", "x=y", 7}, {"", "", 8}, {"", "", 8}};
+    } rows[] = {{"a", "1", 4}, {"", "", 6}, {"", "", 7}, {"b", "x=y", 8}, {"", "", 9}, {"", "", 9}};
     char key[1000], value[1000];
     for (int round = 0; round < 2; ++round) {
         for (const auto& row : rows) {
@@ -217,6 +221,7 @@ TEST_F(Ini, ConvertsLists) {
                 {"1 2 3", 9, {1}},
                 {"3-99", 5, {3, 4, 5}},
                 {"0,2", 5, {2}},
+                {"5", 5, {5}},
                 {"9-12,4", 5, {4}},
                 {"2,2", 5, {2, 2}},
                 {"x7y,8", 9, {7, 8}},
@@ -293,7 +298,21 @@ TEST_F(Ini, BuildsModeStrings) {
         other.Close();
         EXPECT_EQ(fs::file_size(name) == 0, row.bits == 2) << "writing empties the file, appending does not";
     }
+    IniFile fresh(name.c_str(), 2);
+    std::remove(name.c_str());
+    EXPECT_EQ(fresh.Open(), 0) << "writing makes the file";
+    fresh.Close();
+    std::ofstream(name) << "[S]\nk=1\n";
+    for (const bool reading : {false, true}) {
+        IniFile appending(name.c_str(), reading ? 4 + 16 : 4);
+        EXPECT_EQ(appending.Open(), 0);
+        EXPECT_EQ(appending.SectionSearch("S", nullptr, nullptr, nullptr), reading ? 0 : 2);
+        appending.Close();
+    }
     IniFile other(name.c_str());
+    EXPECT_EQ(other.SetSMode("rtttt"), 5);
+    EXPECT_EQ(other.Open(), 0);
+    other.Close();
     EXPECT_EQ(other.SetSMode("r"), 1);
     EXPECT_EQ(other.Open(), 0);
     other.Close();

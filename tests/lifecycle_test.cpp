@@ -72,6 +72,7 @@ TEST_F(Lifecycle, ReadsItsSetting) {
                 {"[OTHER]\nNum_gas_trub = 3\n", 12},
                 {"[TORNOL]\nnum_gas_trub = 3\n", 12},
                 {"[TORNOL A B]\nNum_gas_trub=7", 7},
+                {"[TORNOL]\nNum_gas_trub = 1\n", 1},
                 {"[TORNOL]\nNum_gas_trub = 0\n", 5},
                 {"[TORNOL]\nNum_gas_trub = 70000\n", 4464},
                 {"[TORNOL]\nNum_gas_trub = -1\n", 5},
