@@ -165,11 +165,15 @@ TEST_F(GasData, IsReadForListedComponentsAlone) {
     std::ofstream(directory / "gas.dat", std::ios::binary) << in.rdbuf();
     ASSERT_EQ(INIT_GAS(), 0);
     VNIC_FLAG = 1;
-    // Beside the table stands what no sum may hold.
-    std::array<float, 17> fenced;
-    fenced.fill(std::numeric_limits<float>::infinity());
-    std::copy_n(Mi, 15, fenced.begin() + 1);
-    float* const table = std::exchange(Mi, fenced.data() + 1);
+    // Beside the tables stands what no sum may hold.
+    std::array<std::array<float, 17>, 3> fenced;
+    const std::array<float**, 3> tables{&Mi, &Bi, &Rocui};
+    std::array<float*, 3> loaded;
+    for (std::size_t k = 0; k < tables.size(); ++k) {
+        fenced[k].fill(std::numeric_limits<float>::infinity());
+        std::copy_n(*tables[k], 15, fenced[k].begin() + 1);
+        loaded[k] = std::exchange(*tables[k], fenced[k].data() + 1);
+    }
     const auto results = [](short listed, short second) {
         PF1_1(90, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
         NumXi = listed;
@@ -183,7 +187,7 @@ TEST_F(GasData, IsReadForListedComponentsAlone) {
     EXPECT_GT(results(2, 1).second, alone.second + 2.9F);
     for (const short none : std::to_array<short>({-1, 15, 32767})) EXPECT_EQ(results(2, none), alone) << none;
     EXPECT_EQ(results(-1, 1), std::pair(0.0F, 0.0F));
-    Mi = table;
+    for (std::size_t k = 0; k < tables.size(); ++k) *tables[k] = loaded[k];
 }
 
 // Standard conditions as programs of the interface read them.
