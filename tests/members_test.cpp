@@ -5,6 +5,7 @@
 
 #include "kalorfix.h"
 #include "props/water/saturation.h"
+#include "props/water/water.h"
 
 namespace water = kalorfix::water;
 
@@ -86,6 +87,30 @@ TEST(Members, RefuseVapourBeyondTheRangeOfWater) {
     EXPECT_EQ(c.tf_Param(0, 0, 0.01, rho, mu, kappa, low, high), 0);
     EXPECT_EQ(rho, -1.0);
     EXPECT_EQ(c.valid, 0);
+}
+
+// Where the gas is hotter than the saturation temperature at its pressure, the vapour is counted with the density of the single
+// phase there, which may be that of water.
+TEST(Members, TakeTheSinglePhaseWhereTheGasIsHot) {
+    int counted_as_water = 0;
+    for (double p_Pa = 2e3; p_Pa < 2.4e4; p_Pa += 500.0) {
+        cGas2005 c;
+        c.valid = 1;
+        c.T = 339.0;
+        c.p = p_Pa;
+        c.Ro_c = 0.7;
+        c.K_c = 0.998;
+        const double content = 0.001, p_MPa = p_Pa * 1e-6;
+        const double ts_K = water::saturation_temperature_K(p_MPa, water::SaturationTemperatureSet::humid_gas);
+        water::Properties single{};
+        ASSERT_TRUE(water::single_phase(ts_K - 273.15 + 273.15, p_MPa, single));
+        counted_as_water += single.rho_kgm3 > 900.0;
+        double rho = 0.0, mu = 0.0, kappa = 0.0, low = 0.0, high = 0.0;
+        ASSERT_EQ(c.tf_Param(0, 0, content, rho, mu, kappa, low, high), 1);
+        const double dry = 0.7 * p_MPa * 293.15 / (0.101325 * 339.0 * 0.998);
+        EXPECT_NEAR(rho, dry * (1.0 - content / single.rho_kgm3) + content, 1e-12 * dry) << p_Pa;
+    }
+    EXPECT_GT(counted_as_water, 0);
 }
 
 // The ends of the bands of pressure and temperature belong to them, to the last bit.
