@@ -39,20 +39,27 @@ protected:
 TEST_F(AlteredTables, GiveATermAnyFlag) {
     constexpr std::size_t term = 20;
     Fi[0] = 0.3F;  // of the components that are there none has a high-temperature parameter
+    const auto coefficient = [&] {
+        K_aga8();
+        return static_cast<double>(C[term]);
+    };
+    gn[term] = qn[term] = fn[term] = 0.0F;
+    const double none = coefficient();
+    double all_squared = 1.0;
     for (float* const flags : {gn, qn, fn}) {
-        const float published = flags[term];
-        const auto coefficient = [&](float flag) {
+        const auto factor = [&](float flag) {
             flags[term] = flag;
-            K_aga8();
-            return static_cast<double>(C[term]);
+            return coefficient() / none;
         };
-        const double none = coefficient(0.0F);
-        const double parameter = coefficient(1.0F) / none;
+        const double parameter = factor(1.0F);
         EXPECT_GT(std::fabs(parameter), 1e-4);
-        EXPECT_NEAR(coefficient(2.0F) / none, std::pow(parameter - 1.0, 2.0), 1e-6);
-        EXPECT_NEAR(coefficient(0.5F) / none, std::sqrt(parameter + 0.5), 1e-6);
-        flags[term] = published;
+        EXPECT_NEAR(factor(2.0F), std::pow(parameter - 1.0, 2.0), 1e-6);
+        EXPECT_NEAR(factor(0.5F), std::sqrt(parameter + 0.5), 1e-6);
+        EXPECT_EQ(factor(0.0F), 1.0);
+        all_squared *= std::pow(parameter - 1.0, 2.0);
     }
+    gn[term] = qn[term] = fn[term] = 2.0F;
+    EXPECT_NEAR(coefficient() / none, all_squared, 1e-6);
 }
 
 // Like pairs have the parameters of their component whatever stands on the diagonals.
