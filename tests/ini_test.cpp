@@ -104,7 +104,7 @@ TEST_F(Ini, FindsKeys) {
     EXPECT_EQ(string("z", "T"), "0");
     EXPECT_EQ(string("y", "T"), "(2)") << "the last line is too long for a key and has no end";
     EXPECT_EQ(string("a", "U"), "(1)");
-    for (const std::size_t length : {999, 1000})
+    for (const std::size_t length : {999U, 1000U})
         EXPECT_EQ(string(std::string(length, 'g').c_str()), "(2)") << "no key is that long";
 }
 
