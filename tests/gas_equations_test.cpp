@@ -106,6 +106,15 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
         }
 }
 
+TEST(CubeRoots, DifferBelowZero) {
+    for (const auto kind : {gas::CubeRoot::real, gas::CubeRoot::power}) {
+        EXPECT_EQ(gas::cube_root(27.0, kind), 3.0);
+        EXPECT_EQ(gas::cube_root(0.0, kind), 0.0);
+    }
+    EXPECT_EQ(gas::cube_root(-27.0, gas::CubeRoot::real), -3.0);
+    EXPECT_TRUE(std::isnan(gas::cube_root(-27.0, gas::CubeRoot::power)));
+}
+
 // 1 - (0.0458 n - 0.0022 + 0.0195 xa + 0.075 xy)^2 with n carbon atoms to a molecule.
 TEST(StandardCompressibility, FollowsFromTheComposition) {
     gas::Fractions x{};
@@ -114,15 +123,6 @@ TEST(StandardCompressibility, FollowsFromTheComposition) {
     x[9] = 0.0F;
     x[gas::nitrogen] = x[gas::carbon_dioxide] = 0.5F;  // 0.04505^2
     EXPECT_NEAR(gas::standard_compressibility(gas::with_present_components(x)), 0.9979704975, 1e-12);
-}
-
-TEST(CubeRoots, DifferBelowZero) {
-    for (const auto kind : {gas::CubeRoot::real, gas::CubeRoot::power}) {
-        EXPECT_EQ(gas::cube_root(27.0, kind), 3.0);
-        EXPECT_EQ(gas::cube_root(0.0, kind), 0.0);
-    }
-    EXPECT_EQ(gas::cube_root(-27.0, gas::CubeRoot::real), -3.0);
-    EXPECT_TRUE(std::isnan(gas::cube_root(-27.0, gas::CubeRoot::power)));
 }
 
 TEST(Gerg91, MeansAreTheCubeRootsOfTheProducts) {
@@ -161,12 +161,6 @@ TEST(Gerg91, ClosedFormIsTheRootOfTheCubic) {
             const double q = 1000.0 * p / (3.0 * 2.7715 * T);
             EXPECT_NEAR(z * z * z - z * z - v.second * q * z - v.third * q * q, 0.0, 1e-14) << T << ' ' << off;
         }
-    // A dense gas whose difference A1 - sqrt(A1^2 - A0^3) is as small as 5e-5 still has the root: A0^3 is 5e-5 (A1 + sqrt).
-    const double T = 280.0, p = 15.0, b = 1000.0 * p / (2.7715 * T);
-    const double A0 = std::cbrt(5e-5 * 2.0), A1 = (5e-5 + 2.0) / 2.0;
-    const double B0 = A0 - 1.0, C0 = (A1 - 1.0) / 1.5 - B0;
-    EXPECT_NEAR(gas::virial_compressibility(T, p, {B0 / b, C0 / (b * b)}, gas::CubeRoot::power),
-                (1.0 + std::cbrt(2.0) + std::cbrt(5e-5)) / 3.0, 1e-12);
     // The other sum has none where A1 is negative.
     for (const double C0 : {1e-4, 0.1})
         for (const double off : {0.0, 1e-12, -1e-12, 1e-6, -1e-6}) {
@@ -175,6 +169,12 @@ TEST(Gerg91, ClosedFormIsTheRootOfTheCubic) {
             const double z = gas::virial_compressibility(300.0, 5.0, v, gas::CubeRoot::real);
             EXPECT_NEAR(z * z * z - z * z - v.second * q * z - v.third * q * q, 0.0, 1e-14) << C0 << ' ' << off;
         }
+    // A dense gas whose difference A1 - sqrt(A1^2 - A0^3) is as small as 5e-5 still has the root: A0^3 is 5e-5 (A1 + sqrt).
+    const double T = 280.0, p = 15.0, b = 1000.0 * p / (2.7715 * T);
+    const double A0 = std::cbrt(5e-5 * 2.0), A1 = (5e-5 + 2.0) / 2.0;
+    const double B0 = A0 - 1.0, C0 = (A1 - 1.0) / 1.5 - B0;
+    EXPECT_NEAR(gas::virial_compressibility(T, p, {B0 / b, C0 / (b * b)}, gas::CubeRoot::power),
+                (1.0 + std::cbrt(2.0) + std::cbrt(5e-5)) / 3.0, 1e-12);
     // A cube root taken as a power refuses the dense gas that the real root reaches.
     const gas::DensityGas dense{0.68, 0, 0};
     EXPECT_GT(gas::gerg91(250.0, 20.0, dense, gas::CubeRoot::real), 0.4);
