@@ -108,10 +108,10 @@ TEST(Aga8, DensityTermsEqualThePrintedSums) {
 
 TEST(CubeRoots, DifferBelowZero) {
     for (const auto kind : {gas::CubeRoot::real, gas::CubeRoot::power}) {
-        EXPECT_EQ(gas::cube_root(27.0, kind), 3.0);
+        EXPECT_DOUBLE_EQ(gas::cube_root(27.0, kind), 3.0);
         EXPECT_EQ(gas::cube_root(0.0, kind), 0.0);
     }
-    EXPECT_EQ(gas::cube_root(-27.0, gas::CubeRoot::real), -3.0);
+    EXPECT_DOUBLE_EQ(gas::cube_root(-27.0, gas::CubeRoot::real), -3.0);
     EXPECT_TRUE(std::isnan(gas::cube_root(-27.0, gas::CubeRoot::power)));
 }
 
