@@ -61,6 +61,7 @@ struct DensityExponents {
 };
 [[nodiscard]] DensityExponents density_exponents(const Terms& terms);
 
+/// All that the tables alone determine.
 struct Constants {
     std::array<double, component_count> size;    ///< K^2.5
     std::array<double, component_count> energy;  ///< E^2.5
