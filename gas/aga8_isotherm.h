@@ -2,6 +2,7 @@
 // detail characterisation; ISO 12213-2; GOST 30319.2-96.
 #pragma once
 
+#include <algorithm>
 #include <array>
 
 #include "gas/aga8.h"
@@ -22,10 +23,11 @@ public:
     template <Order order>
     [[nodiscard]] IsothermPoint at(double r) const;
 
-    /// By a map of random mixtures of all kinds and of the gases of GOST 30319 over 70..1500 K and up to 100 MPa (docs/accuracy.md):
-    /// isotherms that fall lie beyond one of these bounds, pipeline gas from 250 K up to 30 MPa within all.
+    /// Isotherms that fall lie beyond these bounds, by a map of mixtures of all kinds over 70..1500 K and up to 100 MPa; pipeline gas
+    /// from 250 K up to 30 MPa lies within (docs/accuracy.md).
     [[nodiscard]] bool rises_up_to(double r) const {
-        return reduced_temperature_ > 1.2 && linear_ > -0.92 && r < 1.9;
+        return reduced_temperature_ > 1.16 && linear_ > (reduced_temperature_ < 1.3 ? -1.04 : -0.92) &&
+               r < 1.95;
     }
 
 private:
