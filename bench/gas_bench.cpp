@@ -7,7 +7,7 @@
 #include <cstdlib>
 
 #include "gas/aga8.h"
-#include "gas/aga8_density.h"
+#include "gas/aga8_isotherm.h"
 #include "gas/working_state.h"
 #include "kalorfix.h"
 #include "kalorfix_gas.h"
@@ -100,14 +100,14 @@ void collapsed_density_terms(benchmark::State& run) {
     set_composition(1);
     short failed = 0;
     PF3_3(T_K, 0.0F, p_MPa, failed);
-    const aga8::DensityExponents exponents = aga8::density_exponents({an, bn, cn, kn, un, gn, qn, fn});
+    const aga8::DensityLayout layout = aga8::density_layout({an, bn, cn, kn, un, gn, qn, fn});
     aga8::Coefficients coefficients{};
     std::copy(C, C + aga8::term_count, coefficients.begin());
-    const aga8::DensityTerms density_terms(exponents, coefficients);
+    const aga8::Isotherm isotherm(layout, coefficients, 0.0, 1.0);
     double r = 0.1;
     for (auto _ : run)
         for (int k = 0; k < evaluations; ++k) {
-            benchmark::DoNotOptimize(density_terms.sums<aga8::Derivative::prescribed>(r));
+            benchmark::DoNotOptimize(isotherm.at<kalorfix::gas::Order::slope>(r));
             r = r < 0.2 ? r + 1e-6 : 0.1;
         }
 }

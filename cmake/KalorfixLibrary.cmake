@@ -39,7 +39,7 @@ add_library(
   frame/totals_exports.cpp
   gas/aga8.cpp
   gas/aga8_constants.cpp
-  gas/aga8_density.cpp
+  gas/aga8_isotherm.cpp
   gas/aga8_method.cpp
   gas/composition.cpp
   gas/composition_exports.cpp

@@ -4,8 +4,11 @@
 #include "flow/equation.h"
 #include "flow/fixed_point.h"
 #include "kalorfix.h"
+#include "runtime/judged.h"
 
 namespace flow = kalorfix::flow;
+using kalorfix::all_finite;
+using kalorfix::judged;
 
 namespace {
 
@@ -38,9 +41,24 @@ bool one_pass(cCommon2005& c, const flow::DischargeLaw& law, int pass, double dp
     return true;
 }
 
+// The expansibility at a differential pressure; false where the pressure ratio is too large.
+bool expand(cCommon2005& c, double dp) {
+    if (!c.IsGas() && c.phase == liquid_water) {
+        c.epsilon = 1.0;
+        return true;
+    }
+    const double ratio = dp / c.p;
+    if (ratio > flow::max_pressure_ratio) return false;
+    if (flow::is_orifice(device_of(c)))
+        c.epsilon = flow::orifice_expansibility(c.beta, c.kappa, 1.0 - ratio);
+    else if (flow::is_standard(device_of(c)))
+        c.epsilon = flow::nozzle_expansibility(c.beta, c.kappa, 1.0 - ratio);
+    return true;
+}
+
 // Solves the flow equation of a standard device. Leaves the outcome in `valid`.
 void solve_standard(cCommon2005& c, double dp, double rho) {
-    if (c.Countepsilon(dp) != 1) return;
+    if (!expand(c, dp)) return;
     const flow::DischargeLaw law = law_of(c);
     const flow::FixedPoint end =
         flow::fixed_point(flow::tolerance(c.metering_class), [&](int pass, double q_prev, double& q_m) {
@@ -80,14 +98,16 @@ char cCommon2005::mg_Param(char calc, double dp, double rho, double& q_m_out, do
     else if (flow::is_meter(device))
         valid = 1;
 
-    if (valid != 0) convert_flow(*this, dp, rho);
+    const bool solved = valid != 0;
+    if (solved) convert_flow(*this, dp, rho);
     q_m_out = q_m;
     q_v_out = q_v;
-    return static_cast<char>(valid);
+    return judged(*this, solved && all_finite(q_m, q_v, epsilon, Re, C, K_sh));
 }
 
 char cCommon2005::Countq_mReCK_sh(int pass, double dp, double rho, double q_prev) {
-    return one_pass(*this, law_of(*this), pass, dp, rho, q_prev) ? 1 : 0;
+    const bool accepted = one_pass(*this, law_of(*this), pass, dp, rho, q_prev);
+    return judged(*this, accepted && all_finite(Re, C, K_sh, q_m));
 }
 
 char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {
@@ -96,31 +116,15 @@ char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {
     valid = 0;
     epsilon = flow::averaging_expansibility(m, {p, kappa, mu, phase == liquid_water}, dp);
     if (flow::is_averaging(device)) alpha_eps = epsilon * flow::averaging_coefficient(device, m);
-    if (device == flow::Device::configured_coefficient) valid = 1;
 
     q_m = flow::mass_flow_kgs(D, alpha_eps, dp, rho);
     Re = flow::averaging_reynolds(q_m, D, d, mu);
-    if (flow::is_averaging(device)) valid = Re > flow::averaging_min_Re(device);
-    return static_cast<char>(valid);
+    const bool accepted = flow::is_averaging(device) ? Re > flow::averaging_min_Re(device)
+                                                     : device == flow::Device::configured_coefficient;
+    return judged(*this, accepted && all_finite(epsilon, alpha_eps, q_m, Re));
 }
 
-char cCommon2005::Countepsilon(double dp) {
-    valid = 0;
-    if (!IsGas() && phase == liquid_water) {
-        epsilon = 1.0;
-        valid = 1;
-        return 1;
-    }
-    const double ratio = dp / p;
-    if (ratio > flow::max_pressure_ratio) return 0;
-    valid = 1;
-    const flow::Device device = device_of(*this);
-    if (flow::is_orifice(device))
-        epsilon = flow::orifice_expansibility(beta, kappa, 1.0 - ratio);
-    else if (flow::is_standard(device))
-        epsilon = flow::nozzle_expansibility(beta, kappa, 1.0 - ratio);
-    return 1;
-}
+char cCommon2005::Countepsilon(double dp) { return judged(*this, expand(*this, dp) && std::isfinite(epsilon)); }
 
 char cGas2005::mgn_Param(char calc, double dp, double rho, double rho_c, double k, double& q_m_out,
                          double& q_v_out, double& q_c_out, double& q_e_out, double& K_sh_out, double& C_out,
@@ -154,25 +158,24 @@ char cGas2005::mgn_Param(char calc, double dp, double rho, double rho_c, double 
     C_out = C;
     Re_out = Re;
     epsilon_out = epsilon;
-    return status;
+    if (calc == 0) return 0;
+    return judged(*this, status == 1 && all_finite(q_m, q_v, q_c, q_e));
 }
 
 char cTeplo2005::mgn_Param(char calc, double dp, double rho, double h, double& q_m_out, double& q_v_out,
                            double& q_h_out, double& K_sh_out, double& C_out, double& Re_out,
                            double& epsilon_out) {
     q_h = 0.0;
-    char status = mg_Param(calc, dp, rho, q_m_out, q_v_out);
+    const char status = mg_Param(calc, dp, rho, q_m_out, q_v_out);
     const flow::Device device = device_of(*this);
-    if (status == 1 && device == flow::Device::meter_standard_volume) {
-        status = 0;
-        valid = 0;
-    } else if (status == 1 && device != flow::Device::external) {
+    const bool supported = device != flow::Device::meter_standard_volume;
+    if (status == 1 && supported && device != flow::Device::external)
         q_h = (device == flow::Device::meter_mass ? dp : q_m) * to_thousands * h;
-    }
     q_h_out = q_h;
     K_sh_out = K_sh;
     C_out = C;
     Re_out = Re;
     epsilon_out = epsilon;
-    return status;
+    if (calc == 0) return 0;
+    return judged(*this, status == 1 && supported && std::isfinite(q_h));
 }

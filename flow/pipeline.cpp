@@ -3,8 +3,11 @@
 
 #include "flow/geometry.h"
 #include "kalorfix.h"
+#include "runtime/judged.h"
 
 namespace flow = kalorfix::flow;
+using kalorfix::all_finite;
+using kalorfix::judged;
 
 namespace {
 
@@ -67,8 +70,8 @@ char cCommon2005::CountDd() {
     }
     D = flow::expanded_diameter(D20, pipe_expansion, t);
     d = flow::expanded_diameter(d20, device_expansion, t);
-    valid = flow::size_accepted(static_cast<flow::Device>(device_type), D, d, R_a);
-    return static_cast<char>(valid);
+    const bool accepted = flow::size_accepted(static_cast<flow::Device>(device_type), D, d, R_a);
+    return judged(*this, accepted && all_finite(D, d));
 }
 
 char cCommon2005::CountbetaEKp() {
@@ -77,7 +80,6 @@ char cCommon2005::CountbetaEKp() {
     beta = d / D;
     E = flow::approach_factor(beta);
     if (!flow::beta_accepted(device, beta)) return 0;
-    valid = 1;
     if (flow::is_orifice(device)) {
         constexpr unsigned short liquid_water = 1;
         const double limit_radius_m = flow::limit_edge_radius_m(IsGas(), phase == liquid_water);
@@ -86,7 +88,7 @@ char cCommon2005::CountbetaEKp() {
     } else if (flow::is_standard(device)) {
         K_p = 1.0;
     }
-    return static_cast<char>(valid);
+    return judged(*this, all_finite(beta, E, K_p));
 }
 
 char cCommon2005::Param_tr(double& D_mm, double& d_mm, double& beta_out, double& E_out, double& K_p_out) {

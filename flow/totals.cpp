@@ -8,8 +8,11 @@
 #include "flow/device_tables.h"
 #include "flow/integration.h"
 #include "kalorfix.h"
+#include "runtime/judged.h"
 
 namespace flow = kalorfix::flow;
+using kalorfix::all_finite;
+using kalorfix::judged;
 
 namespace {
 
@@ -55,10 +58,8 @@ char integrate(Calculator& c, unsigned short integrator, double q_ext, float tot
 
     const bool external = c.device_type == flow::code(flow::Device::external);
     if (external ? q_ext < 0.0 : c.valid == 0) {
-        // The failed cycle's time is passed over.
-        c.valid = 0;
-        c.last_tick[k] = now;
-        return 0;
+        c.last_tick[k] = now;  // the failed cycle's time is passed over
+        return judged(c, false);
     }
     const double q = external ? q_ext : flow_of(c, k);
     take_host_value(c.total[k], total_host);
@@ -84,14 +85,20 @@ char carry_interval_on(Calculator& c, const IntervalInputs& in, double& time_out
                        double& result) {
     if (c.valid == 0 || in.set >= flow::interval_length_s.size()) return 0;
     const std::size_t k = index_of(c, in.integrator);
-    double& start = c.interval_start[in.set][k];
-    double& time = c.interval_time[in.set][k];
+    double start = c.interval_start[in.set][k];
+    double time = c.interval_time[in.set][k];
+    double amount = 0.0;
     take_host_value(start, in.start_host);
     take_host_value(time, in.time_host);
-    c.in2_Param(c.dt[k], c.downtime_min[k], in.set, c.total[k], time, start, in.last_result, time_out,
-                start_out, result);
-    time = time_out;
-    start = start_out;
+    c.in2_Param(c.dt[k], c.downtime_min[k], in.set, c.total[k], time, start, in.last_result, time, start,
+                amount);
+    // A register of the host's that is not a number stops its own interval alone.
+    if (!all_finite(in.time_host, in.start_host, static_cast<float>(time), static_cast<float>(start),
+                    static_cast<float>(amount)))
+        return 0;
+    c.interval_time[in.set][k] = time_out = time;
+    c.interval_start[in.set][k] = start_out = start;
+    result = amount;
     return static_cast<char>(c.valid);
 }
 
@@ -100,14 +107,15 @@ char carry_interval_on(Calculator& c, const IntervalInputs& in, double& time_out
 char cCommon2005::in_Param(double q, double total_prev, double dt_s, short exp10, double q_subst,
                            char apply_downtime, double& downtime_min_out, double& total_out,
                            double& downtime_part) {
-    valid = 0;
-    if (q < 0.0 || total_prev < 0.0) return 0;
-    downtime_min_out = apply_downtime != 0 ? ProstoyTime : 0.0;
-    const double step = flow::increment({q, dt_s, q_subst, downtime_min_out, exp10});
-    total_out = flow::advance(total_prev, step);
-    downtime_part = downtime_min_out == 0.0 ? 0.0 : step;
-    valid = 1;
-    return 1;
+    const double minutes = apply_downtime != 0 ? ProstoyTime : 0.0;
+    const double step = flow::increment({q, dt_s, q_subst, minutes, exp10});
+    const double next = flow::advance(total_prev, step);
+    if (q < 0.0 || total_prev < 0.0 || !all_finite(q_subst, static_cast<float>(step), static_cast<float>(next)))
+        return judged(*this, false);
+    downtime_min_out = minutes;
+    total_out = next;
+    downtime_part = minutes == 0.0 ? 0.0 : step;
+    return judged(*this, true);
 }
 
 char cCommon2005::in2_Param(float dt_s, float downtime_minutes, unsigned short set, double total_now,

@@ -2,27 +2,39 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 #include "frame/registry.h"
 #include "runtime/float_environment.h"
+#include "runtime/judged.h"
 
 namespace kalorfix::frame {
 
+/// Whether a good step may hand out a number that does not exist, as the saturation pressure above the critical temperature.
+enum class Undefined { never, where_there_is_none };
+
 /// Runs `operation` on the calculator of a channel and hands its status and results to the host. The operation
 /// gets the calculator and an array of results that start at zero; it returns the status. The results are
-/// narrowed here and nowhere else, and stored whatever the status. A channel that does not exist gives
-/// status 0 and zeros; so does a lack of memory. Null pointers are passed over. Returns 1, always.
-template <class Calculator, std::size_t N, class Operation>
+/// narrowed here and nowhere else, and stored whatever the status; one that is beyond single precision spoils the step. A
+/// channel that does not exist gives status 0 and zeros; so does a lack of memory. Null pointers are passed over. Returns 1,
+/// always.
+template <Undefined undefined = Undefined::never, class Calculator, std::size_t N, class Operation>
 int channel_call(LocVect<Calculator>& registry, int channel, char* status, const std::array<float*, N>& outputs,
                  Operation&& operation) {
     const FloatEnvironment guard;
     std::array<double, N> results{};
     char outcome = 0;
-    if (Calculator* const calculator = registry.GetVar(channel)) outcome = operation(*calculator, results);
+    Calculator* const calculator = registry.GetVar(channel);
+    if (calculator) outcome = operation(*calculator, results);
+    bool finite = true;
+    for (std::size_t k = 0; k < N; ++k) {
+        const auto result = static_cast<float>(results[k]);
+        finite = finite && std::isfinite(result);
+        if (outputs[k]) *outputs[k] = result;
+    }
+    if (undefined == Undefined::never && outcome == 1 && !finite) outcome = judged(*calculator, false);
     if (status) *status = outcome;
-    for (std::size_t k = 0; k < N; ++k)
-        if (outputs[k]) *outputs[k] = static_cast<float>(results[k]);
     return 1;
 }
 

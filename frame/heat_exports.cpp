@@ -3,6 +3,7 @@
 #include "frame/channel_call.h"
 #include "props/water/iapws95_tables.h"
 #include "props/water/water.h"
+#include "runtime/judged.h"
 
 namespace frame = kalorfix::frame;
 namespace water = kalorfix::water;
@@ -24,13 +25,13 @@ int mt_param_tn(int channel, float t, float p, float hA, float hB, float dP, flo
                 short* phase, float* ps, float* ts) {
     short unwanted = 0;
     short& phase_out = phase ? *phase : unwanted;
-    return frame::channel_call(frame::heat_channels, channel, status, std::array{ps, ts},
-                               [=, &phase_out](cTeplo2005& calculator, auto& r) {
-                                   return calculator.Param_tn(static_cast<double>(t), static_cast<double>(p),
-                                                              static_cast<double>(hA), static_cast<double>(hB),
-                                                              static_cast<double>(dP), static_cast<double>(dT),
-                                                              phase_out, r[0], r[1]);
-                               });
+    return frame::channel_call<frame::Undefined::where_there_is_none>(
+        frame::heat_channels, channel, status, std::array{ps, ts},
+        [=, &phase_out](cTeplo2005& calculator, auto& r) {
+            return calculator.Param_tn(static_cast<double>(t), static_cast<double>(p), static_cast<double>(hA),
+                                       static_cast<double>(hB), static_cast<double>(dP),
+                                       static_cast<double>(dT), phase_out, r[0], r[1]);
+        });
 }
 
 int mt_tf_param(int channel, char source, unsigned short phase_req, float x, char* status, float* ro, float* mu,
@@ -51,6 +52,10 @@ short t_param_1(double t_C, double p_MPa, short mode, double* ro, double* mu, do
         done = water::pressure_in_range(p_MPa) && water::saturated_vapour(T_K, found);
     else
         done = water::single_phase(T_K, p_MPa, found);
+    if (!kalorfix::all_finite(found.rho_kgm3, found.mu_uPas, found.h_kJ_kg, found.kappa)) {
+        done = false;
+        found = {};
+    }
     store(ro, found.rho_kgm3);
     store(mu, found.mu_uPas);
     store(h, found.h_kJ_kg);

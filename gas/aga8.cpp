@@ -60,11 +60,10 @@ Coefficients term_coefficients(double T_K, const Mixture& mixture, const Constan
     const PowerBase reduced(mixture.energy / T_K, constants.term_u);
     const double quadrupole = mixture.quadrupole * mixture.quadrupole;
     // The products of G, Q^2 and F by which of them a term has.
-    std::array<double, Constants::other_flags> products;
-    for (std::size_t mask = 0; mask < products.size(); ++mask)
-        products[mask] = flagged(mixture.orientation, (mask & 1U) != 0 ? 1.0 : 0.0) *
-                         flagged(quadrupole, (mask & 2U) != 0 ? 1.0 : 0.0) *
-                         flagged(mixture.high_temperature, (mask & 4U) != 0 ? 1.0 : 0.0);
+    const double G = flagged(mixture.orientation, 1.0);
+    const double Q2 = flagged(quadrupole, 1.0);
+    const double F = flagged(mixture.high_temperature, 1.0);
+    const std::array<double, Constants::other_flags> products{1.0, G, Q2, G * Q2, F, G * F, Q2 * F, G * Q2 * F};
     Coefficients coefficients{};
     for (std::size_t n = first_density_term; n < term_count; ++n) {
         const double product = constants.flags[n] < Constants::other_flags

@@ -1,8 +1,7 @@
 #include "gas/aga8_constants.h"
 
+#include <algorithm>
 #include <cmath>
-
-#include "gas/aga8_density_tables.h"
 
 namespace kalorfix::gas::aga8 {
 namespace {
@@ -86,19 +85,51 @@ double flagged(double value, double flag) {
     return flag == 1.0 ? base : std::pow(base, flag);
 }
 
-DensityExponents density_exponents(const Terms& terms) {
-    DensityExponents given{};
-    given.published = true;
-    for (std::size_t n = 0; n < term_count; ++n) {
-        given.b[n] = at(terms.b, n);
-        given.c[n] = at(terms.c, n);
-        given.k[n] = at(terms.k, n);
-        if (n < first_density_term) continue;
-        const std::size_t term = n - first_density_term;
-        given.published = given.published && given.b[n] == published_b[term] &&
-                          given.k[n] == published_k[term] && given.c[n] == (published_k[term] != 0 ? 1.0 : 0.0);
+DensityLayout density_layout(const Terms& terms) {
+    DensityLayout made{};
+    const auto place_of = [&made](double exponent) {
+        const bool whole =
+            exponent >= 0.0 && exponent <= DensityLayout::largest_whole && exponent == std::trunc(exponent);
+        if (whole) {
+            const auto place = static_cast<std::size_t>(exponent);
+            made.whole_count = std::max(made.whole_count, place + 1);
+            return static_cast<std::uint8_t>(place);
+        }
+        made.other_exponents[made.other_count] = exponent;
+        return static_cast<std::uint8_t>(DensityLayout::largest_whole + 1 + made.other_count++);
+    };
+    std::array<bool, density_terms> placed{};
+    const auto term = [](const float* table, std::size_t n) { return at(table, first_density_term + n); };
+    const auto like = [&](const float* table, std::size_t n, std::size_t m) {
+        return n == m || term(table, n) == term(table, m);
+    };
+    for (std::size_t n = 0; n < density_terms; ++n) {
+        if (placed[n]) continue;
+        const double c = term(terms.c, n);
+        const double k = term(terms.k, n);
+        DensityLayout::Group& group = made.groups[made.group_count++];
+        group = {c, k, std::exp(-c), c == 0.0 || k == 0.0, place_of(k), 0};
+        for (std::size_t m = n; m < density_terms; ++m) {
+            if (placed[m] || !like(terms.c, n, m) || !like(terms.k, n, m)) continue;
+            const auto cell = static_cast<std::uint8_t>(made.cell_count++);
+            made.cells[cell] = {term(terms.b, m), place_of(term(terms.b, m))};
+            ++group.cells;
+            for (std::size_t l = m; l < density_terms; ++l)
+                if (!placed[l] && like(terms.c, n, l) && like(terms.k, n, l) && like(terms.b, m, l)) {
+                    made.cell_of[l] = cell;
+                    placed[l] = true;
+                }
+        }
     }
-    return given;
+    return made;
+}
+
+void DensityLayout::raise(double r, std::array<double, power_places>& power) const {
+    power[0] = 1.0;
+    power[1] = r;
+    for (std::size_t n = 2; n < whole_count; ++n) power[n] = power[n - 1] * r;
+    for (std::size_t n = 0; n < other_count; ++n)
+        power[largest_whole + 1 + n] = std::pow(r, other_exponents[n]);
 }
 
 void make_constants(const Tables& t, Constants& c) {
@@ -112,7 +143,7 @@ void make_constants(const Tables& t, Constants& c) {
     make_terms(t.terms, c);
     make_pairs(t, c);
     make_forms(t, c);
-    c.density = density_exponents(t.terms);
+    c.density = density_layout(t.terms);
 }
 
 }  // namespace kalorfix::gas::aga8

@@ -14,6 +14,7 @@ namespace kalorfix::gas::aga8 {
 inline constexpr std::size_t term_count = 53;
 inline constexpr std::size_t virial_terms = 13;       ///< terms 1..13 make the second virial coefficient
 inline constexpr std::size_t first_density_term = 7;  ///< terms 8..53 (position 7 on) are the density terms
+inline constexpr std::size_t density_terms = term_count - first_density_term;
 
 /// Parameters of the components, one each.
 struct Components {
@@ -54,12 +55,35 @@ inline constexpr std::size_t energy_form = virial_terms + 1;
 inline constexpr std::size_t orientation_form = virial_terms + 2;
 using Forms = std::array<double, form_count>;
 
-/// Exponents of the density terms, C (b - c k r^k) r^b exp(-c r^k), by position of the term.
-struct DensityExponents {
-    std::array<double, term_count> b, c, k;
-    bool published;  ///< those of the standard, and not of some other data
+/// The density terms C (b - c k r^k) r^b exp(-c r^k) sorted for their sums: terms with the same c and k share an exponential and
+/// are a group, those of a group with the same b are a cell.
+struct DensityLayout {
+    static constexpr std::size_t largest_whole = 31;  ///< whole powers are products
+    static constexpr std::size_t power_places =
+        largest_whole + 1 + 2 * density_terms;  ///< the others follow them
+
+    struct Group {
+        double c, k;
+        double factor;  ///< its exponential where it is constant (c or k is 0)
+        bool constant;
+        std::uint8_t power;  ///< place of r^k
+        std::uint8_t cells;  ///< cells of this group, one behind the other
+    };
+    struct Cell {
+        double b;
+        std::uint8_t power;  ///< place of r^b
+    };
+
+    std::array<Group, density_terms> groups;
+    std::array<Cell, density_terms> cells;
+    std::array<std::uint8_t, density_terms> cell_of;  ///< by term
+    std::array<double, 2 * density_terms> other_exponents;
+    std::size_t group_count, cell_count, whole_count, other_count;
+
+    /// Powers of r, each at its place.
+    void raise(double r, std::array<double, power_places>& power) const;
 };
-[[nodiscard]] DensityExponents density_exponents(const Terms& terms);
+[[nodiscard]] DensityLayout density_layout(const Terms& terms);
 
 /// All that the tables alone determine.
 struct Constants {
@@ -76,7 +100,7 @@ struct Constants {
     HalfPowerRange virial_u, term_u;             ///< of the exponents u of the virial and of the density terms
     std::array<std::uint8_t, term_count> flags;  ///< which of g, q, f are 1 (bits 0, 1, 2), or other_flags
     static constexpr std::uint8_t other_flags = 8;  ///< one of them is neither 0 nor 1
-    DensityExponents density;
+    DensityLayout density;
 };
 
 /// Makes the constants of a set of tables, all of which must be there.

@@ -1,9 +1,8 @@
 // The exported method AGA8-92DC.
 #include <algorithm>
-#include <numeric>
+#include <cmath>
 
-#include "gas/aga8.h"
-#include "gas/aga8_density.h"
+#include "gas/aga8_isotherm.h"
 #include "gas/loaded_constants.h"
 #include "gas/working_state.h"
 #include "kalorfix_gas.h"
@@ -32,28 +31,27 @@ float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
     const aga8::Constants& of = gas::aga8_constants();
     const auto temperature = static_cast<double>(T_K);
 
-    for (std::size_t n = 0; n < mixed.count; ++n)
-        for (std::size_t m = 0; m < mixed.count; ++m) {
-            const std::size_t i = mixed.present[n];
-            const std::size_t j = mixed.present[m];
-            EIJM[i][j] = of.pair_energy[i][j];
-            GIJM[i][j] = of.pair_orientation[i][j];
-        }
+    for (std::size_t n = 0; n < mixed.count; ++n) {
+        const std::size_t i = mixed.present[n];
+        std::copy(std::begin(of.pair_energy[i]), std::end(of.pair_energy[i]), EIJM[i]);
+        std::copy(std::begin(of.pair_orientation[i]), std::end(of.pair_orientation[i]), GIJM[i]);
+    }
     const aga8::Mixture mixture = aga8::mix(mixed, of);
     std::copy(mixture.virial_factors.begin(), mixture.virial_factors.end(), B);
     const aga8::Coefficients coefficients = aga8::term_coefficients(temperature, mixture, of);
     std::copy(coefficients.begin() + aga8::first_density_term, coefficients.end(),
               C + aga8::first_density_term);
 
-    const aga8::DensityTerms density_terms(of.density, coefficients);
-    const double linear = std::accumulate(coefficients.begin() + aga8::first_density_term,
-                                          coefficients.begin() + aga8::virial_terms, 0.0);
-    const aga8::Equation equation{static_cast<double>(gas::molar_gas_constant) * temperature,
-                                  aga8::second_virial(temperature, of, mixture.virial_factors), linear,
-                                  mixture.size_cubed, density_terms};
-    const aga8::MolarDensity found = aga8::molar_density(equation, static_cast<double>(p_MPa));
-    if (!found.converged) status = 1;
-    K = static_cast<float>(aga8::compressibility(equation, found.rho_kmol_m3) /
-                           gas::standard_compressibility(mixed));
+    const aga8::Isotherm isotherm = aga8::isotherm(temperature, mixture, coefficients, of);
+    const double RT = static_cast<double>(gas::molar_gas_constant) * temperature;
+    const double target = 1000.0 * static_cast<double>(p_MPa) / RT * mixture.size_cubed;
+    const gas::GasRoot root =
+        gas::GasRootSearch(isotherm, target)
+            .from(gas::start_density(target, static_cast<double>(p_MPa), aga8::Isotherm::start_pressure_MPa));
+    K = static_cast<float>(target / root.x / gas::standard_compressibility(mixed));
+    if (!(root.x > 0.0 && K > 0.0F && std::isfinite(K))) {
+        K = 0.0F;
+        status = 1;
+    }
     return K;
 }

@@ -18,13 +18,14 @@ void PF1_2(float r0, float r1, float r2, float r3, float r4, float r5, float r6,
            float r10, float r11, float r12, float r13, float r14) {
     const FloatEnvironment guard;
     // Without the table there is no mole fraction: an empty composition, which every method refuses.
-    if (!Zci) return gas::store_composition({});
+    if (!gas::mole_fraction_tables_loaded()) return gas::store_composition({});
     gas::store_composition(
         gas::from_volume_fractions({r0, r1, r2, r3, r4, r5, r6, r7, r8, r9, r10, r11, r12, r13, r14}, Zci));
 }
 
 float PF2() {
     const FloatEnvironment guard;
-    const bool loaded = Bi && Rocui;
-    return Roc = loaded ? gas::standard_density(gas::working_composition(), Bi, Rocui) : 0.0F;
+    return Roc = gas::standard_density_tables_loaded()
+                     ? gas::standard_density(gas::working_composition(), Bi, Rocui)
+                     : 0.0F;
 }

@@ -15,6 +15,8 @@ namespace {
 
 using Method = double (*)(double, double, const gas::DensityGas&, gas::CubeRoot);
 
+bool usable(float coefficient) { return coefficient > 0.0F && std::isfinite(coefficient); }
+
 float as_given(Method method, float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c,
                short& status) {
     const FloatEnvironment guard;
@@ -32,7 +34,7 @@ float as_given(Method method, float T_K, float dp_kPa, float p_MPa, float N2_pct
     const gas::DensityGas g{static_cast<double>(Roc), static_cast<double>(Xa), static_cast<double>(Xy)};
     K = static_cast<float>(
         method(static_cast<double>(T_K), static_cast<double>(p_MPa), g, gas::CubeRoot::real));
-    if (!std::isfinite(K)) {
+    if (!usable(K)) {
         K = 0.0F;
         status = 1;
     }
@@ -54,6 +56,7 @@ float of_composition(Method method, float T_K, float dp_kPa, float p_MPa, short&
                             static_cast<double>(Xi[gas::carbon_dioxide])};
     K = static_cast<float>(
         method(static_cast<double>(T_K), static_cast<double>(p_MPa), g, gas::CubeRoot::power));
+    if (!usable(K)) status = 1;
     return K;
 }
 

@@ -6,7 +6,10 @@
 #include "gas/composition.h"
 #include "kalorfix.h"
 #include "kalorfix_gas.h"
+#include "runtime/judged.h"
 
+using kalorfix::all_finite;
+using kalorfix::judged;
 using kalorfix::gas::carbon_dioxide;
 using kalorfix::gas::nitrogen;
 
@@ -61,6 +64,7 @@ bool run_method(cGas2005& c, double p_MPa, bool volume_fractions) {
         c.Ro_c = static_cast<double>(PF2());
         c.K_c =
             static_cast<double>((c.Method == aga8_method ? PF3_3 : PF3_4)(T_single, no_dp, p_single, failed));
+        if (!(c.Ro_c > 0.0)) return false;  // no flow at standard conditions follows from it
     }
     return failed == 0;
 }
@@ -87,7 +91,8 @@ char cGas2005::Param_gs(double t_in, double p_meas, double rho_col, double h_col
         if (within_window(T, p_MPa)) {
             const bool by_composition = method != nx19_method && method != gerg91_method;
             if (by_composition && any_outside(x, fractions == 0 ? 100.0 : 1.0)) return 0;
-            valid = run_method(*this, p_MPa, fractions != 0) && K_c < highest_accepted_K;
+            const bool found = run_method(*this, p_MPa, fractions != 0);
+            judged(*this, found && K_c < highest_accepted_K && all_finite(Xi_sum, K_c, Ro_c));
         }
     }
     sum_out = Xi_sum;

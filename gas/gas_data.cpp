@@ -1,6 +1,7 @@
 // Loading and releasing the gas data tables.
 #include "gas/gas_data.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -34,34 +35,52 @@ const ReleaseAtUnload release_at_unload;
 // The first two blocks pass through one variable: past the end of a short file they repeat its last value.
 constexpr std::size_t repeating_blocks = 2;
 
+// By block, the table that no file has filled, or not to its end; null for one that was read whole.
+std::array<const float*, gas::block_count> not_whole{};
+bool some_not_whole = false;
+
 // New tables of zeros; false when memory is short.
 bool allocate_tables() {
-    for (const gas::Block& block : gas::blocks) {
-        std::free(*block.table);
-        *block.table = static_cast<float*>(std::calloc(static_cast<std::size_t>(block.values), sizeof(float)));
-        if (!*block.table) return false;
+    for (std::size_t b = 0; b < gas::block_count; ++b) {
+        float*& table = *gas::blocks[b].table;
+        std::free(table);
+        table =
+            static_cast<float*>(std::calloc(static_cast<std::size_t>(gas::blocks[b].values), sizeof(float)));
+        not_whole[b] = table;
+        if (!table) return false;
     }
+    some_not_whole = true;
     return true;
 }
 
 // False at the first table that is not there.
 bool fill_tables(std::FILE* file) {
     float last = 0.0F;
+    some_not_whole = false;
     for (std::size_t b = 0; b < gas::block_count; ++b) {
         float* const table = *gas::blocks[b].table;
         if (!table) return false;
+        bool whole = true;
         for (int j = 0; j < gas::blocks[b].values; ++j)
             if (b < repeating_blocks) {
-                read_value(file, last);
+                whole = read_value(file, last) && whole;
                 table[j] = last;
             } else {
-                read_value(file, table[j]);
+                whole = read_value(file, table[j]) && whole;
             }
+        not_whole[b] = whole ? nullptr : table;
+        some_not_whole = some_not_whole || !whole;
     }
     return true;
 }
 
 }  // namespace
+
+bool gas::some_table_not_whole() { return some_not_whole; }
+
+bool gas::table_not_whole(const float* table) {
+    return std::find(not_whole.begin(), not_whole.end(), table) != not_whole.end();
+}
 
 int Step_Init(int block) {
     const bool known = block >= 0 && static_cast<std::size_t>(block) < gas::block_count;

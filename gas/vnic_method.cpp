@@ -35,20 +35,22 @@ float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
     Tn = T_K / Tnk;
     vnic::equation_coefficients(Akl, Bkl, critical.acentric, Ckl);
 
-    const vnic::Isotherm isotherm = vnic::isotherm(Ckl, static_cast<double>(Tn));
+    const vnic::Isotherm isotherm(Ckl, static_cast<double>(Tn));
     const double RT = static_cast<double>(gas::molar_gas_constant) * static_cast<double>(T_K);
-    const vnic::MolarDensity found = vnic::molar_density(isotherm, critical, RT, static_cast<double>(p_MPa));
-    if (!found.converged) status = 1;
-    const double reduced = found.rho_kmol_m3 / critical.density;
-    const double compressibility = vnic::compressibility(isotherm, reduced);
-    Rom = static_cast<float>(found.rho_kmol_m3);
-    Ron = static_cast<float>(reduced);
-    Z = static_cast<float>(compressibility);
+    const double target = 1000.0 * static_cast<double>(p_MPa) / (RT * critical.density);
+    const gas::GasRoot root =
+        gas::GasRootSearch(isotherm, target)
+            .from(gas::start_density(target, static_cast<double>(p_MPa), static_cast<double>(Pnk)));
+    const double compressibility = target / root.x;
     K = static_cast<float>(compressibility / gas::standard_compressibility(mixed));
-    if (!std::isfinite(K)) {
-        K = 0.0F;
+    if (!(root.x > 0.0 && K > 0.0F && std::isfinite(K))) {
+        K = Rom = Ron = 0.0F;
         status = 1;
+        return K;
     }
+    Rom = static_cast<float>(root.x * critical.density);
+    Ron = static_cast<float>(root.x);
+    Z = static_cast<float>(compressibility);
     return K;
 }
 

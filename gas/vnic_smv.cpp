@@ -7,23 +7,6 @@
 namespace kalorfix::gas::vnic {
 namespace {
 
-// Z and the derivative of Z w with respect to w, less 1.
-struct Sums {
-    double Z, derivative;
-};
-
-Sums evaluate(const Isotherm& isotherm, double w) {
-    Sums sums{1.0, 0.0};
-    double power = 1.0;
-    for (std::size_t k = 0; k < density_powers; ++k) {
-        power *= w;
-        const double term = isotherm[k] * power;
-        sums.Z += term;
-        sums.derivative += static_cast<double>(k + 2) * term;
-    }
-    return sums;
-}
-
 double at(const float* table, std::size_t i) { return static_cast<double>(table[i]); }
 
 }  // namespace
@@ -93,35 +76,33 @@ void equation_coefficients(const float* a, const float* b, float acentric, Coeff
         }
 }
 
-Isotherm isotherm(const Coefficients& c, double reduced_temperature) {
+Isotherm::Isotherm(const Coefficients& c, double reduced_temperature)
+    : reduced_temperature_(reduced_temperature) {
     const double inverse = 1.0 / reduced_temperature;
-    Isotherm sums{};
     for (std::size_t k = 0; k < density_powers; ++k) {
         double sum = 0.0;
         for (auto l = static_cast<std::size_t>(temperature_terms[k]); l-- > 0;)
             sum = sum * inverse + static_cast<double>(c[k][l]);
-        sums[k] = sum;
+        coefficient_[k] = sum;
     }
-    return sums;
 }
 
-double compressibility(const Isotherm& isotherm, double reduced_density) {
-    return evaluate(isotherm, reduced_density).Z;
-}
-
-MolarDensity molar_density(const Isotherm& isotherm, const PseudoCritical& critical, double RT, double p_MPa) {
-    constexpr int max_steps = 100;
-    constexpr double tolerance = 1e-6;
-    double rho = 9000.0 * p_MPa / (RT * (1.1 * p_MPa / static_cast<double>(critical.pressure) + 0.7));
-    for (int step = 0; step < max_steps; ++step) {
-        const Sums sums = evaluate(isotherm, rho / critical.density);
-        const double delta = (1000.0 * p_MPa - sums.Z * RT * rho) / (RT * (1.0 + sums.derivative));
-        rho += delta;
-        const double relative = std::fabs(delta / rho);
-        if (!std::isfinite(relative)) return {rho, false, step + 1};
-        if (relative <= tolerance) return {rho, true, step + 1};
+template <Order order>
+IsothermPoint Isotherm::at(double w) const {
+    // Z/w - 1/w by Horner's rule, with its first derivative and half of the second.
+    double sum = 0.0;
+    double first = 0.0;
+    double half_second = 0.0;
+    for (std::size_t k = density_powers; k-- > 0;) {
+        if constexpr (order == Order::curvature) half_second = half_second * w + first;
+        first = first * w + sum;
+        sum = sum * w + coefficient_[k];
     }
-    return {rho, false, max_steps};
+    const double Z = 1.0 + w * sum;
+    return {w, w * Z, 1.0 + w * (2.0 * sum + w * first),
+            order == Order::curvature ? 2.0 * (sum + w * (2.0 * first + w * half_second)) : 0.0};
 }
+template IsothermPoint Isotherm::at<Order::slope>(double w) const;
+template IsothermPoint Isotherm::at<Order::curvature>(double w) const;
 
 }  // namespace kalorfix::gas::vnic

@@ -8,6 +8,7 @@
 #include <cstddef>
 
 #include "gas/composition.h"
+#include "gas/molar_density.h"
 
 namespace kalorfix::gas::vnic {
 
@@ -57,21 +58,20 @@ struct PseudoCritical {
 /// c_kl = a_kl + acentric factor * b_kl, a and b 10 x 8; positions that are no terms stay as they are.
 void equation_coefficients(const float* a, const float* b, float acentric, Coefficients& c);
 
-/// The equation at one reduced temperature: coefficients of the powers 1..10 of the reduced density.
-using Isotherm = std::array<double, density_powers>;
-[[nodiscard]] Isotherm isotherm(const Coefficients& c, double reduced_temperature);
+/// The equation at one reduced temperature t over the reduced density w: Z = 1 + sum of coefficients of w^1..w^10.
+class Isotherm {
+public:
+    Isotherm(const Coefficients& c, double reduced_temperature);
 
-/// Z at a reduced density.
-[[nodiscard]] double compressibility(const Isotherm& isotherm, double reduced_density);
+    template <Order order>
+    [[nodiscard]] IsothermPoint at(double w) const;
 
-struct MolarDensity {
-    double rho_kmol_m3;
-    bool converged;
-    int steps;
+    /// Isotherms that fall lie below t = 1.006 (docs/accuracy.md), pipeline gas from 250 K on above 1.1.
+    [[nodiscard]] bool rises_up_to(double) const { return reduced_temperature_ > 1.02; }
+
+private:
+    double reduced_temperature_;
+    std::array<double, density_powers> coefficient_;
 };
-
-/// Molar density at RT (kJ/kmol) and p (MPa) by Newton's method, at most 100 steps.
-[[nodiscard]] MolarDensity molar_density(const Isotherm& isotherm, const PseudoCritical& critical, double RT,
-                                         double p_MPa);
 
 }  // namespace kalorfix::gas::vnic

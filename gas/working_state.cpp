@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "gas/gas_data.h"
 #include "kalorfix_gas.h"
 
 namespace kalorfix::gas {
@@ -9,7 +10,7 @@ namespace {
 
 template <class... Pointers>
 bool all_loaded(Pointers... tables) {
-    return (... && (tables != nullptr));
+    return (... && (tables != nullptr)) && !(some_table_not_whole() && (... || table_not_whole(tables)));
 }
 
 }  // namespace
@@ -44,5 +45,13 @@ bool aga8_tables_loaded() {
 }
 
 bool vnic_tables_loaded() { return all_loaded(V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl); }
+
+bool mole_fraction_tables_loaded() { return all_loaded(Zci); }
+
+bool standard_density_tables_loaded() { return all_loaded(Bi, Rocui); }
+
+bool molar_mass_table_loaded() { return all_loaded(Mi); }
+
+bool heat_capacity_tables_loaded() { return all_loaded(L1ij, B1ij); }
 
 }  // namespace kalorfix::gas

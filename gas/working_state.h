@@ -14,8 +14,12 @@ namespace kalorfix::gas {
 void store_composition(const Fractions& x);
 [[nodiscard]] Composition working_composition();
 
-/// Whether all tables are there, or none is missing of those that a group of routines reads.
+/// Whether the tables that a group of routines reads are there, each read whole.
 [[nodiscard]] bool aga8_tables_loaded();
 [[nodiscard]] bool vnic_tables_loaded();
+[[nodiscard]] bool mole_fraction_tables_loaded();
+[[nodiscard]] bool standard_density_tables_loaded();
+[[nodiscard]] bool molar_mass_table_loaded();
+[[nodiscard]] bool heat_capacity_tables_loaded();
 
 }  // namespace kalorfix::gas

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "gas/composition.h"
+#include "gas/working_state.h"
 #include "kalorfix_gas.h"
 #include "props/gas_by_composition.h"
 #include "props/gas_by_density.h"
@@ -69,9 +70,9 @@ float NF7() {
 
 float PF5(unsigned long) {
     const FloatEnvironment guard;
-    const bool loaded = Mi && V_Mi;
-    if (!loaded) return Mu = 0.0F;
-    if (VNIC_FLAG == 0) {
+    const bool prepared = VNIC_FLAG != 0;
+    if (!gas::molar_mass_table_loaded() || !(prepared || gas::vnic_tables_loaded())) return Mu = 0.0F;
+    if (!prepared) {
         short ignored = 0;
         PF3_4(T, DeltaP, P, ignored);
     }
@@ -81,8 +82,7 @@ float PF5(unsigned long) {
 
 float PF6() {
     const FloatEnvironment guard;
-    const bool loaded = L1ij && B1ij;
-    if (!loaded) return kk = 0.0F;
+    if (!gas::heat_capacity_tables_loaded()) return kk = 0.0F;
     const float ideal_cp = gas::ideal_heat_capacity(std::to_array(Tmp_Xi), T, L1ij, B1ij);
     return kk = gas::isentropic_exponent(Ckl, Tn, Ron, Z, ideal_cp);
 }

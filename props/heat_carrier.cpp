@@ -4,8 +4,11 @@
 #include "props/water/water.h"
 
 #include "kalorfix.h"
+#include "runtime/judged.h"
 
 namespace water = kalorfix::water;
+using kalorfix::all_finite;
+using kalorfix::judged;
 
 namespace {
 
@@ -85,9 +88,10 @@ char cTeplo2005::tf_Param(char source, unsigned short phase_req, double x, doubl
     }
     phase = phase_req;
     water::Properties found{};
-    if (valid != 0) {
+    const bool has_state = valid != 0 && T != 0.0;
+    valid = 0;
+    if (has_state) {
         if (source == 0) phase = static_cast<unsigned short>(phase_tn);
-        valid = 0;
         if (phase >= 1 && phase <= saturated &&
             water::single_phase(t + water::zero_celsius_K, p * MPa_per_Pa, found)) {
             valid = 1;
@@ -99,6 +103,7 @@ char cTeplo2005::tf_Param(char source, unsigned short phase_req, double x, doubl
             }
         }
     }
+    judged(*this, valid != 0 && all_finite(found.rho_kgm3, found.mu_uPas, found.h_kJ_kg, found.kappa));
     if (valid == 0) found = water::Properties{};
     rho_w = found.rho_kgm3;
     mu = found.mu_uPas * Pas_per_uPas;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "kalorfix.h"
+#include "kalorfix_gas.h"
 #include "props/water/saturation.h"
 #include "props/water/water.h"
 
@@ -92,6 +93,8 @@ TEST(Members, RefuseVapourBeyondTheRangeOfWater) {
 // Where the gas is hotter than the saturation temperature at its pressure, the vapour is counted with the density of the single
 // phase there, which may be that of water.
 TEST(Members, TakeTheSinglePhaseWhereTheGasIsHot) {
+    short failed = 0;
+    NF1_1(339.0F, 0.0F, 0.1F, 1.0F, 0.5F, 0.7F, failed);  // the module state of the viscosity
     int counted_as_water = 0;
     for (double p_Pa = 2e3; p_Pa < 2.4e4; p_Pa += 500.0) {
         cGas2005 c;

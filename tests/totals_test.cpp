@@ -190,6 +190,36 @@ TEST_F(Totals, PassAFailedCycleOver) {
     EXPECT_EQ(channel.totalise(2, v), 0) << "a negative register";
 }
 
+// What is no number refuses like a negative flow does, and the register stays the host's; a register of an interval stops that
+// interval alone.
+TEST_F(Totals, RefuseWhatIsNoNumber) {
+    constexpr float sound = 5.0F, infinite = HUGE_VALF, none = NAN;
+    const struct {
+        float flow, substitute, total, time, start, result;
+        char total_status, interval_status;
+    } rows[] = {{3600, 0, sound, 10, 1, 7, 1, 1},        {none, 0, sound, 10, 1, 7, 0, 0},
+                {infinite, 0, sound, 10, 1, 7, 0, 0},    {3600, none, sound, 10, 1, 7, 0, 0},
+                {3600, infinite, sound, 10, 1, 7, 0, 0}, {3600, 0, none, 10, 1, 7, 0, 0},
+                {3600, 0, infinite, 10, 1, 7, 0, 0},     {3600, 0, sound, none, 1, 7, 1, 0},
+                {3600, 0, sound, 10, infinite, 7, 1, 0}, {3600, 0, sound, 10, 1, none, 1, 0}};
+    for (const auto& row : rows)
+        for (const auto device : std::to_array<unsigned char>({3, 23})) {
+            Channel<cGas2005> channel(device);
+            channel.c->q_m = static_cast<double>(row.flow);
+            channel.q_subst = static_cast<double>(row.substitute);
+            Register r{row.total, {row.time, 0}, {row.start, 0}, {row.result, 0}};
+            ticks += rate;
+            EXPECT_EQ(channel.totalise(1, r, static_cast<double>(row.flow)), row.total_status);
+            if (row.total == sound) {
+                EXPECT_EQ(r.total, row.total_status == 1 ? sound + 1.0F : sound);
+            }
+            const int valid = channel.c->valid;
+            EXPECT_EQ(channel.interval(1, 0, r), row.interval_status);
+            EXPECT_EQ(channel.c->valid, valid);
+            EXPECT_TRUE(std::isfinite(channel.c->interval_time[0][0] + channel.c->interval_start[0][0]));
+        }
+}
+
 TEST_F(Totals, TakeTheExternalFlowOfDevice23) {
     Channel<cGas2005> channel(23);
     Register r;

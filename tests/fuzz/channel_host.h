@@ -45,9 +45,8 @@ struct Record {
     bool operator==(const Record&) const = default;
 };
 
-/// Numbers whose products and quotients, a few of them, stay within single precision. Not for NaN.
+/// Numbers whose products, a few of them, stay within single precision. Not for NaN.
 inline bool moderate(double x) { return x == 0.0 || (std::fabs(x) >= 1e-6 && std::fabs(x) <= 1e8); }
-inline bool moderate_positive(double x) { return x > 0.0 && moderate(x); }
 
 /// Output places of a channel function.
 template <std::size_t N>
@@ -98,17 +97,16 @@ public:
             return Medium::init_tr(c.channel, s[0], c.code, s[1], f[0], f[1], f[2], f[3], f[4], f[5], s[2],
                                    f[6], f[7], out.status_at());
         });
-        finish(n, c, returned, out, true);
+        finish(n, c, returned, out);
     }
 
     void param_tr(std::size_t n, const Call& c) {
         Outputs<5> out(c.unwanted);
-        const bool finite = exists(c) && finite_geometry(calculator(c));
         const int returned = called([&] {
             return Medium::param_tr(c.channel, out.status_at(), out.at(0), out.at(1), out.at(2), out.at(3),
                                     out.at(4));
         });
-        finish(n, c, returned, out, finite);
+        finish(n, c, returned, out);
     }
 
     void int_param(std::size_t n, const Call& c) {
@@ -121,7 +119,7 @@ public:
             return Medium::int_param(c.channel, c.integrator, c.f[0], total_host, c.f[1], c.code,
                                      out.status_at(), out.at(0), out.at(1), out.at(2));
         });
-        finish(n, c, returned, out, sound);
+        finish(n, c, returned, out);
         if (out.status == 1) require(!(q < 0.0) && !(total_host < 0.0F));
         const float total = out.value[0];
         if (total == out.untouched || !exists(c)) return;
@@ -146,14 +144,14 @@ public:
             return Medium::int_param_1(c.channel, c.integrator, c.set, time, start, result, out.status_at(),
                                        out.at(0), out.at(1), out.at(2));
         });
-        finish(n, c, returned, out, sound);
+        finish(n, c, returned, out);
         if (out.status == 0) require(out.all_zero());
         if (out.status != 1) return;
         constexpr float length_s[] = {3600.0F, 86400.0F};
         require(c.set <= 1);
         if (sound && out.value[0] != out.untouched)
             require(out.value[0] >= 0.0F && out.value[0] <= length_s[set]);
-        if (out.all_finite() && c.unwanted == 0) {
+        if (c.unwanted == 0) {
             own.time[set] = out.value[0];
             own.start[set] = out.value[1];
             own.result[set] = out.value[2];
@@ -175,38 +173,19 @@ protected:
         return result;
     }
 
-    /// What holds for every channel function; `finite`: success must come with finite outputs.
+    /// What holds for every channel function. Success comes with finite outputs, but for the saturation pressure and temperature
+    /// where there is none.
     template <std::size_t N>
-    void finish(std::size_t n, const Call& c, int returned, const Outputs<N>& out, bool finite) {
+    void finish(std::size_t n, const Call& c, int returned, const Outputs<N>& out, bool all_exist = true) {
         require(returned == 1);
         require(out.status == 0 || out.status == 1 || (out.status == out.no_status && c.unwanted & 0x80U));
         if (!exists(c)) require(out.status != 1 && out.all_zero());
-        if (out.status == 1 && finite) require(out.all_finite());
+        if (out.status == 1 && all_exist) require(out.all_finite());
         Record record{n, {static_cast<std::uint64_t>(out.status)}};
         for (std::size_t k = 0; k < N; ++k) record.bits[k + 1] = std::bit_cast<std::uint32_t>(out.value[k]);
         records_.push_back(record);
     }
     void note(const Record& record) { records_.push_back(record); }
-
-    /// Devices 10..23 have no size limits, so what goes in comes out; an infinite edge radius corrects without limit.
-    static bool finite_geometry(const Calculator& c) {
-        if (c.device_type <= 9) return std::isfinite(c.r_n0);
-        const auto sound = [](double x) { return std::fabs(x) <= 1e9; };
-        return sound(c.mat_D) && sound(c.mat_d) && sound(c.D20) && sound(c.d20) && sound(c.t);
-    }
-
-    /// Flow from moderate numbers, none of which is divided by while it is 0.
-    static bool finite_flow(const Calculator& c, double dp, double rho) {
-        const bool viscous = c.mu >= 1e-7 && c.mu <= 1.0;
-        if (!moderate(dp) || !moderate_positive(rho)) return false;
-        if (c.device_type <= 9) return viscous;
-        if (c.device_type >= 20) return true;
-        const bool bore = c.D >= 0.01 && c.D <= 100.0 && std::fabs(c.d) <= 100.0;
-        const bool compressible = moderate_positive(c.p) && moderate(c.kappa) && c.kappa != 0.0;
-        if (!viscous || !bore) return false;
-        if (c.device_type == 19) return dp >= 0.0 && moderate(c.alpha_eps) && compressible;
-        return c.phase == 1 || compressible;
-    }
 
 private:
     Registers& registers(const Call& c) {

@@ -58,14 +58,10 @@ void GasHost::param_gs(std::size_t n, const Call& c) {
                            f[4], f[5], f[6], f[7], f[8], f[9], f[10], f[11], f[12], f[13], f[14], f[19],
                            out.status_at(), out.at(0), out.at(1), out.at(2));
     });
-    // The methods by density look at nitrogen and carbon dioxide alone; the sum is taken over all.
-    bool sum_finite = true;
-    for (std::size_t k = 0; k < 15; ++k) sum_finite = sum_finite && std::fabs(f[k]) <= 1e37F;
-    finish(n, c, returned, out, tables_whole() && (sum_finite || !by_density(c.code)));
+    finish(n, c, returned, out);
     left_by_ = 0;
     if (out.status != 1) return;
-    if (out.value[1] != out.untouched)
-        require(out.value[1] < 0.99991F && (std::isfinite(out.value[1]) || !tables_whole()));
+    if (out.value[1] != out.untouched) require(out.value[1] > 0.0F && out.value[1] < 0.99991F);
     if (out.value[2] != out.untouched && by_density(c.code))
         require(within(static_cast<double>(out.value[2]), 0.0, 1.0));
     if (gas_adds_up(calculator(c), c.selector[0] != 0)) left_by_ = c.channel;
@@ -73,32 +69,23 @@ void GasHost::param_gs(std::size_t n, const Call& c) {
 
 void GasHost::tf_param(std::size_t n, const Call& c) {
     Outputs<5> out(c.unwanted);
-    // The methods up to 2 take nitrogen and carbon dioxide that any routine may have left.
-    const bool contents =
-        within(static_cast<double>(Xa), 0.0, 1.0) && within(static_cast<double>(Xy), 0.0, 1.0);
-    const bool state = exists(c) && left_by_ == c.channel && tables_whole() && contents;
     const int returned = called([&] {
         return mg_tf_param(c.channel, c.selector[0], c.selector[1], c.f[0], out.status_at(), out.at(0),
                            out.at(1), out.at(2), out.at(3), out.at(4));
     });
-    finish(n, c, returned, out, state && moderate(static_cast<double>(c.f[0])));
+    finish(n, c, returned, out);
     if (exists(c) && left_by_ != c.channel) left_by_ = 0;  // PF5 may have run a method
 }
 
 void GasHost::mgn_param(std::size_t n, const Call& c) {
     Outputs<8> out(c.unwanted);
-    const auto dp = static_cast<double>(c.f[0]), rho = static_cast<double>(c.f[1]);
-    const bool finite = exists(c) && moderate_positive(static_cast<double>(c.f[2])) &&
-                        moderate(static_cast<double>(c.f[3])) && finite_flow(calculator(c), dp, rho);
     const int returned = called([&] {
         return mg_mgn_param(c.channel, c.selector[0], c.f[0], c.f[1], c.f[2], c.f[3], out.status_at(),
                             out.at(0), out.at(1), out.at(2), out.at(3), out.at(4), out.at(5), out.at(6),
                             out.at(7));
     });
-    finish(n, c, returned, out, finite);
+    finish(n, c, returned, out);
     if (out.status == 1) require(c.selector[0] != 0);
-    if (out.status != 0) return;
-    for (const std::size_t k : {1U, 2U, 3U}) require(out.value[k] == 0.0F || out.value[k] == out.untouched);
 }
 
 void GasHost::lifecycle(std::size_t n, const Call& c) {
@@ -156,9 +143,8 @@ void GasHost::method(Record& record, const Call& c) {
     require(failed == 0 || failed == 1);
     const bool limits = f[0] <= 70.0F || f[0] >= 1500.0F || f[2] <= 0.0F || f[2] >= 100.0F || f[1] < 0.0F;
     if (limits) require(failed == 1 && bits(result) == 0);
-    if (failed == 0) require(bits(result) == bits(K) || std::isnan(K));
-    // By composition the cube roots of powers may be undefined, and AGA8-92DC divides by a Zc that a host can make 0.
-    if (which >= 3) require(failed == 0 ? std::isfinite(result) : which == 3 || bits(result) == 0);
+    if (failed == 0) require(bits(result) == bits(K) && result > 0.0F && std::isfinite(result));
+    if (failed == 1 && which >= 2) require(bits(result) == 0);
 }
 
 void GasHost::property(Record& record, const Call& c) {

@@ -160,16 +160,6 @@ void GasFile::mend() {
     whole_ = true;
 }
 
-void GasFile::fill_tables() const {
-    const char* from = content_.data();
-    for (const kalorfix::gas::Block& block : kalorfix::gas::blocks) {
-        const std::size_t bytes = sizeof(float) * static_cast<std::size_t>(block.values);
-        std::memcpy(*block.table, from, bytes);
-        from += bytes;
-    }
-    kalorfix::gas::tables_changed();
-}
-
 void GasFile::name_to_library() const {
     std::snprintf(PATH_SRAM_FOR_LOADTABL, sizeof PATH_SRAM_FOR_LOADTABL, "/proc/self/fd/%d", descriptor_);
 }
@@ -203,9 +193,7 @@ bool tables_whole() { return whole_tables; }
 void make_tables_whole() {
     GasFile& file = GasFile::instance();
     file.mend();
-    if (!V_Mi) load_tables();
-    if (!whole_tables) file.fill_tables();
-    whole_tables = true;
+    if (!whole_tables) load_tables();
 }
 
 }  // namespace fuzz

@@ -26,7 +26,6 @@ public:
     void cut(std::uint32_t length);
     void mend();
     /// Whole values into tables that are allocated already.
-    void fill_tables() const;
 
     /// Writes the path where the library looks, as Init does.
     void name_to_library() const;

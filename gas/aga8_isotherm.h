@@ -1,0 +1,42 @@
+// AGA8-92DC: the isotherm of one gas, Z = 1 + (B/K^3 - Sc) r + S(r) over the reduced density r = K^3 rho. AGA Report No. 8 (1992),
+// detail characterisation; ISO 12213-2; GOST 30319.2-96.
+#pragma once
+
+#include <array>
+
+#include "gas/aga8.h"
+#include "gas/molar_density.h"
+
+namespace kalorfix::gas::aga8 {
+
+/// The density terms are summed by groups, with what a gas at a temperature makes of their coefficients.
+class Isotherm {
+public:
+    /// Pseudo-critical pressure of the start value, MPa.
+    static constexpr double start_pressure_MPa = 5.0;
+
+    /// `linear` is B/K^3 - Sc, Sc the sum of C*_8..C*_13.
+    Isotherm(const DensityLayout& layout, const Coefficients& coefficients, double linear,
+             double reduced_temperature);
+
+    template <Order order>
+    [[nodiscard]] IsothermPoint at(double r) const;
+
+    /// By a map of random mixtures of all kinds and of the gases of GOST 30319 over 70..1500 K and up to 100 MPa (docs/accuracy.md):
+    /// isotherms that fall lie beyond one of these bounds, pipeline gas from 250 K up to 30 MPa within all.
+    [[nodiscard]] bool rises_up_to(double r) const {
+        return reduced_temperature_ > 1.2 && linear_ > -0.92 && r < 1.9;
+    }
+
+private:
+    const DensityLayout& layout_;
+    double linear_;
+    double reduced_temperature_;  // T/U
+    std::array<double, density_terms> weight_;
+};
+
+/// The isotherm of a mixture at T.
+[[nodiscard]] Isotherm isotherm(double T_K, const Mixture& mixture, const Coefficients& coefficients,
+                                const Constants& constants);
+
+}  // namespace kalorfix::gas::aga8

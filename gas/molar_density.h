@@ -1,0 +1,157 @@
+// The molar density of a gas at a given pressure, by any equation of state.
+//
+// An isotherm is taken in reduced terms: y = x Z(x), proportional to the pressure, over a reduced density x; for a vanishing
+// density y = 0 and dy/dx = 1. The gas root is the density at which y, rising along the isotherm from zero, reaches its target
+// before it first falls. Where it falls before, the fluid is no gas.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace kalorfix::gas {
+
+/// A point of an isotherm.
+struct IsothermPoint {
+    double x;
+    double y;          ///< x Z(x)
+    double slope;      ///< dy/dx
+    double curvature;  ///< d2y/dx2; 0 where it was not asked for
+};
+
+/// Whether a point is to come with its curvature.
+enum class Order { slope, curvature };
+
+struct GasRoot {
+    double x;    ///< reduced density; 0 where there is no gas root
+    int points;  ///< of the isotherm that were computed
+};
+
+/// Start value, in the terms of the target, at p and a pseudo-critical pressure (both MPa). GOST 30319.2-96.
+[[nodiscard]] inline double start_density(double target, double p_MPa, double critical_MPa) {
+    return 9.0 * target / (1.1 * p_MPa / critical_MPa + 0.7);
+}
+
+/// Finds the gas root of an isotherm. `Isotherm` has
+///   IsothermPoint at<Order>(double x) const
+///   bool rises_up_to(double x) const   true only where the isotherm cannot have fallen below x: cheap and sufficient
+template <class Isotherm>
+class GasRootSearch {
+public:
+    GasRootSearch(const Isotherm& isotherm, double target) : isotherm_(isotherm), target_(target) {}
+
+    /// Newton's method with the true derivative, which is through in at most six steps for pipeline gas; where its root may
+    /// not be that of the gas, the climb.
+    [[nodiscard]] GasRoot from(double start) {
+        const double x = newton(start);
+        if (x > 0.0 && isotherm_.rises_up_to(x)) return {x, points_};
+        return {climb(), points_};
+    }
+
+private:
+    static constexpr double none = 0.0;
+    static constexpr int newton_steps = 30;
+    static constexpr int climb_steps = 400;
+    static constexpr int bracket_steps = 100;
+
+    template <Order order>
+    IsothermPoint point(double x) {
+        ++points_;
+        return isotherm_.template at<order>(x);
+    }
+
+    double newton(double x) {
+        constexpr double tolerance = 1e-6;
+        for (int step = 0; step < newton_steps; ++step) {
+            const IsothermPoint here = point<Order::slope>(x);
+            const double change = (target_ - here.y) / here.slope;
+            x += change;
+            if (std::fabs(change) <= tolerance * x) return x;
+            if (!(x > 0.0)) x = target_;  // the ideal gas
+        }
+        return none;
+    }
+
+    // Climbs the isotherm from low density in steps that stay short of the next maximum as long as the slope is convex: a Newton
+    // step, but not past where the slope would vanish if it went on falling at its present rate.
+    double climb() {
+        constexpr double tolerance = 1e-7;
+        constexpr double largest_step = 0.05;  // equations of state have no finer structure
+        if (!(target_ > 0.0 && std::isfinite(target_))) return none;
+        IsothermPoint low = point<Order::curvature>(1e-6 * std::min(target_, 1.0));
+        for (int step = 0; step < climb_steps; ++step) {
+            if (!(low.slope > 0.0)) return none;
+            const double wanted = (target_ - low.y) / low.slope;
+            double change = std::min(wanted, largest_step * (1.0 + low.x));
+            if (low.curvature < 0.0) change = std::min(change, -0.9 * low.slope / low.curvature);
+            const IsothermPoint high = point<Order::curvature>(low.x + change);
+            if (!std::isfinite(high.y) || !std::isfinite(high.slope)) return none;
+            if (!(high.slope > 0.0)) return below_maximum(low, high);
+            if (low.curvature < 0.0 && high.curvature > 0.0) {
+                const IsothermPoint bottom = flattest(low, high);
+                if (!(bottom.slope > 0.0)) return below_maximum(low, bottom);
+            }
+            if (high.y >= target_) return pressure_root(low, high);
+            if (change <= tolerance * high.x) return change == wanted ? high.x : none;
+            low = high;
+        }
+        return none;
+    }
+
+    // The flattest point between one whose slope falls and one whose slope rises, or any that does not rise.
+    IsothermPoint flattest(IsothermPoint low, IsothermPoint high) {
+        for (int step = 0; step < bracket_steps; ++step) {
+            // Where the tangents of the slope meet, a convex slope is above them.
+            const double meet = (high.slope - low.slope + low.curvature * low.x - high.curvature * high.x) /
+                                (low.curvature - high.curvature);
+            if (low.slope + low.curvature * (meet - low.x) > 0.0) break;
+            const double x = 0.5 * (low.x + high.x);
+            if (!(low.x < x && x < high.x)) break;
+            const IsothermPoint middle = point<Order::curvature>(x);
+            if (!(middle.slope > 0.0)) return middle;
+            (middle.curvature < 0.0 ? low : high) = middle;
+        }
+        return low.slope < high.slope ? low : high;
+    }
+
+    // The isotherm rises at one point and falls at the other: the maximum lies between, and the root, if any, below it.
+    double below_maximum(const IsothermPoint& rising, const IsothermPoint& falling) {
+        const double top = zero<Order::curvature>(
+            rising.x, falling.x, [](const IsothermPoint& at) { return -at.slope; },
+            [](const IsothermPoint& at) { return -at.curvature; });
+        const IsothermPoint maximum = point<Order::slope>(top);
+        return maximum.y >= target_ ? pressure_root(rising, maximum) : none;
+    }
+
+    double pressure_root(const IsothermPoint& low, const IsothermPoint& high) {
+        return zero<Order::slope>(
+            low.x, high.x, [this](const IsothermPoint& at) { return at.y - target_; },
+            [](const IsothermPoint& at) { return at.slope; });
+    }
+
+    // The zero of a rising value between two points of different sign: Newton steps, halvings where they leave the bracket or
+    // shrink it too slowly.
+    template <Order order, class Value, class Slope>
+    double zero(double low, double high, Value&& value, Slope&& slope) {
+        constexpr double resolution = 1e-14;
+        double x = 0.5 * (low + high);
+        double width = 2.0 * (high - low);
+        for (int step = 0; step < bracket_steps; ++step) {
+            const IsothermPoint here = point<order>(x);
+            const double excess = value(here);
+            (excess < 0.0 ? low : high) = x;
+            double next = x - excess / slope(here);
+            if (!(next > low && next < high) || high - low > 0.5 * width) next = 0.5 * (low + high);
+            if (std::fabs(next - x) <= resolution * x) return next;
+            width = high - low;
+            x = next;
+        }
+        return x;
+    }
+
+    const Isotherm& isotherm_;
+    double target_;
+    int points_ = 0;
+};
+
+}  // namespace kalorfix::gas
