@@ -55,7 +55,8 @@ svg text { font-family: inherit; }
 .prose ul { padding-left: 18px; margin: 6px 0; }
 .prose li { margin: 4px 0; max-width: 100ch; }
 .prose td, .prose th { text-align: left; }
-.prose td:first-child { width: 18%; }
+.prose td:first-child { width: 14%; }
+.prose td:nth-child(2) { width: 26%; }
 .third { grid-template-columns: repeat(3, 1fr); }
 footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; color: var(--grey); font-size: 12px; }
 @page { size: A4 portrait; margin: 14mm 12mm 16mm; }
