@@ -22,7 +22,7 @@ int not_met(const kalorfix::host::Library& library, const fs::path& file, int& c
     for (const cases::Table& table : cases::read_tables(in, file.filename().string()))
         for (const cases::Finding& finding : cases::run(library, table)) {
             ++compared;
-            if (finding.passed) continue;
+            if (finding.passed()) continue;
             ++failures;
             std::printf("%s:%d: %s %s\n", file.filename().c_str(), finding.where->line,
                         finding.where->id.c_str(), finding.expected->column.c_str());

@@ -80,11 +80,14 @@ private:
         outputs_.clear();
         fixed_.clear();
         tolerances_.clear();
+        deviations_.clear();
     }
 
     void setting(const std::string& key, const std::string& value) {
         const std::size_t begin = value.find_first_not_of(" \t");
-        const std::string text = begin == std::string::npos ? std::string() : value.substr(begin);
+        const std::string text = begin == std::string::npos
+                                     ? std::string()
+                                     : value.substr(begin, value.find_last_not_of(" \t") + 1 - begin);
         if (key == "source:")
             tables_.back().source = text;
         else if (key == "note:")
@@ -93,10 +96,19 @@ private:
             for (const auto& [name, number] : assignments(text)) fixed_[name] = value_of(number);
         else if (key == "tolerance:")
             for (const auto& [name, number] : assignments(text)) tolerances_[name] = tolerance_of(number);
+        else if (key == "deviation:")
+            deviation(text);
         else if (key == "columns:")
             columns(split(text));
         else
             fail("unknown setting " + key);
+    }
+
+    void deviation(const std::string& text) {
+        const std::size_t space = text.find(' ');
+        if (space == std::string::npos) fail("expected name=bound and a reason, found " + text);
+        for (const auto& [name, bound] : assignments(text.substr(0, space)))
+            deviations_[name] = {tolerance_of(bound), text.substr(text.find_first_not_of(' ', space))};
     }
 
     std::map<std::string, std::string> assignments(const std::string& text) const {
@@ -142,12 +154,14 @@ private:
 
     Expected expected_of(const std::string& column, const std::string& token) const {
         const std::size_t tilde = token.find('~');
-        Expected expected{column, 0.0, token.substr(0, tilde), {}};
+        Expected expected{column, 0.0, token.substr(0, tilde), {}, {}};
         expected.value = value_of(expected.text);
         if (tilde != std::string::npos)
             expected.tolerance = tolerance_of(token.substr(tilde + 1));
         else if (const auto found = tolerances_.find(column); found != tolerances_.end())
             expected.tolerance = found->second;
+        if (const auto found = deviations_.find(column); found != deviations_.end())
+            expected.declared = found->second;
         return expected;
     }
 
@@ -173,6 +187,7 @@ private:
     std::vector<std::string> inputs_, outputs_;
     Values fixed_;
     std::map<std::string, Tolerance> tolerances_;
+    std::map<std::string, Deviation> deviations_;
 };
 
 }  // namespace

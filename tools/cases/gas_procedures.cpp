@@ -1,6 +1,9 @@
 #include "tools/cases/gas_procedures.h"
 
+#include <algorithm>
 #include <array>
+
+#include "gas/composition.h"
 
 namespace kalorfix::cases {
 namespace {
@@ -52,31 +55,58 @@ Values by_density(const Library& library, const Inputs& in) {
             {"kappa", static_cast<double>(library->NF4())}};
 }
 
+// What a method finds for the composition in the module state.
+struct Compressibility {
+    double K, Z;
+    bool computed;
+};
+
+Compressibility compressibility(const Library& library, const Inputs& in, float p_MPa) {
+    constexpr int aga8 = 2;
+    const int code = static_cast<int>(in["method"]);
+    const auto method = code == 0      ? library->PF3_1
+                        : code == 1    ? library->PF3_2
+                        : code == aga8 ? library->PF3_3
+                                       : library->PF3_4;
+    short failed = 9;
+    const auto K = static_cast<double>(
+        method(static_cast<float>(in["T_K"]), static_cast<float>(in["dp_kPa"]), p_MPa, failed));
+    auto Z = static_cast<double>(*library->gas.Z);
+    if (code == aga8) {  // K = Z/Zc: the closed formula of Zc cancels, so that this is what the equation gave
+        gas::Fractions x{};
+        std::copy_n(library->gas.Xi, x.size(), x.begin());
+        Z = K * gas::standard_compressibility(gas::with_present_components(x));
+    }
+    return {K, Z, failed == 0};
+}
+
+// The pressure that belongs to a given molar density, by one secant step from p_MPa, which must be within a thousandth of it.
+double pressure_at_density(const Library& library, const Inputs& in) {
+    constexpr double kPa_per_MPa = 1000.0, step = 1.001;
+    const auto RT =
+        static_cast<double>(gas::molar_gas_constant) * static_cast<double>(static_cast<float>(in["T_K"]));
+    const auto density = [&](float p_MPa) {
+        return kPa_per_MPa * static_cast<double>(p_MPa) / (RT * compressibility(library, in, p_MPa).Z);
+    };
+    const auto p = static_cast<float>(in["p_MPa"]), beyond = static_cast<float>(in["p_MPa"] * step);
+    const double rho = density(p);
+    return static_cast<double>(p) +
+           (in["rho_kmol_m3"] - rho) * static_cast<double>(beyond - p) / (density(beyond) - rho);
+}
+
 // A method for a full composition, with the properties that go with it.
 Values by_composition(const Library& library, const Inputs& in) {
     library->Init();
     set_composition(library, in);
     Values out{{"rho_c", static_cast<double>(library->PF2())}};
-    const auto method = [&] {
-        switch (static_cast<int>(in["method"])) {
-            case 0:
-                return library->PF3_1;
-            case 1:
-                return library->PF3_2;
-            case 2:
-                return library->PF3_3;
-            default:
-                return library->PF3_4;
-        }
-    }();
-    short failed = 9;
-    out["K"] = static_cast<double>(method(static_cast<float>(in["T_K"]), static_cast<float>(in["dp_kPa"]),
-                                          static_cast<float>(in["p_MPa"]), failed));
-    out["status"] = failed == 0 ? 1.0 : 0.0;
-    out["Z"] = static_cast<double>(*library->gas.Z);
+    const Compressibility found = compressibility(library, in, static_cast<float>(in["p_MPa"]));
+    out["K"] = found.K;
+    out["Z"] = found.Z;
+    out["status"] = found.computed ? 1.0 : 0.0;
     out["mu_uPa_s"] = static_cast<double>(library->PF5(0));
     out["kappa"] = static_cast<double>(library->PF6());
     out["rho"] = static_cast<double>(library->PF4_1());
+    if (in.given("rho_kmol_m3")) out["p_at_rho_MPa"] = pressure_at_density(library, in);
     return out;
 }
 
@@ -121,9 +151,13 @@ std::map<std::string, Procedure, std::less<>> gas_procedures() {
           by_density}},
         {"gas_by_composition",
          {"compressibility of a full composition; viscosity, exponent and density by VNIC SMV",
-          with_composition(
-              {{"method", 2.0}, {"T_K", 293.15}, {"p_MPa", 1.0}, {"dp_kPa", 0.0}, {"fractions", 0.0}}),
-          {"rho_c", "status", "K", "Z", "mu_uPa_s", "kappa", "rho"},
+          with_composition({{"method", 2.0},
+                            {"T_K", 293.15},
+                            {"p_MPa", 1.0},
+                            {"dp_kPa", 0.0},
+                            {"fractions", 0.0},
+                            {"rho_kmol_m3", 0.0}}),
+          {"rho_c", "status", "K", "Z", "mu_uPa_s", "kappa", "rho", "p_at_rho_MPa"},
           by_composition}},
         {"gas",
          {"state and properties of a gas channel",

@@ -147,6 +147,10 @@ Values heat_carrier(const Library& library, const Inputs& in) {
     return out;
 }
 
+double allowed(const Tolerance& tolerance, double expected) {
+    return std::fmax(tolerance.absolute, tolerance.relative * std::fabs(expected));
+}
+
 std::map<std::string, Procedure, std::less<>> make_procedures() {
     return {
         {"discharge",
@@ -207,8 +211,13 @@ const std::map<std::string, Procedure, std::less<>>& procedures() {
 bool met(double computed, double expected, const Tolerance& tolerance) {
     if (std::isnan(expected)) return std::isnan(computed);
     if (std::isinf(expected)) return computed == expected;
-    return std::fabs(computed - expected) <=
-           std::fmax(tolerance.absolute, tolerance.relative * std::fabs(expected));
+    return std::fabs(computed - expected) <= allowed(tolerance, expected);
+}
+
+Verdict judge(double computed, const Expected& expected) {
+    if (met(computed, expected.value, expected.tolerance)) return Verdict::met;
+    const bool declared = expected.declared && met(computed, expected.value, expected.declared->bound);
+    return declared ? Verdict::differs_as_declared : Verdict::failed;
 }
 
 std::vector<Finding> run(const host::Library& library, const Table& table) {
@@ -226,13 +235,13 @@ std::vector<Finding> run(const host::Library& library, const Table& table) {
             const auto result = results.find(expected.column);
             if (result == results.end())
                 throw std::runtime_error(table.function + " has no result " + expected.column);
-            const Tolerance& t = expected.tolerance;
             // The sign of a NaN differs from processor to processor and means nothing.
             const double computed =
                 std::isnan(result->second) ? std::numeric_limits<double>::quiet_NaN() : result->second;
             findings.push_back({&one, &expected, computed, computed - expected.value,
-                                std::fmax(t.absolute, t.relative * std::fabs(expected.value)),
-                                met(computed, expected.value, t)});
+                                allowed(expected.tolerance, expected.value),
+                                expected.declared ? allowed(expected.declared->bound, expected.value) : 0.0,
+                                judge(computed, expected)});
         }
     }
     return findings;

@@ -33,6 +33,8 @@ struct Procedure {
 /// All procedures by the name that a table gives in brackets.
 [[nodiscard]] const std::map<std::string, Procedure, std::less<>>& procedures();
 
+enum class Verdict { met, differs_as_declared, failed };
+
 /// One compared value.
 struct Finding {
     const Case* where = nullptr;
@@ -40,12 +42,17 @@ struct Finding {
     double computed = 0.0;
     double deviation = 0.0;
     double permitted = 0.0;
-    bool passed = false;
+    double declared = 0.0;  ///< bound of the declared deviation; 0 without one
+    Verdict verdict = Verdict::failed;
+    [[nodiscard]] bool passed() const { return verdict != Verdict::failed; }
 };
 
 /// Runs every case of a table. Throws std::runtime_error when the table names a function, an input or an output
 /// that does not exist.
 [[nodiscard]] std::vector<Finding> run(const host::Library& library, const Table& table);
+
+/// Against the tolerance and then, where one is declared, against the bound of the deviation.
+[[nodiscard]] Verdict judge(double computed, const Expected& expected);
 
 /// Whether a value is met: |computed - expected| within the tolerance, so that a NaN fails; an expected NaN or
 /// infinity must be met as such.

@@ -50,12 +50,13 @@ std::string dot(const Mark& mark, double x, const svg::Scale& y) {
     const cases::Finding& f = *mark.finding;
     const double signed_ratio = std::copysign(ratio(f), f.deviation);
     const double place = y(std::clamp(std::isfinite(signed_ratio) ? signed_ratio : edge, -edge, edge));
-    const std::string tip = svg::escape(fmt::format("{}:{} {}: {} of permitted", mark.file->name, f.where->line,
-                                                    f.where->id, short_number(signed_ratio)));
-    if (f.passed)
-        return fmt::format(
-            "<circle cx=\"{}\" cy=\"{}\" r=\"2.3\" fill=\"#1f5a8c\"><title>{}</title></circle>\n", svg::at(x),
-            svg::at(place), tip);
+    const std::string tip = svg::escape(fmt::format(
+        "{}:{} {}: {} of {}", mark.file->name, f.where->line, f.where->id, short_number(signed_ratio),
+        f.verdict == cases::Verdict::differs_as_declared ? "declared" : "permitted"));
+    const bool met = f.verdict == cases::Verdict::met;
+    if (f.passed())
+        return fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"2.3\" fill=\"{}\"><title>{}</title></circle>\n",
+                           svg::at(x), svg::at(place), met ? "#1f5a8c" : "#d08a00", tip);
     return fmt::format(
         "<path d=\"M{0} {1}l-4 -4m4 4l4 4m-4 -4l-4 4m4 -4l4 -4\" stroke=\"#a3261d\" "
         "stroke-width=\"2\" fill=\"none\"><title>{2}</title></path>\n",
@@ -98,8 +99,8 @@ std::string deviation_chart(const Section& section) {
         "{}\">\n{}{}</svg>\n",
         width, height, svg::escape(section.subject.key), strips,
         svg::text(left, height - 6.0,
-                  "deviation over permitted deviation, in the order of the tables; thin lines part the "
-                  "sources",
+                  "deviation over permitted deviation (amber: over declared deviation), in the order of the "
+                  "tables; thin lines part the sources",
                   {.size = 10.0}));
 }
 

@@ -57,7 +57,8 @@ void describe(CLI::App& app, Command& command) {
         ->option_text("DIR");
     command.top->footer(
         "Prints a line a function: points, values, worst and mean deviation over the\n"
-        "permitted deviation, verdict. Exit status 1 when a value is not met.");
+        "permitted deviation, verdict, and how many printed values differ as their\n"
+        "cases declare. Exit status 1 when a value neither is met nor differs so.");
 }
 
 int run(const Command& command, const std::string& library, const std::string& gas_data) {

@@ -24,10 +24,22 @@ namespace {
 
 using svg::escape;
 
-std::string document(const std::string& path) {
+std::string document(const std::string& path, bool named_entries = false) {
     std::ifstream in(path);
     if (!in) throw InputError{path + ": cannot read this part of the report"};
-    return "<div class=\"prose\">\n" + prose(in) + "</div>\n";
+    return "<div class=\"prose\">\n" + prose(in, named_entries) + "</div>\n";
+}
+
+// The document, and what the case files declare for reasons that it does not name.
+std::string deliberate(const Verification& verification, const std::string& path) {
+    std::string out = document(path, true);
+    for (const Declaration& d : declarations(verification, false))
+        if (const std::string id = fmt::format(" id=\"{}\"", entry_id(d.reason));
+            out.find(id) == std::string::npos)
+            out += fmt::format(
+                "<p{}><b class=\"failed\">{}</b>: declared in the case files, not in this list.</p>\n", id,
+                escape(d.reason));
+    return out;
 }
 
 std::string identification(const Verification& verification, const Surroundings& around) {
@@ -64,7 +76,7 @@ std::string overview(const Verification& verification) {
             "</td><td>{}</td><td>{}</td><td>{}</td><td class=\"name\">{}</td></tr>\n",
             escape(anchor(section)), escape(section.subject.title), escape(section.subject.key), s.cases,
             s.values, s.exact, any ? short_number(s.worst_ratio) : "-", any ? short_number(s.mean_ratio) : "-",
-            verdict(s.failed == 0));
+            verdict(s));
     }
     return "<table><thead><tr><th class=\"name\">subject</th><th class=\"name\">function</th><th>points</th>"
            "<th>values</th><th>exact</th><th>worst / permitted</th><th>mean / permitted</th>"
@@ -132,28 +144,47 @@ std::string gas_maps(const Surroundings& around) {
     return out + compressibility_maps(library, gas);
 }
 
+// The verdict of the whole.
+std::string outcome(const Verification& verification) {
+    std::size_t values = 0, differing = 0;
+    for (const Section& section : verification.sections) {
+        const Statistics s = statistics(section);
+        values += s.values;
+        differing += s.differing;
+    }
+    const std::size_t failed = failures(verification);
+    std::string out =
+        failed == 0
+            ? fmt::format(
+                  "<div class=\"outcome\">MET: {} of {} values within their permitted deviation</div>\n",
+                  values - differing, values)
+            : fmt::format("<div class=\"outcome bad\">FAILED: {} of {} values</div>\n", failed, values);
+    if (differing > 0)
+        out += fmt::format(
+            "<div class=\"outcome declared\"><a class=\"declared\" href=\"#declared\">{} printed values differ "
+            "as "
+            "declared</a></div>\n",
+            differing);
+    return out;
+}
+
 }  // namespace
 
 std::string html(const Verification& verification, const Surroundings& around) {
-    std::size_t values = 0;
-    for (const Section& section : verification.sections) values += statistics(section).values;
-    const std::size_t failed = failures(verification);
     std::string out = fmt::format(
         "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
         "<title>kalorfix: verification report, {0}</title>\n<style>{1}</style>\n</head>\n<body>\n"
         "<h1>Verification report of kalorfix.so</h1>\n<p class=\"lead\">{0}</p>\n",
         escape(around.date), page_style);
+    out += outcome(verification) + overview(verification);
     out +=
-        failed == 0
-            ? fmt::format("<div class=\"outcome\">MET: all {} values within their permitted deviation</div>\n",
-                          values)
-            : fmt::format("<div class=\"outcome bad\">FAILED: {} of {} values</div>\n", failed, values);
-    out += overview(verification);
-    out +=
-        "<p class=\"note\">A point is a row of a case file. Worst and mean: deviation over permitted "
-        "deviation; exact values "
-        "(statuses, phases, zeros) have none and must agree.</p>\n"
+        "<p class=\"note\">A point is a row of a case file. Worst and mean: deviation over permitted or, where "
+        "a "
+        "value differs as declared, declared deviation; exact values (statuses, phases, zeros) have none and "
+        "must "
+        "agree.</p>\n" +
+        declaration_table(verification) +
         "<p class=\"note\">Further: <a href=\"#identification\">identification</a>, <a "
         "href=\"#limits\">limits</a>, "
         "<a href=\"#deviations\">deliberate deviations</a>, <a href=\"#open\">what is not verified</a>.</p>\n";
@@ -172,7 +203,7 @@ std::string html(const Verification& verification, const Surroundings& around) {
             "shaded by the relative deviation of the density from the value of the source.</p>\n" +
             map;
     if (!around.gas_data.empty()) out += gas_maps(around);
-    out += "<h2 id=\"deviations\">Deliberate deviations</h2>\n" + document(around.deviations);
+    out += "<h2 id=\"deviations\">Deliberate deviations</h2>\n" + deliberate(verification, around.deviations);
     out += "<h2 id=\"open\">What is not verified</h2>\n" + document(around.not_verified) +
            never_compared(verification);
     return out + fmt::format("<footer>kalorfix verify, {}</footer>\n</body>\n</html>\n", escape(around.date));

@@ -37,7 +37,7 @@ std::string name_of(const std::string& id, std::string_view ending) {
 
 void take(Side& side, const cases::Finding& finding) {
     side.where = finding.where;
-    side.passed = side.passed && finding.passed;
+    side.passed = side.passed && finding.passed();
     if (is_word(*finding.expected))
         side.obtained +=
             (side.obtained.empty() ? "" : ", ") + finding.expected->column + " " + computed_word(finding);

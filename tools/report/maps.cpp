@@ -244,8 +244,8 @@ std::string density_map(const host::Library& library, const Verification& verifi
                     "<circle cx=\"{}\" cy=\"{}\" r=\"5\" fill=\"{}\" stroke=\"{}\" "
                     "stroke-width=\"{}\"><title>{}</title></circle>\n",
                     svg::at(frame.x(in.at("t_C"))), svg::at(frame.y(std::log10(in.at("p_MPa")))),
-                    step == steps.end() ? steps.back().colour : step->colour, f.passed ? "#ffffff" : "#a3261d",
-                    f.passed ? 0.6 : 2.0,
+                    step == steps.end() ? steps.back().colour : step->colour,
+                    f.passed() ? "#ffffff" : "#a3261d", f.passed() ? 0.6 : 2.0,
                     svg::escape(fmt::format("{}:{} {}: relative deviation {}", block.file->name, f.where->line,
                                             f.where->id, short_number(relative))));
             }

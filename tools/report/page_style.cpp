@@ -3,7 +3,7 @@
 namespace kalorfix::tool::report {
 
 const std::string_view page_style = R"css(
-:root { --ink: #1c2126; --grey: #5b6670; --rule: #d5dadf; --accent: #1f5a8c; --met: #1b6e3c; --failed: #a3261d; }
+:root { --ink: #1c2126; --grey: #5b6670; --rule: #d5dadf; --accent: #1f5a8c; --met: #1b6e3c; --declared: #8a5a00; --failed: #a3261d; }
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 1160px; padding: 40px 40px 80px; color: var(--ink); background: #fff;
   font: 14px/1.5 system-ui, -apple-system, "Segoe UI", "Liberation Sans", "DejaVu Sans", sans-serif; }
@@ -19,6 +19,8 @@ code { font: 0.9em ui-monospace, "Liberation Mono", "DejaVu Sans Mono", monospac
 .outcome { display: inline-block; margin: 14px 0 18px; padding: 8px 14px; border: 1.5px solid var(--met); color: var(--met);
   font-weight: 600; }
 .outcome.bad { border-color: var(--failed); color: var(--failed); }
+.outcome.declared { border-color: var(--declared); margin-left: 8px; }
+.declared { color: var(--declared); }
 .failed { color: var(--failed); }
 .met { color: var(--met); }
 .trace { color: var(--grey); font-weight: 400; margin-left: 10px; }
@@ -53,7 +55,8 @@ svg text { font-family: inherit; }
 .prose ul { padding-left: 18px; margin: 6px 0; }
 .prose li { margin: 4px 0; max-width: 100ch; }
 .prose td, .prose th { text-align: left; }
-.prose td:first-child { width: 30%; }
+.prose td:first-child { width: 14%; }
+.prose td:nth-child(2) { width: 26%; }
 .third { grid-template-columns: repeat(3, 1fr); }
 footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; color: var(--grey); font-size: 12px; }
 @page { size: A4 portrait; margin: 14mm 12mm 16mm; }
@@ -72,7 +75,7 @@ footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; 
   td.mixture { font-size: 6.8pt; min-width: 58mm; }
   .values td:first-child:not(.id) { padding-left: 4pt; }
   .maps { gap: 6px 14px; margin: 6px 0; }
-  a { color: inherit; }
+  a:not(.declared) { color: inherit; }
 }
 )css";
 

@@ -29,6 +29,8 @@ std::string inline_forms(const std::string& text) {
 
 class Converter {
 public:
+    explicit Converter(bool named_entries) : named_entries_(named_entries) {}
+
     void line(const std::string& text) {
         if (text.starts_with("|")) {
             row(text);
@@ -64,8 +66,17 @@ public:
 private:
     enum class Form { none, paragraph, item, table };
 
+    // The id of an entry that begins with its name in bold.
+    std::string id(std::string_view entry) const {
+        const std::size_t begin = entry.find_first_not_of(' ');
+        if (!named_entries_ || begin == std::string_view::npos || !entry.substr(begin).starts_with("**"))
+            return {};
+        const std::string_view name = entry.substr(begin + 2, entry.find("**", begin + 2) - begin - 2);
+        return fmt::format(" id=\"{}\"", entry_id(name));
+    }
+
     void end_item() {
-        out_ += "<li>" + inline_forms(text_) + "</li>\n";
+        out_ += "<li" + id(text_) + ">" + inline_forms(text_) + "</li>\n";
         text_.clear();
     }
 
@@ -88,7 +99,7 @@ private:
             out_ += "<table><thead>";
             form_ = Form::table;
         }
-        out_ += "<tr>";
+        out_ += "<tr" + id(std::string_view(text).substr(1)) + ">";
         for (std::size_t begin = 1; begin < text.size();) {
             std::size_t end = text.find(" |", begin);
             if (end == std::string::npos) end = text.size();
@@ -99,14 +110,27 @@ private:
         out_ += head ? "</tr></thead><tbody>\n" : "</tr>\n";
     }
 
+    bool named_entries_;
     std::string out_, text_;
     Form form_ = Form::none;
 };
 
 }  // namespace
 
-std::string prose(std::istream& in) {
-    Converter converter;
+std::string entry_id(std::string_view name) {
+    std::string out = "d";
+    bool apart = true;
+    for (const char c : name) {
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+        if (letter && apart) out += '-';
+        if (letter) out += c;
+        apart = !letter;
+    }
+    return out;
+}
+
+std::string prose(std::istream& in, bool named_entries) {
+    Converter converter(named_entries);
     for (std::string text; std::getline(in, text);) converter.line(text);
     return converter.finish();
 }

@@ -14,7 +14,8 @@ namespace kalorfix::tool::report {
 namespace {
 
 // Endings of names that carry a unit, longest first.
-constexpr std::array<std::pair<std::string_view, std::string_view>, 19> endings{{{"_kg_m3", "kg/m3"},
+constexpr std::array<std::pair<std::string_view, std::string_view>, 20> endings{{{"_kmol_m3", "kmol/m3"},
+                                                                                 {"_kg_m3", "kg/m3"},
                                                                                  {"_kJ_kg", "kJ/kg"},
                                                                                  {"_uPa_s", "uPa s"},
                                                                                  {"_kg_s", "kg/s"},
@@ -121,7 +122,7 @@ bool is_word(const cases::Expected& expected) {
 }
 
 std::string computed_word(const cases::Finding& finding) {
-    if (finding.passed) return finding.expected->text;
+    if (finding.passed()) return finding.expected->text;
     if (status_like(finding.expected->column) && finding.computed == 1.0) return "computed";
     if (status_like(finding.expected->column) && finding.computed == 0.0) return "refused";
     return fmt::format("{:g}", finding.computed);
@@ -135,6 +136,13 @@ std::string expected_text(const cases::Finding& finding) {
 
 std::string computed_text(const cases::Finding& finding) {
     return with_digits_of(finding.computed, finding.permitted);
+}
+
+std::string percent(double relative) { return fmt::format("{:.2g} %", 100.0 * relative); }
+
+std::string bound_text(const cases::Tolerance& bound) {
+    return bound.absolute > 0.0 ? fmt::format("{:g}", bound.absolute)
+                                : fmt::format("{:g} %", 100.0 * bound.relative);
 }
 
 std::string short_number(double value) {

@@ -35,6 +35,12 @@ struct Quantity {
 [[nodiscard]] std::string expected_text(const cases::Finding& finding);
 [[nodiscard]] std::string computed_text(const cases::Finding& finding);
 
+/// A relative number with two significant digits, such as 0.011 %.
+[[nodiscard]] std::string percent(double relative);
+
+/// The bound of a declared deviation as the file gives it: 0.03 %, or an absolute number.
+[[nodiscard]] std::string bound_text(const cases::Tolerance& bound);
+
 /// Two significant digits.
 [[nodiscard]] std::string short_number(double value);
 

@@ -7,6 +7,7 @@
 #include <limits>
 #include <vector>
 
+#include "tools/report/prose.h"
 #include "tools/report/quantities.h"
 #include "tools/svg.h"
 
@@ -83,10 +84,17 @@ std::string words(const std::vector<const cases::Finding*>& found) {
         if (!is_word(*f->expected)) continue;
         text += fmt::format("{}{} <b>{}</b>", text.empty() ? "" : ", ", escape(f->expected->column),
                             escape(computed_word(*f)));
-        if (!f->passed)
+        if (!f->passed())
             text += fmt::format(" <b class=\"failed\">FAILED, expected {}</b>", escape(f->expected->text));
     }
     return text.empty() ? "-" : text;
+}
+
+std::string value_verdict(const cases::Finding& f) {
+    if (f.verdict != cases::Verdict::differs_as_declared) return verdict(f.passed());
+    const cases::Deviation& declared = *f.expected->declared;
+    return fmt::format("<a class=\"declared\" href=\"#{}\">differs as declared, at most {}</a>",
+                       entry_id(declared.reason), bound_text(declared.bound));
 }
 
 std::string number_cells(const cases::Finding& f) {
@@ -95,8 +103,9 @@ std::string number_cells(const cases::Finding& f) {
     return fmt::format(
         "<td class=\"name\">{}{}</td><td>{}</td><td>{}</td><td>{}</td><td>{}</td><td class=\"name\">{}</td>",
         escape(q.symbol), q.unit.empty() ? "" : fmt::format(" <small>{}</small>", escape(q.unit)),
-        escape(expected_text(f)), escape(computed_text(f)), exact && f.passed ? "0" : short_number(f.deviation),
-        exact ? "exact" : short_number(f.permitted), verdict(f.passed));
+        escape(expected_text(f)), escape(computed_text(f)),
+        exact && f.passed() ? "0" : short_number(f.deviation), exact ? "exact" : short_number(f.permitted),
+        value_verdict(f));
 }
 
 std::string row(const std::vector<const cases::Finding*>& found, const Layout& shape) {
@@ -118,11 +127,11 @@ std::string row(const std::vector<const cases::Finding*>& found, const Layout& s
         out += fmt::format("<td class=\"mixture\"{}>{}</td>", span, escape(composition(one.inputs, shape)));
     out += fmt::format("<td class=\"name\"{}>{}</td>", span, words(found));
     if (!shape.numbers) {
-        const bool passed = std::all_of(found.begin(), found.end(), [](const auto* f) { return f->passed; });
+        const bool passed = std::all_of(found.begin(), found.end(), [](const auto* f) { return f->passed(); });
         return out + fmt::format("<td class=\"name\">{}</td></tr>\n", verdict(passed));
     }
     if (numbers.empty()) {
-        const bool passed = std::all_of(found.begin(), found.end(), [](const auto* f) { return f->passed; });
+        const bool passed = std::all_of(found.begin(), found.end(), [](const auto* f) { return f->passed(); });
         return out + fmt::format("<td colspan=\"5\"></td><td class=\"name\">{}</td></tr>\n", verdict(passed));
     }
     for (std::size_t k = 0; k < numbers.size(); ++k)
@@ -174,6 +183,35 @@ std::string verdict(bool passed) {
     return passed ? "<span class=\"met\">met</span>" : "<b class=\"failed\">FAILED</b>";
 }
 
+std::string verdict(const Statistics& s) {
+    const std::string outcome = verdict(s.failed == 0);
+    return s.differing == 0
+               ? outcome
+               : fmt::format("{}; <a class=\"declared\" href=\"#declared\">{} differ as declared</a>", outcome,
+                             s.differing);
+}
+
+std::string declaration_table(const Verification& verification) {
+    std::string rows;
+    for (const Declaration& d : declarations(verification, true))
+        rows += fmt::format(
+            "<tr><td class=\"name\"><a class=\"declared\" href=\"#{}\">{}</a></td><td class=\"name\">{}</td>"
+            "<td>{}</td><td>{}</td><td>{}</td><td class=\"name\">{}</td></tr>\n",
+            entry_id(d.reason), escape(d.reason), escape(d.source), d.values, d.differing,
+            d.at == nullptr ? "-" : percent(d.largest),
+            d.at == nullptr ? "-" : escape(fmt::format("{}:{}", d.file->name, d.at->where->line)));
+    if (rows.empty()) return rows;
+    return "<h3 id=\"declared\">Printed values that differ as declared</h3>\n<p>Where the library departs from "
+           "a "
+           "standard on purpose, the case file states the printed value with its own tolerance, and by how "
+           "much the "
+           "result may differ for the reason given.</p>\n"
+           "<table><thead><tr><th class=\"name\">reason</th><th "
+           "class=\"name\">source</th><th>values</th><th>differ</th>"
+           "<th>largest</th><th class=\"name\">largest at</th></tr></thead><tbody>\n" +
+           rows + "</tbody></table>\n";
+}
+
 std::string description_table(const Section& section) {
     const Statistics s = statistics(section);
     std::string out = "<table class=\"facts\">\n";
@@ -216,7 +254,7 @@ std::string statistics_table(const Section& section) {
             any ? short_number(s.mean_ratio) : "-",
             any ? escape(fmt::format("{}, {}:{}", s.worst->where->id, s.worst_file->name, s.worst->where->line))
                 : "-",
-            verdict(s.failed == 0));
+            verdict(s));
     }
     return "<table><thead><tr><th class=\"name\">output</th><th "
            "class=\"name\">unit</th><th>values</th><th>exact</th>"

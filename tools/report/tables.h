@@ -19,4 +19,10 @@ namespace kalorfix::tool::report {
 /// "met" or "FAILED", each in its colour.
 [[nodiscard]] std::string verdict(bool passed);
 
+/// The same for many values, with the number of those that differ as declared.
+[[nodiscard]] std::string verdict(const Statistics& statistics);
+
+/// What the case files declare, by reason, with a link to the entry; empty when they declare nothing.
+[[nodiscard]] std::string declaration_table(const Verification& verification);
+
 }  // namespace kalorfix::tool::report

@@ -55,7 +55,8 @@ bool is_exact(const cases::Finding& finding) {
 }
 
 double ratio(const cases::Finding& finding) {
-    const double value = std::fabs(finding.deviation) / finding.permitted;
+    const bool differs = finding.verdict == cases::Verdict::differs_as_declared;
+    const double value = std::fabs(finding.deviation) / (differs ? finding.declared : finding.permitted);
     return std::isnan(value) ? std::numeric_limits<double>::infinity() : value;
 }
 
@@ -69,7 +70,8 @@ Statistics statistics(const Section& section, const std::string& output) {
             if (finding.where != last) ++s.cases;
             last = finding.where;
             ++s.values;
-            if (!finding.passed) ++s.failed;
+            if (!finding.passed()) ++s.failed;
+            if (finding.verdict == cases::Verdict::differs_as_declared) ++s.differing;
             if (is_exact(finding)) {
                 ++s.exact;
                 continue;
@@ -150,6 +152,30 @@ std::size_t failures(const Verification& verification) {
     std::size_t count = 0;
     for (const Section& section : verification.sections) count += statistics(section).failed;
     return count;
+}
+
+std::vector<Declaration> declarations(const Verification& verification, bool each_source) {
+    std::vector<Declaration> all;
+    for (const Section& section : verification.sections)
+        for (const Block& block : section.blocks)
+            for (const cases::Finding& finding : block.findings) {
+                if (!finding.expected->declared) continue;
+                const Declaration one{finding.expected->declared->reason,
+                                      each_source ? block.table->source : ""};
+                auto found = std::find_if(all.begin(), all.end(), [&](const Declaration& d) {
+                    return d.reason == one.reason && d.source == one.source;
+                });
+                if (found == all.end()) found = all.insert(all.end(), one);
+                ++found->values;
+                if (finding.verdict != cases::Verdict::differs_as_declared) continue;
+                ++found->differing;
+                const double relative = std::fabs(finding.deviation / finding.expected->value);
+                if (relative < found->largest) continue;
+                found->largest = relative;
+                found->at = &finding;
+                found->file = block.file;
+            }
+    return all;
 }
 
 }  // namespace kalorfix::tool::report

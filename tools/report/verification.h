@@ -35,9 +35,11 @@ struct Verification {
 
 struct Statistics {
     std::size_t cases = 0, values = 0;
-    std::size_t exact = 0;  ///< of the values, those that must be met exactly
+    std::size_t exact = 0;      ///< of the values, those that must be met exactly
+    std::size_t differing = 0;  ///< of the values, those that differ as declared
     std::size_t failed = 0;
-    double worst_ratio = 0.0;  ///< of deviation to permitted deviation
+    double worst_ratio =
+        0.0;  ///< of deviation to permitted or, for those that differ as declared, declared deviation
     double mean_ratio = 0.0;
     double worst_deviation = 0.0, mean_deviation = 0.0;
     const cases::Finding* worst = nullptr;
@@ -47,7 +49,7 @@ struct Statistics {
 /// Whether a value has no permitted deviation to compare with: words, nan, inf and exact numbers.
 [[nodiscard]] bool is_exact(const cases::Finding& finding);
 
-/// |deviation| over permitted deviation; infinite where the result is not a number.
+/// |deviation| over permitted, or declared, deviation; infinite where the result is not a number.
 [[nodiscard]] double ratio(const cases::Finding& finding);
 
 /// Of one output, or of all with an empty name.
@@ -68,5 +70,17 @@ struct Statistics {
                                   std::vector<CaseFile> files);
 
 [[nodiscard]] std::size_t failures(const Verification& verification);
+
+/// What the case files declare under one reason, and what came of it.
+struct Declaration {
+    std::string reason, source;
+    std::size_t values = 0, differing = 0;
+    double largest = 0.0;  ///< relative deviation of those that differ
+    const cases::Finding* at = nullptr;
+    const CaseFile* file = nullptr;
+};
+
+/// In order of appearance; those of a reason together, or each source apart.
+[[nodiscard]] std::vector<Declaration> declarations(const Verification& verification, bool each_source);
 
 }  // namespace kalorfix::tool::report
