@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-#include "tools/range.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::svg {
 namespace {
@@ -149,7 +149,7 @@ std::string draw(const Plot& plot) {
                 xs.take(point.first);
                 ys.take(point.second);
             }
-    if (xs.empty()) throw InputError{"--svg: there is nothing to draw, no state has this quantity"};
+    if (xs.empty()) throw InputError("--svg: there is nothing to draw, no state has this quantity");
     if (xs.high == xs.low) xs.widen(0.0);
     ys.widen(0.04);
     const Scale x{xs.low, xs.high, left, right}, y{ys.low, ys.high, bottom, top};

@@ -1,9 +1,9 @@
-#include "tools/cases/gas_procedures.h"
-
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 #include "gas/composition.h"
+#include "tools/cases/procedures.h"
 
 namespace kalorfix::cases {
 namespace {
@@ -17,7 +17,8 @@ constexpr double not_written = -1.0;
 short code(double value) { return static_cast<short>(value); }
 char selector(double value) { return static_cast<char>(static_cast<int>(value)); }
 
-Values with_composition(Values inputs) {
+Values with_composition(std::string_view text) {
+    Values inputs = defaults(text);
     for (const char* name : x_names) inputs[name] = 0.0;
     return inputs;
 }
@@ -29,10 +30,8 @@ std::array<double, 15> composition(const Inputs& in) {
 }
 
 void set_composition(const Library& library, const Inputs& in) {
-    const std::array<double, 15> x = composition(in);
-    const auto f = [&x](std::size_t i) { return static_cast<float>(x[i]); };
-    (in["fractions"] == 0.0 ? library->PF1_1 : library->PF1_2)(f(0), f(1), f(2), f(3), f(4), f(5), f(6), f(7),
-                                                               f(8), f(9), f(10), f(11), f(12), f(13), f(14));
+    const auto set = in["fractions"] == 0.0 ? library->PF1_1 : library->PF1_2;
+    std::apply([set](auto... x) { set(static_cast<float>(x)...); }, composition(in));
 }
 
 // Density at standard conditions of a composition.
@@ -134,46 +133,21 @@ Values gas(const Library& library, const Inputs& in) {
 std::map<std::string, Procedure, std::less<>> gas_procedures() {
     return {
         {"standard_density",
-         {"density of a composition at standard conditions",
-          with_composition({{"fractions", 0.0}}),
-          {"rho_c"},
+         {"density of a composition at standard conditions", with_composition("fractions=0"), "rho_c",
           standard_density}},
         {"gas_by_density",
          {"compressibility, viscosity and exponent from density, nitrogen and carbon dioxide",
-          {{"method", 0.0},
-           {"T_K", 293.15},
-           {"p_MPa", 1.0},
-           {"dp_kPa", 0.0},
-           {"n2_pct", 0.0},
-           {"co2_pct", 0.0},
-           {"rho_c", 0.68}},
-          {"status", "K", "mu_uPa_s", "kappa"},
-          by_density}},
+          defaults("method=0 T_K=293.15 p_MPa=1 dp_kPa=0 n2_pct=0 co2_pct=0 rho_c=0.68"),
+          "status K mu_uPa_s kappa", by_density}},
         {"gas_by_composition",
          {"compressibility of a full composition; viscosity, exponent and density by VNIC SMV",
-          with_composition({{"method", 2.0},
-                            {"T_K", 293.15},
-                            {"p_MPa", 1.0},
-                            {"dp_kPa", 0.0},
-                            {"fractions", 0.0},
-                            {"rho_kmol_m3", 0.0}}),
-          {"rho_c", "status", "K", "Z", "mu_uPa_s", "kappa", "rho", "p_at_rho_MPa"},
-          by_composition}},
+          with_composition("method=2 T_K=293.15 p_MPa=1 dp_kPa=0 fractions=0 rho_kmol_m3=0"),
+          "rho_c status K Z mu_uPa_s kappa rho p_at_rho_MPa", by_composition}},
         {"gas",
          {"state and properties of a gas channel",
-          with_composition({{"metering_class", 1.0},
-                            {"t_C", 20.0},
-                            {"p_Pa", 1e6},
-                            {"rho_col", 0.0},
-                            {"h_col", 0.0},
-                            {"method", 0.0},
-                            {"fractions", 0.0},
-                            {"rho_c_in", 0.68},
-                            {"unit", 0.0},
-                            {"basis", 0.0},
-                            {"vapour", 0.0}}),
-          {"state", "sum", "K", "rho_c", "status", "rho", "mu_uPa_s", "kappa", "lower_heat", "higher_heat"},
-          gas}},
+          with_composition("metering_class=1 t_C=20 p_Pa=1e6 rho_col=0 h_col=0 method=0 fractions=0 "
+                           "rho_c_in=0.68 unit=0 basis=0 vapour=0"),
+          "state sum K rho_c status rho mu_uPa_s kappa lower_heat higher_heat", gas}},
     };
 }
 

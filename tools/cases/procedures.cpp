@@ -2,9 +2,8 @@
 
 #include <cmath>
 #include <limits>
-#include <stdexcept>
 
-#include "tools/cases/gas_procedures.h"
+#include "tools/text.h"
 
 namespace kalorfix::cases {
 namespace {
@@ -19,10 +18,9 @@ Integer whole(double value) {
     return static_cast<Integer>(static_cast<int>(value));
 }
 
-const Values bore_inputs{{"device", 1.0},   {"metering_class", 1.0}, {"D_m", 0.1},    {"d_m", 0.0},
-                         {"beta", 0.5},     {"R_sh_m", 0.0},         {"R_a_m", -1.0}, {"t_C", 20.0},
-                         {"phase", 0.0},    {"p_Pa", 1e6},           {"dp_Pa", 1e4},  {"rho_kg_m3", 1.0},
-                         {"mu_Pa_s", 1e-5}, {"kappa", 1.3},          {"Re", 1e6}};
+constexpr const char* bore_inputs =
+    "device=1 metering_class=1 D_m=0.1 d_m=0 beta=0.5 R_sh_m=0 R_a_m=-1 t_C=20 phase=0 p_Pa=1e6 dp_Pa=1e4 "
+    "rho_kg_m3=1 mu_Pa_s=1e-5 kappa=1.3 Re=1e6";
 
 // A calculator with its working geometry set directly: what the equations of the discharge coefficient and of
 // the expansibility need.
@@ -58,16 +56,12 @@ Values expansibility(const Library& library, const Inputs& in) {
     return {{"status", status}, {"epsilon", c->epsilon}};
 }
 
-const Values channel_inputs{
-    {"metering_class", 1.0}, {"device", 1.0},    {"by_material", 0.0}, {"mat_D", 0.0},   {"mat_d", 0.0},
-    {"D20_mm", 100.0},       {"d20_mm", 50.0},   {"R_sh_mm", 0.0},     {"r_n0_mm", 0.0}, {"r_n_at_end", 1.0},
-    {"tau_years", 0.0},      {"alpha_eps", 0.0}, {"t_C", 20.0},        {"p_Pa", 1e6},    {"mu_Pa_s", 1e-5},
-    {"kappa", 1.3},          {"phase", 0.0},     {"calc", 1.0},        {"dp_Pa", 1e4},   {"rho_kg_m3", 1.0},
-    {"rho_c_kg_m3", 1.0},    {"k", 1.0},         {"h_kJ_kg", 1.0},
-};
-const std::vector<std::string> channel_outputs{
-    "set_up", "geometry", "status", "D_mm", "d_mm", "beta", "E",       "K_p",      "q_m_t_h",  "q_v",
-    "q_c",    "q_e",      "q_h",    "K_sh", "C",    "Re",   "epsilon", "q_m_kg_s", "alpha_eps"};
+constexpr const char* channel_inputs =
+    "metering_class=1 device=1 by_material=0 mat_D=0 mat_d=0 D20_mm=100 d20_mm=50 R_sh_mm=0 r_n0_mm=0 "
+    "r_n_at_end=1 tau_years=0 alpha_eps=0 t_C=20 p_Pa=1e6 mu_Pa_s=1e-5 kappa=1.3 phase=0 calc=1 dp_Pa=1e4 "
+    "rho_kg_m3=1 rho_c_kg_m3=1 k=1 h_kJ_kg=1";
+constexpr const char* channel_outputs =
+    "set_up geometry status D_mm d_mm beta E K_p q_m_t_h q_v q_c q_e q_h K_sh C Re epsilon q_m_kg_s alpha_eps";
 
 // Set-up, geometry and flow of a calculator whose medium is given, not computed.
 Values set_up_and_measure(const Library& library, cCommon2005& c, const Inputs& in) {
@@ -154,45 +148,37 @@ double allowed(const Tolerance& tolerance, double expected) {
 std::map<std::string, Procedure, std::less<>> make_procedures() {
     return {
         {"discharge",
-         {"discharge coefficient and roughness correction at a given Reynolds number",
-          bore_inputs,
-          {"status", "C", "K_sh", "Re", "q_m_kg_s"},
-          discharge}},
-        {"expansibility", {"expansibility factor", bore_inputs, {"status", "epsilon"}, expansibility}},
+         {"discharge coefficient and roughness correction at a given Reynolds number", defaults(bore_inputs),
+          "status C K_sh Re q_m_kg_s", discharge}},
+        {"expansibility", {"expansibility factor", defaults(bore_inputs), "status epsilon", expansibility}},
         {"gas_channel",
-         {"set-up, geometry and flow of a gas channel", channel_inputs, channel_outputs, gas_channel}},
+         {"set-up, geometry and flow of a gas channel", defaults(channel_inputs), channel_outputs,
+          gas_channel}},
         {"heat_channel",
-         {"set-up, geometry and flow of a heat-carrier channel", channel_inputs, channel_outputs,
+         {"set-up, geometry and flow of a heat-carrier channel", defaults(channel_inputs), channel_outputs,
           heat_channel}},
         {"t_param_1",
-         {"properties of water and steam",
-          {{"t_C", 0.0}, {"p_MPa", 0.1}, {"mode", 1.0}},
-          {"status", "rho_kg_m3", "mu_uPa_s", "h_kJ_kg", "kappa"},
-          water_properties}},
+         {"properties of water and steam", defaults("t_C=0 p_MPa=0.1 mode=1"),
+          "status rho_kg_m3 mu_uPa_s h_kJ_kg kappa", water_properties}},
         {"t_phase_1",
-         {"phase of water and steam",
-          {{"t_C", 0.0}, {"p_MPa", 0.1}, {"dp_MPa", 0.0}},
-          {"phase", "ps_MPa"},
-          water_phase}},
+         {"phase of water and steam", defaults("t_C=0 p_MPa=0.1 dp_MPa=0"), "phase ps_MPa", water_phase}},
         {"heat_carrier",
          {"state and properties of a heat carrier; results that were not written read -1",
-          {{"metering_class", 0.0},
-           {"t_C", 0.0},
-           {"p_Pa", 1e5},
-           {"hA", 0.0},
-           {"hB", 0.0},
-           {"dP_Pa", 0.0},
-           {"dT_K", 0.0},
-           {"source", 0.0},
-           {"phase_req", 0.0},
-           {"x", 0.0}},
-          {"state", "phase", "ps_MPa", "ts_C", "status", "rho_kg_m3", "mu_uPa_s", "h_kJ_kg", "kappa", "p_Pa",
-           "phase_used"},
-          heat_carrier}},
+          defaults("metering_class=0 t_C=0 p_Pa=1e5 hA=0 hB=0 dP_Pa=0 dT_K=0 source=0 phase_req=0 x=0"),
+          "state phase ps_MPa ts_C status rho_kg_m3 mu_uPa_s h_kJ_kg kappa p_Pa phase_used", heat_carrier}},
     };
 }
 
 }  // namespace
+
+Values defaults(std::string_view text) {
+    Values values;
+    for (const std::string_view one : tool::words(text)) {
+        const std::size_t equals = one.find('=');
+        values[std::string(one.substr(0, equals))] = *tool::parse<double>(one.substr(equals + 1));
+    }
+    return values;
+}
 
 double Inputs::operator[](const std::string& name) const {
     const auto found = given_.find(name);
@@ -222,19 +208,19 @@ Verdict judge(double computed, const Expected& expected) {
 
 std::vector<Finding> run(const host::Library& library, const Table& table) {
     const auto found = procedures().find(table.function);
-    if (found == procedures().end()) throw std::runtime_error("no such function: " + table.function);
+    if (found == procedures().end()) throw tool::InputError("no such function: " + table.function);
     const Procedure& procedure = found->second;
 
     std::vector<Finding> findings;
     for (const Case& one : table.cases) {
         for (const auto& [name, value] : one.inputs)
             if (!procedure.inputs.contains(name))
-                throw std::runtime_error(table.function + " has no input " + name);
+                throw tool::InputError(table.function + " has no input " + name);
         const Values results = procedure.call(library, Inputs(procedure.inputs, one.inputs));
         for (const Expected& expected : one.expected) {
             const auto result = results.find(expected.column);
             if (result == results.end())
-                throw std::runtime_error(table.function + " has no result " + expected.column);
+                throw tool::InputError(table.function + " has no result " + expected.column);
             // The sign of a NaN differs from processor to processor and means nothing.
             const double computed =
                 std::isnan(result->second) ? std::numeric_limits<double>::quiet_NaN() : result->second;

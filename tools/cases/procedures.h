@@ -22,13 +22,19 @@ private:
     const Values& given_;
 };
 
+/// Inputs with their defaults from "t_C=0 p_MPa=0.1".
+[[nodiscard]] Values defaults(std::string_view text);
+
 /// One way of asking: it calls the library with the inputs and returns the results by name.
 struct Procedure {
-    std::string what;  ///< what it does, for people
-    Values inputs;     ///< every input with its default
-    std::vector<std::string> outputs;
+    std::string what;          ///< what it does, for people
+    Values inputs;             ///< every input with its default
+    std::string_view outputs;  ///< their names, a blank between two
     std::function<Values(const host::Library&, const Inputs&)> call;
 };
+
+/// Those for gas. They need a library that found its directories, with or without gas data: each calls Init.
+[[nodiscard]] std::map<std::string, Procedure, std::less<>> gas_procedures();
 
 /// All procedures by the name that a table gives in brackets.
 [[nodiscard]] const std::map<std::string, Procedure, std::less<>>& procedures();
@@ -47,7 +53,7 @@ struct Finding {
     [[nodiscard]] bool passed() const { return verdict != Verdict::failed; }
 };
 
-/// Runs every case of a table. Throws std::runtime_error when the table names a function, an input or an output
+/// Runs every case of a table. Throws InputError when the table names a function, an input or an output
 /// that does not exist.
 [[nodiscard]] std::vector<Finding> run(const host::Library& library, const Table& table);
 

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tools/component_names.h"
-#include "tools/gasdat/number.h"
+#include "tools/names.h"
 
 namespace kalorfix::tool::gasdat {
 namespace {
@@ -39,9 +38,6 @@ constexpr std::array<std::size_t, 10> equation_terms{8, 7, 7, 6, 6, 5, 4, 4, 4, 
 constexpr std::array<std::size_t, 8> rising_terms{11, 7, 7, 7, 6, 7, 7, 6};
 constexpr std::array<std::size_t, 8> falling_terms{6, 5, 4, 5, 2, 6, 4, 5};
 constexpr std::array<double, 8> theta_K{100, 100, 100, 100, 300, 100, 300, 100};
-
-// Of the 15 components those that the 8 stand for.
-constexpr std::array<std::size_t, 8> in_composition{0, 1, 2, 3, 4, 10, 11, 12};
 
 class Judge {
 public:
@@ -146,9 +142,9 @@ void Judge::empty_positions() {
 
 void Judge::agreement() {
     constexpr double R = 8.31451, T_K = 293.15, p_kPa = 101.325;
-    for (std::size_t k = 0; k < in_composition.size(); ++k)
-        agree("V_Mi", k, number("Mi", in_composition[k]), 1e-3, "the molar mass in Mi");
-    for (std::size_t i = 0; i < component_names.size(); ++i) {
+    for (std::size_t k = 0; k < vnic_components.size(); ++k)
+        agree("V_Mi", k, number("Mi", vnic_components[k]), 1e-3, "the molar mass in Mi");
+    for (std::size_t i = 0; i < components.size(); ++i) {
         agree("Rocui", i, number("Mi", i) * p_kPa / (R * T_K), 1e-3, "the molar mass in Mi");
         const double z = 1.0 - number("Bi", i) * number("Bi", i);
         agree("Zci", i, z, 2e-3, "the summation factor in Bi");
@@ -166,8 +162,8 @@ void Judge::heat_capacities() {
             cp += number("B1ij", 6 * i + m) * std::pow(ratio, -1.0 - static_cast<double>(m));
         if (!(lowest <= cp && cp <= highest))
             found.push_back("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row " +
-                            std::string(vnic_component_names[i]) + "]: cp/R at 300 K is " + short_number(cp) +
-                            ", must lie within 2.4..30");
+                            std::string(components[vnic_components[i]].word) + "]: cp/R at 300 K is " +
+                            short_number(cp) + ", must lie within 2.4..30");
     }
 }
 

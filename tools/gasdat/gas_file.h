@@ -1,7 +1,9 @@
-// Reading and writing the gas data file itself.
+// The gas data file itself: its bytes, and its values as text and back.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "tools/gasdat/sheets.h"
 
@@ -19,8 +21,10 @@ struct GasFile {
 /// The 7660 bytes of the values: little-endian on every machine.
 [[nodiscard]] std::string packed(const Values& values);
 
-/// Writes a file under a temporary name beside it and renames it, so that the name never stands for half a file. Throws
-/// InputError.
-void write_whole(const std::string& path, const std::string& content);
+/// The shortest decimal number that reads back as the same value; inf, -inf; nan: with the bits in hexadecimal.
+[[nodiscard]] std::string number_text(float value);
+
+/// The nearest single-precision value of a decimal number, or what number_text has written. Nothing for anything else.
+[[nodiscard]] std::optional<float> parse_number(std::string_view text);
 
 }  // namespace kalorfix::tool::gasdat

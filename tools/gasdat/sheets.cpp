@@ -1,19 +1,25 @@
 #include "tools/gasdat/sheets.h"
 
-#include "tools/component_names.h"
+#include "tools/names.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::gasdat {
 namespace {
 
-constexpr std::array<std::string_view, 15> formulas15{"CH4",    "C2H6",   "C3H8",  "nC4H10", "iC4H10",
-                                                      "nC5H12", "iC5H12", "C6H14", "C7H16",  "C8H18",
-                                                      "N2",     "CO2",    "H2S",   "He",     "CO"};
-constexpr std::array<std::string_view, 8> formulas8{"CH4",    "C2H6", "C3H8", "nC4H10",
-                                                    "iC4H10", "N2",   "CO2",  "H2S"};
+enum class Name { word, formula };
 
-template <std::size_t N>
-std::vector<std::string> names(const std::array<std::string_view, N>& list) {
-    return {list.begin(), list.end()};
+// The components as rows or columns: 15, or the 8 of VNIC SMV.
+std::vector<std::string> names15(Name name) {
+    std::vector<std::string> list;
+    for (const Component& one : components) list.emplace_back(name == Name::word ? one.word : one.formula);
+    return list;
+}
+
+std::vector<std::string> names8(Name name) {
+    const std::vector<std::string> all = names15(name);
+    std::vector<std::string> list;
+    for (const std::size_t i : vnic_components) list.push_back(all[i]);
+    return list;
 }
 
 std::vector<std::string> numbered(const char* prefix, int from, int to) {
@@ -70,16 +76,14 @@ std::size_t index_of(std::string_view name) {
     return index;
 }
 
-struct ListColumn {
-    std::string_view block, name;
-};
-
+// A column for each of the blocks from `first` on.
 Sheet list(std::string_view name, std::string_view title, std::string_view row_name,
-           std::vector<std::string> rows, const std::vector<ListColumn>& columns) {
+           std::vector<std::string> rows, std::string_view first, std::string_view columns) {
     Sheet sheet{name, title, row_name, std::move(rows), {}};
-    for (const ListColumn& column : columns) {
-        const std::size_t index = index_of(column.block);
-        sheet.columns.push_back({std::string(column.name), index, blocks()[index].first});
+    std::size_t index = index_of(first);
+    for (const std::string_view column : words(columns)) {
+        sheet.columns.push_back({std::string(column), index, blocks()[index].first});
+        ++index;
     }
     return sheet;
 }
@@ -95,20 +99,17 @@ Sheet matrix(std::string_view name, std::string_view title, std::string_view blo
 }
 
 Sheet pairs15(std::string_view name, std::string_view title, std::string_view block_name) {
-    return matrix(name, title, block_name, "component", names(component_names), names(formulas15));
+    return matrix(name, title, block_name, "component", names15(Name::word), names15(Name::formula));
 }
 
 Sheet pairs8(std::string_view name, std::string_view title, std::string_view block_name) {
-    return matrix(name, title, block_name, "component", names(vnic_component_names), names(formulas8));
+    return matrix(name, title, block_name, "component", names8(Name::word), names8(Name::formula));
 }
 
 std::vector<Sheet> make_sheets() {
     return {
-        list("vnic_components", "Components of VNIC SMV", "component", names(vnic_component_names),
-             {{"V_Mi", "molar_mass_kg_kmol"},
-              {"Roki", "critical_density_kg_m3"},
-              {"Tki", "critical_temperature_K"},
-              {"FPi", "acentric_factor"}}),
+        list("vnic_components", "Components of VNIC SMV", "component", names8(Name::word), "V_Mi",
+             "molar_mass_kg_kmol critical_density_kg_m3 critical_temperature_K acentric_factor"),
         pairs8("vnic_binary_volume", "VNIC SMV: binary correction of the critical volume", "Lij"),
         pairs8("vnic_binary_temperature", "VNIC SMV: binary correction of the critical temperature", "Xij"),
         matrix("vnic_a", "VNIC SMV: coefficients a_kl; 0 where there is no term", "Akl", "k",
@@ -119,29 +120,14 @@ std::vector<Sheet> make_sheets() {
         pairs15("aga8_binary_mixture_energy", "AGA8-92DC: binary parameter of the mixture energy U", "Uij"),
         pairs15("aga8_binary_size", "AGA8-92DC: binary size parameter K", "Kij"),
         pairs15("aga8_binary_orientation", "AGA8-92DC: binary orientation parameter G*", "Gij_"),
-        list("aga8_terms", "AGA8-92DC: the 53 terms", "n", numbered("", 1, 53),
-             {{"an", "a"},
-              {"bn", "b"},
-              {"cn", "c"},
-              {"kn", "k"},
-              {"un", "u"},
-              {"gn", "g"},
-              {"qn", "q"},
-              {"fn", "f"}}),
-        list("components", "Components of the composition", "component", names(component_names),
-             {{"Mi", "molar_mass_kg_kmol"},
-              {"Zci", "z_standard"},
-              {"Rocui", "ideal_density_kg_m3"},
-              {"Bi", "summation_factor"},
-              {"Ei", "E_K"},
-              {"Ki", "K_m3_kmol_cube_root"},
-              {"Gi", "G"},
-              {"Qi", "Q"},
-              {"Fi", "F"}}),
+        list("aga8_terms", "AGA8-92DC: the 53 terms", "n", numbered("", 1, 53), "an", "a b c k u g q f"),
+        list(
+            "components", "Components of the composition", "component", names15(Name::word), "Mi",
+            "molar_mass_kg_kmol z_standard ideal_density_kg_m3 summation_factor E_K K_m3_kmol_cube_root G Q F"),
         matrix("heat_capacity_positive", "Ideal-gas cp/R: coefficients of rising powers of T/theta", "L1ij",
-               "component", names(vnic_component_names), numbered("c", 0, 10)),
+               "component", names8(Name::word), numbered("c", 0, 10)),
         matrix("heat_capacity_negative", "Ideal-gas cp/R: coefficients of falling powers of T/theta", "B1ij",
-               "component", names(vnic_component_names), numbered("d", 1, 6)),
+               "component", names8(Name::word), numbered("d", 1, 6)),
     };
 }
 

@@ -1,13 +1,11 @@
-#include "tools/report/chart.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
+#include "tools/report/page_parts.h"
 #include "tools/report/quantities.h"
-#include "tools/svg.h"
 
 namespace kalorfix::tool::report {
 namespace {

@@ -7,9 +7,8 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
-#include <stdexcept>
 
-#include "tools/range.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::report {
 namespace {
@@ -36,16 +35,10 @@ CaseFile read_file(const fs::path& path) {
     std::error_code failed;
     std::ifstream in(path);
     if (!in || !fs::is_regular_file(path, failed))
-        throw InputError{path.string() + ": cannot read this case file"};
-    try {
-        CaseFile file{path.filename().string(), cases::read_tables(in, path.string())};
-        if (in.bad()) throw InputError{path.string() + ": cannot read this case file to its end"};
-        if (file.tables.empty())
-            throw InputError{path.string() + ": holds no table; one begins with [function]"};
-        return file;
-    } catch (const std::runtime_error& error) {
-        throw InputError{error.what()};
-    }
+        throw InputError(path.string() + ": cannot read this case file");
+    CaseFile file{path.filename().string(), cases::read_tables(in, path.string())};
+    if (file.tables.empty()) throw InputError(path.string() + ": holds no table; one begins with [function]");
+    return file;
 }
 
 }  // namespace
@@ -96,7 +89,7 @@ std::vector<std::string> outputs(const Section& section) {
     std::vector<std::string> names;
     for (const Block& block : section.blocks)
         for (const cases::Finding& finding : block.findings)
-            if (std::find(names.begin(), names.end(), finding.expected->column) == names.end())
+            if (std::ranges::find(names, finding.expected->column) == names.end())
                 names.push_back(finding.expected->column);
     return names;
 }
@@ -104,13 +97,13 @@ std::vector<std::string> outputs(const Section& section) {
 std::vector<CaseFile> read_cases(const std::string& directory) {
     std::error_code failed;
     if (!fs::is_directory(directory, failed))
-        throw InputError{"--cases " + directory +
-                         ": no such directory; give one that holds case files (*.txt)"};
+        throw InputError("--cases " + directory +
+                         ": no such directory; give one that holds case files (*.txt)");
     std::vector<fs::path> paths;
     for (fs::directory_iterator at(directory, failed), end; !failed && at != end; at.increment(failed))
         if (at->path().extension() == ".txt") paths.push_back(at->path());
-    if (failed) throw InputError{fmt::format("--cases {}: cannot list it: {}", directory, failed.message())};
-    if (paths.empty()) throw InputError{"--cases " + directory + ": holds no case file (*.txt)"};
+    if (failed) throw InputError(fmt::format("--cases {}: cannot list it: {}", directory, failed.message()));
+    if (paths.empty()) throw InputError("--cases " + directory + ": holds no case file (*.txt)");
     std::sort(paths.begin(), paths.end());
     std::vector<CaseFile> files;
     for (const fs::path& path : paths) files.push_back(read_file(path));
@@ -137,8 +130,8 @@ Verification verify(const std::string& library, const std::string& directory, st
         const host::Library opened(library);
         for (const cases::Table& table : file.tables) try {
                 sort_in(result.sections, file, table, cases::run(opened, table));
-            } catch (const std::runtime_error& error) {
-                throw InputError{fmt::format("{}/{}:{}: {}", directory, file.name, table.line, error.what())};
+            } catch (const InputError& error) {
+                throw InputError(fmt::format("{}/{}:{}: {}", directory, file.name, table.line, error.what()));
             }
     }
     const std::vector<std::string> order = subject_order();
@@ -154,27 +147,27 @@ std::size_t failures(const Verification& verification) {
     return count;
 }
 
+std::string place(const CaseFile& file, const cases::Case& where) {
+    return fmt::format("{}:{}", file.name, where.line);
+}
+
 std::vector<Declaration> declarations(const Verification& verification, bool each_source) {
     std::vector<Declaration> all;
-    for (const Section& section : verification.sections)
-        for (const Block& block : section.blocks)
-            for (const cases::Finding& finding : block.findings) {
-                if (!finding.expected->declared) continue;
-                const Declaration one{finding.expected->declared->reason,
-                                      each_source ? block.table->source : ""};
-                auto found = std::find_if(all.begin(), all.end(), [&](const Declaration& d) {
-                    return d.reason == one.reason && d.source == one.source;
-                });
-                if (found == all.end()) found = all.insert(all.end(), one);
-                ++found->values;
-                if (finding.verdict != cases::Verdict::differs_as_declared) continue;
-                ++found->differing;
-                const double relative = std::fabs(finding.deviation / finding.expected->value);
-                if (relative < found->largest) continue;
-                found->largest = relative;
-                found->at = &finding;
-                found->file = block.file;
-            }
+    for_each_finding(verification, [&](const Section&, const Block& block, const cases::Finding& finding) {
+        if (!finding.expected->declared) return;
+        const Declaration one{finding.expected->declared->reason, each_source ? block.table->source : ""};
+        auto found = std::ranges::find_if(
+            all, [&](const Declaration& d) { return d.reason == one.reason && d.source == one.source; });
+        if (found == all.end()) found = all.insert(all.end(), one);
+        ++found->values;
+        if (finding.verdict != cases::Verdict::differs_as_declared) return;
+        ++found->differing;
+        const double relative = std::fabs(finding.deviation / finding.expected->value);
+        if (relative < found->largest) return;
+        found->largest = relative;
+        found->at = &finding;
+        found->file = block.file;
+    });
     return all;
 }
 

@@ -71,6 +71,17 @@ struct Statistics {
 
 [[nodiscard]] std::size_t failures(const Verification& verification);
 
+/// Where a case stands: file:line.
+[[nodiscard]] std::string place(const CaseFile& file, const cases::Case& where);
+
+/// Every compared value in the order of the report.
+template <class Visit>
+void for_each_finding(const Verification& verification, Visit visit) {
+    for (const Section& section : verification.sections)
+        for (const Block& block : section.blocks)
+            for (const cases::Finding& finding : block.findings) visit(section, block, finding);
+}
+
 /// What the case files declare under one reason, and what came of it.
 struct Declaration {
     std::string reason, source;

@@ -2,18 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "tools/output_file.h"
 #include "tools/station/cycle.h"
-#include "tools/station/output_file.h"
 #include "tools/station/registers.h"
 
 namespace kalorfix::tool::station {
-
-enum class Format { table, csv, json, hours, days };
 
 /// How the cycles of a channel ended.
 struct ChannelSummary {
@@ -23,12 +20,14 @@ struct ChannelSummary {
 
 class Results {
 public:
+    Results(const Station& station, TimeKind kind, OutputFile& out)
+        : station_(station), kind_(kind), out_(out) {}
     virtual ~Results() = default;
     Results(const Results&) = delete;
     Results& operator=(const Results&) = delete;
 
     /// Before the first cycle.
-    virtual void begin() = 0;
+    virtual void begin() {}
     virtual void cycle(const Channel& channel, const Measured& row, const Outcome& outcome,
                        const Registers& registers) = 0;
     /// After the last cycle; `with_registers` when they are not written to a file of their own.
@@ -36,10 +35,13 @@ public:
                      bool interrupted, bool with_registers) = 0;
 
 protected:
-    Results() = default;
+    const Station& station_;
+    TimeKind kind_;
+    OutputFile& out_;
 };
 
-[[nodiscard]] std::unique_ptr<Results> make_results(Format format, const Station& station, TimeKind kind,
-                                                    OutputFile& out);
+/// The formats: table, csv, json, hours, days. Null for another word.
+[[nodiscard]] std::unique_ptr<Results> make_results(const std::string& format, const Station& station,
+                                                    TimeKind kind, OutputFile& out);
 
 }  // namespace kalorfix::tool::station

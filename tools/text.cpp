@@ -1,0 +1,101 @@
+#include "tools/text.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <utility>
+
+namespace kalorfix::tool {
+namespace {
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+}  // namespace
+
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest_quote = 40;
+    return "'" + std::string(text.substr(0, longest_quote)) + (text.size() > longest_quote ? "...'" : "'");
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks) {
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+void split(std::string_view text, char separator, std::vector<std::string_view>& cells) {
+    cells.clear();
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, begin), text.size());
+        const std::string_view cell = trimmed(text.substr(begin, end - begin));
+        // An empty cell has its place too.
+        cells.push_back(cell.empty() ? text.substr(begin, 0) : cell);
+        begin = end + 1;
+    }
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> cells;
+    split(text, separator, cells);
+    return cells;
+}
+
+std::vector<std::string_view> words(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n\v\f";
+    std::vector<std::string_view> found;
+    for (std::size_t begin = 0; (begin = text.find_first_not_of(blanks, begin)) != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find_first_of(blanks, begin), text.size());
+        found.push_back(text.substr(begin, end - begin));
+        begin = end;
+    }
+    return found;
+}
+
+Lines::Lines(const std::string& file, const std::string& what)
+    : file_(file, std::ios::binary), in_(file_), name_(file), buffer_(longest + 1) {
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file(file, failed) || !file_)
+        throw InputError(file + ": cannot read " + what);
+    start_ = in_.tellg();
+}
+
+Lines::Lines(std::istream& in, std::string name)
+    : in_(in), name_(std::move(name)), start_(in.tellg()), buffer_(longest + 1) {}
+
+bool Lines::next(std::string_view& line) {
+    in_.getline(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+    if (in_.bad()) throw InputError(name_ + ": cannot be read to its end");
+    const auto taken = static_cast<std::size_t>(in_.gcount());
+    if (in_.eof() && taken == 0) return false;
+    ++number_;
+    consumed_ += taken;
+    if (in_.fail()) fail("longer than " + std::to_string(longest) + " characters");
+    // What ended it was taken as well, but for the end of the file.
+    line = {buffer_.data(), in_.eof() ? taken : taken - 1};
+    if (number_ == 1 && line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    begin_ = line.data();
+    return true;
+}
+
+bool Lines::next_entry(std::string_view& line) {
+    const std::uint64_t last = number_;
+    while (next(line))
+        if (line = trimmed(line); !line.empty() && line.front() != '#') return true;
+    number_ = last;
+    return false;
+}
+
+void Lines::rewind() {
+    in_.clear();
+    in_.seekg(start_);
+    if (!in_) throw InputError(name_ + ": cannot be read from its beginning");
+    number_ = consumed_ = 0;
+}
+
+void Lines::fail(const std::string& what, std::string_view part) const {
+    std::string place = name_ + ":" + std::to_string(std::max<std::uint64_t>(number_, 1));
+    if (part.data()) place += ":" + std::to_string(part.data() - begin_ + 1);
+    throw InputError(place + ": " + what);
+}
+
+}  // namespace kalorfix::tool

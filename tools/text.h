@@ -1,0 +1,91 @@
+// Text as people write it: numbers, cells, and the lines of a file with their place for messages.
+#pragma once
+
+#include <charconv>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kalorfix::tool {
+
+/// Thrown for input that the user can put right: one line that says what, where and what would be right.
+struct InputError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+/// A whole text as a number, nan and inf included; nothing for anything else. Integers may have a base.
+template <class Number>
+[[nodiscard]] std::optional<Number> parse(std::string_view text, auto... base) {
+    Number value{};
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value, base...);
+    if (error != std::errc() || stop != end) return std::nullopt;
+    return value;
+}
+
+/// A text of a file within a message: a damaged file has cells of any length.
+[[nodiscard]] std::string quoted(std::string_view text);
+
+/// Without the blanks around it.
+[[nodiscard]] std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r");
+
+/// The cells between separators, trimmed.
+void split(std::string_view text, char separator, std::vector<std::string_view>& cells);
+[[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
+
+/// What blanks part.
+[[nodiscard]] std::vector<std::string_view> words(std::string_view text);
+
+/// "a, b, c": what `name` gives of each element.
+template <class List, class Name = std::identity>
+[[nodiscard]] std::string joined(const List& list, Name name = {}, std::string_view separator = ", ") {
+    std::string all;
+    std::string_view before;
+    for (const auto& one : list) {
+        (all += before) += std::invoke(name, one);
+        before = separator;
+    }
+    return all;
+}
+
+/// The lines of a text file one after another, in constant memory.
+class Lines {
+public:
+    static constexpr std::size_t longest = 4096;
+
+    /// Opens a regular file. Throws InputError: cannot read `what`, such as "this composition file".
+    Lines(const std::string& file, const std::string& what);
+    /// Goes on in a stream that outlives it; `name` is for messages.
+    Lines(std::istream& in, std::string name);
+
+    /// The next line without its end (and the first without a byte order mark), in place until the next call. Throws
+    /// InputError for one that is too long and for a file that cannot be read to its end.
+    bool next(std::string_view& line);
+    /// The next that is neither empty nor a comment (#), trimmed. At the end the place stays that of the last one.
+    bool next_entry(std::string_view& line);
+    /// Back to where it began.
+    void rewind();
+
+    [[nodiscard]] const std::string& name() const { return name_; }
+    [[nodiscard]] std::uint64_t number() const { return number_; }  ///< of the line at hand, from 1
+    [[nodiscard]] std::uint64_t bytes_read() const { return consumed_; }
+
+    /// Throws InputError "file:line: what", with the column where a part of the line is given.
+    [[noreturn]] void fail(const std::string& what, std::string_view part = {}) const;
+
+private:
+    std::ifstream file_;
+    std::istream& in_;
+    std::string name_;
+    std::istream::pos_type start_;
+    std::vector<char> buffer_;
+    const char* begin_ = nullptr;  ///< of the line at hand
+    std::uint64_t number_ = 0, consumed_ = 0;
+};
+
+}  // namespace kalorfix::tool
