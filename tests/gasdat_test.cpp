@@ -10,8 +10,7 @@
 #include <limits>
 #include <random>
 
-#include "tools/gasdat/check.h"
-#include "tools/gasdat/sheet_text.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/output_file.h"
 #include "tools/text.h"
 

@@ -1,9 +1,35 @@
-// The commands of the tool.
+// The commands of the tool, described without the parser, which the main file alone includes.
 #pragma once
 
-#include "tools/command_line.h"
+#include <functional>
+#include <string>
+#include <variant>
+#include <vector>
 
 namespace kalorfix::tool {
+
+struct Option {
+    std::string name;   ///< "--t", "-o,--output", or STATION for an argument without a name of its own
+    std::string value;  ///< what stands for the value in the help; nothing for a switch
+    std::string what;   ///< a line of the help, or several
+    std::variant<std::string*, bool*> target;
+    bool required = false;
+};
+
+/// The files that a command works with.
+struct Installation {
+    std::string library;
+    std::string gas_data;  ///< empty when there is none
+};
+
+struct Command {
+    std::string name, what;
+    std::string notes;  ///< what the help says behind the options
+    std::vector<Option> options{};
+    std::vector<Command> commands{};
+    std::function<int(const Installation&)> run{};  ///< returns the exit status; may throw InputError
+    bool takes_general_options = true;
+};
 
 /// `water` and `gas`: print one state as a sheet, ranges as a table or as CSV, and draw a quantity if asked to; a wrong request is
 /// refused before anything is printed. The exit status of gas is 1 when the library refused a state.

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/names.h"
-#include "tools/numbers.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool {
 

@@ -42,15 +42,21 @@ Owned<Calculator> make(void (*constructor)(void*)) {
 
 }  // namespace
 
-std::string library_file(const std::string& path) {
-    if (!path.empty()) return path;
+std::string near_program(std::initializer_list<const char*> places, const std::string& name) {
     namespace fs = std::filesystem;
     std::error_code failed;
     const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    for (const char* place : {"", "../lib", "../lib/" KALORFIX_TRIPLET, "../lib64"})
-        if (const fs::path file = directory / place / "kalorfix.so"; !failed && fs::exists(file, failed))
+    for (const char* place : places)
+        if (const fs::path file = directory / place / name; !failed && fs::exists(file, failed))
             return file.lexically_normal().string();
-    return "kalorfix.so";
+    return {};
+}
+
+std::string library_file(const std::string& path) {
+    if (!path.empty()) return path;
+    const std::string file =
+        near_program({"", "../lib", "../lib/" KALORFIX_TRIPLET, "../lib64"}, "kalorfix.so");
+    return file.empty() ? "kalorfix.so" : file;
 }
 
 std::string gas_data_of(const std::string& library) {
@@ -63,12 +69,10 @@ std::string gas_data_of(const std::string& library) {
         const fs::path directory = fs::weakly_canonical(library, failed).parent_path();
         for (const char* prefix : {"..", "../.."}) places.push_back(directory / prefix / "share/kalorfix");
     }
-    if (const fs::path program = fs::read_symlink("/proc/self/exe", failed); !failed)
-        places.push_back(program.parent_path() / "../share/kalorfix");
     for (const fs::path& place : places)
         if (const fs::path file = place / "gas.dat"; fs::is_regular_file(file, failed))
             return file.lexically_normal().string();
-    return {};
+    return near_program({"../share/kalorfix"}, "gas.dat");
 }
 
 void Library::Closer::operator()(void* handle) const { dlclose(handle); }

@@ -1,6 +1,7 @@
 // The library as a host sees it: opened with dlopen, called through its exported symbols.
 #pragma once
 
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -92,6 +93,9 @@ struct CalculatorEnd {
 };
 template <class Calculator>
 using Owned = std::unique_ptr<Calculator, CalculatorEnd>;
+
+/// The first file of this name in these places, seen from the directory of this program; empty when there is none.
+[[nodiscard]] std::string near_program(std::initializer_list<const char*> places, const std::string& name);
 
 /// The file that Library opens for a path: the path itself, or by default kalorfix.so beside this program or in the library
 /// directory of its installation; a bare kalorfix.so where there is none.

@@ -1,14 +1,63 @@
 // The command-line tool: it opens kalorfix.so as a host does.
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 
 #include "tools/commands.h"
 #include "tools/host.h"
+#include "tools/text.h"
 
-namespace tool = kalorfix::tool;
-
+namespace kalorfix::tool {
 namespace {
+
+void describe(CLI::App& app, const Command& command) {
+    for (const Option& option : command.options) {
+        CLI::Option* added = nullptr;
+        if (std::holds_alternative<bool*>(option.target))
+            added = app.add_flag(option.name, *std::get<bool*>(option.target), option.what);
+        else
+            added = app.add_option(option.name, *std::get<std::string*>(option.target), option.what)
+                        ->option_text(option.value);
+        added->required(option.required);
+    }
+    app.footer(command.notes);
+    for (const Command& one : command.commands) {
+        CLI::App* const below = app.add_subcommand(one.name, one.what);
+        below->fallthrough(one.takes_general_options && command.takes_general_options);
+        describe(*below, one);
+    }
+    if (!command.commands.empty() && app.get_parent()) app.require_subcommand(1);
+}
+
+std::string names_of(const std::vector<Command>& commands) {
+    std::string names;
+    for (const Command& one : commands)
+        names += (names.empty() ? "" : &one == &commands.back() ? " and " : ", ") + one.name;
+    return names;
+}
+
+// What the parser found, in words that name the argument.
+std::string explain(const CLI::App& app, const Command& program, const CLI::ParseError& error) {
+    const std::string text = error.what();
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    const std::vector<std::string> unknown = app.remaining(true);
+    const std::string help =
+        "; see kalorfix " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help";
+    if (!unknown.empty()) {
+        const std::string& first = unknown.front();
+        if (first.starts_with("-")) return first + ": no such option" + help;
+        if (chosen.empty()) return first + ": no such command; there are " + names_of(program.commands);
+        return first + ": nothing expected here" + help;
+    }
+    if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
+        return "a command is missing; there are " + names_of(program.commands);
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error))
+        return text.substr(0, text.find(':')) + ": takes one value, given once" + help;
+    return text;
+}
 
 constexpr int bad_input = 2;
 
@@ -28,37 +77,59 @@ int finish(int status) {
     return status;
 }
 
+Command program(std::string& library, std::string& gas_data) {
+    return {"kalorfix",
+            "Flow of natural gas, water and steam by differential pressure, and the\nproperties behind it.",
+            "kalorfix COMMAND --help states units and limits.",
+            {{"--lib", "FILE",
+              "library to open (default: kalorfix.so beside this program or\n"
+              "in ../lib or ../lib/<triplet>, else where the system finds it)",
+              &library},
+             {"--gas-data", "FILE",
+              "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)", &gas_data}},
+            {demo_command(), water_command(), gas_command(), gasdat_command(), verify_command(), run_command(),
+             id_command()}};
+}
+
 int run(int argc, char** argv) {
+    constexpr std::size_t option_column = 20;
     std::string library, gas_data;
-    const tool::Command program{
-        "kalorfix",
-        "Flow of natural gas, water and steam by differential pressure, and the\nproperties behind it.",
-        "kalorfix COMMAND --help states units and limits.",
-        {{"--lib", "FILE",
-          "library to open (default: kalorfix.so beside this program or\n"
-          "in ../lib or ../lib/<triplet>, else where the system finds it)",
-          &library},
-         {"--gas-data", "FILE", "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)",
-          &gas_data}},
-        {tool::demo_command(), tool::water_command(), tool::gas_command(), tool::gasdat_command(),
-         tool::verify_command(), tool::run_command(), tool::id_command()}};
-    int status = bad_input;
-    const tool::Command* const command =
-        chosen_command(program, "kalorfix " KALORFIX_VERSION, argc, argv, status);
-    if (!command) return finish(status);
+    const Command all = program(library, gas_data);
+    CLI::App app{all.what, all.name};
+    app.get_formatter()->column_width(option_column);
+    describe(app, all);
+    app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
+    if (argc == 1) {
+        std::fputs(app.help().c_str(), stderr);
+        return bad_input;
+    }
+    app.require_subcommand(1);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& asked) {
+        return finish(app.exit(asked));
+    } catch (const CLI::ParseError& error) {
+        return complain(explain(app, all, error));
+    }
+    const Command* command = &all;
+    for (const CLI::App* at = &app; !command->commands.empty();) {
+        at = at->get_subcommands().front();
+        command = &*std::ranges::find(command->commands, at->get_name(), &Command::name);
+    }
     // A name without a slash would be looked for along the loader's path instead of here.
     if (!library.empty()) library = std::filesystem::absolute(library).string();
-    library = kalorfix::host::library_file(library);
-    if (gas_data.empty()) gas_data = kalorfix::host::gas_data_of(library);
+    library = host::library_file(library);
+    if (gas_data.empty()) gas_data = host::gas_data_of(library);
     return finish(command->run({library, gas_data}));
 }
 
 }  // namespace
+}  // namespace kalorfix::tool
 
 int main(int argc, char** argv) {
     try {
-        return run(argc, argv);
+        return kalorfix::tool::run(argc, argv);
     } catch (const std::exception& error) {
-        return complain(error.what());
+        return kalorfix::tool::complain(error.what());
     }
 }

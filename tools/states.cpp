@@ -33,6 +33,36 @@ std::vector<Option> output_options(StateRequest& request, const std::string& qua
             {"--quantity", "Q", "what to draw: " + quantities, &request.quantity}};
 }
 
+Range parse_range(std::string_view option, const std::string& text, const Limits& limits, bool ends_excluded) {
+    const auto fail = [&](std::string_view what) {
+        return InputError(fmt::format("{} {}: {}", option, text, what));
+    };
+    constexpr std::string_view forms = "expected a number or start:stop:step, such as 150 or 20:200:20";
+    std::vector<double> parts;
+    for (const std::string_view part : split(text, ':')) {
+        const std::optional<double> value = number(part);
+        if (!value) throw fail(forms);
+        parts.push_back(*value);
+    }
+    Range range{parts[0], 0.0, 1};
+    if (parts.size() != 1) {
+        if (parts.size() != 3) throw fail(forms);
+        const double steps = (parts[1] - parts[0]) / parts[2];
+        if (!(steps >= 0.0) || std::isinf(steps)) throw fail("the step must lead from start to stop");
+        // The stop belongs to the range when rounding alone keeps a step from hitting it.
+        constexpr double rounding = 1e-9;
+        const double whole = std::floor(steps + rounding);
+        if (whole + 1.0 > static_cast<double>(max_rows)) throw fail(fmt::format("at most {} values", max_rows));
+        const double end = steps - whole < rounding ? parts[1] : parts[0] + whole * parts[2];
+        range = {parts[0], parts[2], static_cast<std::size_t>(whole) + 1, end};
+    }
+    for (const double end : {range.start, range.last()})
+        if (!(ends_excluded ? limits.low < end && end < limits.high : limits.low <= end && end <= limits.high))
+            throw fail(
+                fmt::format("must lie within {}{}", limits.text(), ends_excluded ? ", the ends excluded" : ""));
+    return range;
+}
+
 void Grid::for_each(const std::function<void(double t_C, double p_MPa)>& visit) const {
     for (std::size_t i = 0; i < t_C.count; ++i)
         for (std::size_t j = 0; j < p_MPa.count; ++j) visit(t_C[i], p_MPa[j]);

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/command_line.h"
-#include "tools/numbers.h"
+#include "tools/commands.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool {
 
@@ -19,6 +19,27 @@ struct StateRequest {
 
 /// The options --csv, --svg and --quantity; `quantities` are those that it offers.
 [[nodiscard]] std::vector<Option> output_options(StateRequest& request, const std::string& quantities);
+
+/// start, start + step, ... up to stop; a single number has one value.
+struct Range {
+    double start = 0.0;
+    double step = 0.0;
+    std::size_t count = 1;
+    double end = 0.0;  ///< the last of several values
+
+    // The last value is kept: counted up it may miss the stop, and then a limit, by a rounding error.
+    double operator[](std::size_t k) const {
+        return count > 1 && k + 1 == count ? end : start + static_cast<double>(k) * step;
+    }
+    [[nodiscard]] double last() const { return (*this)[count - 1]; }
+};
+
+inline constexpr std::size_t max_rows = 1'000'000;
+
+/// Reads "number" or "start:stop:step" with every value within limits, without their ends if these are excluded. Throws
+/// InputError naming the option.
+[[nodiscard]] Range parse_range(std::string_view option, const std::string& text, const Limits& limits,
+                                bool ends_excluded = false);
 
 struct Grid {
     Range t_C, p_MPa;

@@ -1,6 +1,8 @@
 #include "tools/text.h"
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <filesystem>
 #include <utility>
 
@@ -9,7 +11,31 @@ namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
+// In as few digits as tell it from others, without an exponent.
+std::string plain(double value) {
+    std::array<char, 400> digits;
+    return {digits.data(), std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr};
+}
+
 }  // namespace
+
+std::optional<double> number(std::string_view text) {
+    const std::optional<double> value = parse<double>(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+std::string Limits::text() const {
+    return plain(low) + ".." + plain(high) + (unit.empty() ? "" : " ") + std::string(unit);
+}
+
+std::optional<double> number_within(std::string_view text, const Limits& limits) {
+    const std::optional<double> value = number(text);
+    return value && limits.low <= *value && *value <= limits.high ? value : std::nullopt;
+}
+
+std::string expected_within(std::string_view text, const Limits& limits) {
+    return "expected a number within " + limits.text() + ", not " + quoted(text);
+}
 
 std::string quoted(std::string_view text) {
     constexpr std::size_t longest_quote = 40;

@@ -28,6 +28,20 @@ template <class Number>
     return value;
 }
 
+/// A finite number; nothing for anything else.
+[[nodiscard]] std::optional<double> number(std::string_view text);
+
+/// What a number may be, both ends included.
+struct Limits {
+    double low, high;
+    std::string_view unit;
+    [[nodiscard]] std::string text() const;  ///< "0..100 mol %"
+};
+/// A number within limits; nothing for anything else.
+[[nodiscard]] std::optional<double> number_within(std::string_view text, const Limits& limits);
+/// What to tell of a text that is none: "expected a number within 0..100 mol %, not 'x'".
+[[nodiscard]] std::string expected_within(std::string_view text, const Limits& limits);
+
 /// A text of a file within a message: a damaged file has cells of any length.
 [[nodiscard]] std::string quoted(std::string_view text);
 

@@ -15,6 +15,7 @@ class Inputs {
 public:
     Inputs(const Values& defaults, const Values& given) : defaults_(defaults), given_(given) {}
     double operator[](const std::string& name) const;
+    [[nodiscard]] float single(const std::string& name) const { return static_cast<float>((*this)[name]); }
     [[nodiscard]] bool given(const std::string& name) const { return given_.contains(name); }
 
 private:
@@ -22,19 +23,12 @@ private:
     const Values& given_;
 };
 
-/// Inputs with their defaults from "t_C=0 p_MPa=0.1".
-[[nodiscard]] Values defaults(std::string_view text);
-
 /// One way of asking: it calls the library with the inputs and returns the results by name.
 struct Procedure {
-    std::string what;          ///< what it does, for people
     Values inputs;             ///< every input with its default
     std::string_view outputs;  ///< their names, a blank between two
     std::function<Values(const host::Library&, const Inputs&)> call;
 };
-
-/// Those for gas. They need a library that found its directories, with or without gas data: each calls Init.
-[[nodiscard]] std::map<std::string, Procedure, std::less<>> gas_procedures();
 
 /// All procedures by the name that a table gives in brackets.
 [[nodiscard]] const std::map<std::string, Procedure, std::less<>>& procedures();

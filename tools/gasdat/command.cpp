@@ -4,8 +4,7 @@
 #include <memory>
 
 #include "tools/commands.h"
-#include "tools/gasdat/check.h"
-#include "tools/gasdat/sheet_text.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/output_file.h"
 #include "tools/text.h"
 

@@ -1,9 +1,11 @@
-// The gas data file itself: its bytes, and its values as text and back.
+// The gas data file: its bytes, its values as text and back (one CSV file a sheet, or all in one aligned listing), and the judgement on
+// it.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tools/gasdat/sheets.h"
 
@@ -26,5 +28,21 @@ struct GasFile {
 
 /// The nearest single-precision value of a decimal number, or what number_text has written. Nothing for anything else.
 [[nodiscard]] std::optional<float> parse_number(std::string_view text);
+
+/// Every fault in one line: table, place, value and what would be right. Judged are size, finite values, symmetry and diagonals
+/// of the binary tables, signs and plausible ranges of the constants, exponents, positions that are no terms, the
+/// agreement of the tables with one another, and the ideal-gas heat capacities at 300 K. Of a short file the
+/// values that are there are judged one by one.
+[[nodiscard]] std::vector<std::string> faults(const GasFile& file);
+
+/// Reads all sheets from a directory of CSV files, named after the sheets, or from a listing. Throws InputError naming file,
+/// line and what would be right; also when anything is missing, surplus or given twice.
+[[nodiscard]] Values read_sheets(const std::string& source);
+
+/// The listing of a file, short ones included; a missing value is "-".
+[[nodiscard]] std::string listing(const GasFile& file, const std::string& name);
+
+/// One sheet as CSV with a comment for each block.
+[[nodiscard]] std::string csv(const Sheet& sheet, const Values& values);
 
 }  // namespace kalorfix::tool::gasdat

@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <exception>
 
-#include "tools/gasdat/sheet_text.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/output_file.h"
 
 int main(int argc, char** argv) {

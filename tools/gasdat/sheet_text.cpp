@@ -1,4 +1,4 @@
-#include "tools/gasdat/sheet_text.h"
+#include "tools/gasdat/gas_file.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,6 +1,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <cmath>
 #include <ctime>
 #include <filesystem>
 #include <memory>
@@ -9,7 +10,7 @@
 #include "tools/commands.h"
 #include "tools/output_file.h"
 #include "tools/report/html.h"
-#include "tools/report/summary.h"
+#include "tools/report/quantities.h"
 #include "tools/runtime.h"
 #include "tools/text.h"
 
@@ -23,14 +24,82 @@ struct Request {
     std::string html_file, csv_file, cases_directory;
 };
 
+constexpr const char* row_layout = "{:<21} {:>6} {:>7} {:>6} {:>6} {:>6} {:>6}  {:<7} {}\n";
+
+void print_failures(const Verification& verification) {
+    constexpr std::size_t most_lines = 40;
+    std::size_t shown = 0;
+    for (const Section& section : verification.sections)
+        for (const Value& f : section.values) {
+            if (f.passed() || ++shown > most_lines) continue;
+            const auto& declared = f.expected->declared;
+            fmt::print("FAILED {}: {}: {} expected {}, computed {}, permitted deviation {}{}\n", f.place(),
+                       f.where->id, f.expected->column, f.expected->text, f.computed, short_number(f.permitted),
+                       declared ? ", declared at most " + bound_text(declared->bound) : "");
+        }
+    if (shown > most_lines) fmt::print("... and {} more\n", shown - most_lines);
+}
+
+std::string quoted_cell(const std::string& text) {
+    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (const char c : text) {
+        if (c == '"') out += '"';
+        out += c;
+    }
+    return out + '"';
+}
+
+std::string_view verdict_word(cases::Verdict verdict) {
+    if (verdict == cases::Verdict::met) return "met";
+    return verdict == cases::Verdict::differs_as_declared ? "differs as declared" : "FAILED";
+}
+
+void print_summary(const Verification& verification) {
+    std::size_t points = 0, values = 0, differing = 0;
+    fmt::print(fmt::runtime(row_layout), "function", "points", "values", "exact", "differ", "worst", "mean",
+               "verdict", "worst at");
+    for (const Section& section : verification.sections) {
+        const Statistics s = statistics(section);
+        const auto figure = [&s](double value) { return s.worst ? short_number(value) : "-"; };
+        fmt::print(fmt::runtime(row_layout), section.subject.key, s.cases, s.values, s.exact, s.differing,
+                   figure(s.worst_ratio), figure(s.mean_ratio), s.failed == 0 ? "met" : "FAILED",
+                   s.worst ? s.worst->place() : "");
+        points += s.cases;
+        values += s.values;
+    }
+    fmt::print("worst, mean: deviation over permitted or declared deviation; exact values have none\n");
+    for (const Declaration& d : declarations(verification, false)) {
+        differing += d.differing;
+        fmt::print("differ as declared, {}: {} of {} values{}\n", d.reason, d.differing, d.values,
+                   d.at ? fmt::format(", largest {} at {}", percent(d.largest), d.at->place()) : "");
+    }
+    print_failures(verification);
+    const std::size_t failed = verification.failures();
+    fmt::print("{}: {} points, {} values from {} files, {} differ as declared, {} failed\n",
+               failed == 0 ? "MET" : "FAILED", points, values, verification.files.size(), differing, failed);
+}
+
+std::string csv(const Verification& verification) {
+    std::string out =
+        "function,case,file,line,inputs,output,expected,computed,deviation,permitted,declared,verdict,reason,"
+        "source\n";
+    for (const Section& section : verification.sections)
+        for (const Value& f : section.values)
+            // An exact value has no deviation worth a number.
+            out += fmt::format("{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key,
+                               quoted_cell(f.where->id), quoted_cell(f.file->name), f.where->line,
+                               quoted_cell(all_inputs(*f.where)), f.expected->column, f.expected->text,
+                               f.computed, std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "",
+                               f.permitted, f.declared, verdict_word(f.verdict),
+                               f.expected->declared ? quoted_cell(f.expected->declared->reason) : "",
+                               quoted_cell(f.table->source));
+    return out;
+}
+
 // Beside the program in a build directory, one level up in an installation.
-std::string shared(const std::string& name) {
-    std::error_code failed;
-    const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    for (const char* place : {"share/kalorfix", "../share/kalorfix"})
-        if (const fs::path file = directory / place / name; fs::exists(file, failed))
-            return file.lexically_normal().string();
-    return (directory / "share/kalorfix" / name).string();
+std::string shared(const char* name) {
+    return host::near_program({"share/kalorfix", "../share/kalorfix"}, name);
 }
 
 std::string now() { return fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr))); }
@@ -58,7 +127,7 @@ int run(const Installation& files, const Request& request) {
     if (page) page->finish();
     if (lines) lines->finish();
     print_summary(verification);
-    return failures(verification) == 0 ? 0 : 1;
+    return verification.failures() == 0 ? 0 : 1;
 }
 
 }  // namespace

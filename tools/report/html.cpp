@@ -70,7 +70,7 @@ std::string declaration_table(const Verification& verification) {
         table.row({Html{fmt::format("<a class=\"declared\" href=\"#{}\">{}</a>", entry_id(d.reason),
                                     escape(d.reason))},
                    d.source, d.values, d.differing, d.at ? percent(d.largest) : "-",
-                   d.at ? place(*d.file, *d.at->where) : "-"});
+                   d.at ? d.at->place() : "-"});
     const std::string rows = table.html();
     if (rows.empty()) return rows;
     return "<h3 id=\"declared\">Printed values that differ as declared</h3>\n<p>Where the library departs from "
@@ -89,14 +89,13 @@ bool refused(const cases::Finding& finding) {
 // Of the numeric inputs that vary, in states that are computed: what the points cover.
 std::string covered(const Section& section) {
     std::map<std::string, std::pair<double, double>> extents;
-    for (const Block& block : section.blocks)
-        for (const cases::Finding& f : block.findings)
-            for (const auto& [name, value] : f.where->inputs) {
-                if (!std::isfinite(value) || quantity(name).unit.empty() || !component(name).empty()) continue;
-                if (refused(f)) continue;
-                auto [at, fresh] = extents.try_emplace(name, value, value);
-                at->second = {std::fmin(at->second.first, value), std::fmax(at->second.second, value)};
-            }
+    for (const Value& f : section.values)
+        for (const auto& [name, value] : f.where->inputs) {
+            if (!std::isfinite(value) || quantity(name).unit.empty() || !component(name).empty()) continue;
+            if (refused(f)) continue;
+            auto [at, fresh] = extents.try_emplace(name, value, value);
+            at->second = {std::fmin(at->second.first, value), std::fmax(at->second.second, value)};
+        }
     std::erase_if(extents, [](const auto& one) { return one.second.first == one.second.second; });
     const auto text = [](const auto& one) {
         const Quantity q = quantity(one.first);
@@ -107,11 +106,11 @@ std::string covered(const Section& section) {
 
 std::string description(const Section& section) {
     const Statistics s = statistics(section);
-    const auto source = [](const Block& block) {
+    const auto source = [](const Values& values) {
         std::set<const cases::Case*> here;
-        for (const cases::Finding& f : block.findings) here.insert(f.where);
-        return fmt::format("<li>{} <small>({}:{}, {} {})</small></li>", escape(block.table->source),
-                           escape(block.file->name), block.table->line, here.size(),
+        for (const Value& value : values) here.insert(value.where);
+        return fmt::format("<li>{} <small>({}:{}, {} {})</small></li>", escape(values.front().table->source),
+                           escape(values.front().file->name), values.front().table->line, here.size(),
                            here.size() == 1 ? "case" : "cases");
     };
     return facts_table({{"Method", section.subject.method},
@@ -120,7 +119,7 @@ std::string description(const Section& section) {
                         {"Covered by points", covered(section)},
                         {"Points", fmt::format("{} cases, {} values compared; {} of them exactly", s.cases,
                                                s.values, s.exact)},
-                        {"Sources", Html{"<ul>" + joined(section.blocks, source, "") + "</ul>"}}});
+                        {"Sources", Html{"<ul>" + joined(section.tables(), source, "") + "</ul>"}}});
 }
 
 // Worst and mean of each output.
@@ -128,13 +127,12 @@ std::string statistics_table(const Section& section) {
     Table table(
         "<output,<unit,values,exact,worst deviation,mean,worst / permitted,mean / permitted,"
         "<worst / permitted at,<verdict");
-    for (const std::string& output : outputs(section)) {
+    for (const std::string& output : section.outputs()) {
         const Statistics s = statistics(section, output);
         const Quantity q = quantity(output);
         table.row({q.symbol, q.unit, s.values, s.exact, figure(s, s.worst_deviation),
                    figure(s, s.mean_deviation), figure(s, s.worst_ratio), figure(s, s.mean_ratio),
-                   s.worst ? s.worst->where->id + ", " + place(*s.worst_file, *s.worst->where) : "-",
-                   verdict(s)});
+                   s.worst ? s.worst->where->id + ", " + s.worst->place() : "-", verdict(s)});
     }
     return table.html();
 }
@@ -146,7 +144,7 @@ std::string chapter(const Section& section) {
     if (const std::string chart = deviation_chart(section); !chart.empty())
         out += "<h3>Deviations</h3>\n" + chart;
     out += "<h3>Values</h3>\n";
-    for (const Block& block : section.blocks) out += value_table(block);
+    for (const Values& values : section.tables()) out += value_table(values);
     return out;
 }
 
@@ -189,7 +187,7 @@ std::string outcome(const Verification& verification) {
         values += s.values;
         differing += s.differing;
     }
-    const std::size_t failed = failures(verification);
+    const std::size_t failed = verification.failures();
     std::string out =
         failed == 0
             ? fmt::format(

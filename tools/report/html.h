@@ -20,7 +20,7 @@ struct Surroundings {
 [[nodiscard]] std::string html(const Verification& verification, const Surroundings& surroundings);
 
 /// All compared values of one source, and what the rows have in common.
-[[nodiscard]] std::string value_table(const Block& block);
+[[nodiscard]] std::string value_table(Values values);
 
 /// Tables of the cases NAME-in and NAME-out on the two sides of a limit, a table a source; a sentence where there are none.
 [[nodiscard]] std::string limit_tables(const Verification& verification);

@@ -20,13 +20,13 @@ struct Layout {
 
 bool alike(double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); }
 
-Layout layout(const Block& block) {
+Layout layout(Values values) {
     Layout result;
     cases::Values every;
-    for (const cases::Finding& f : block.findings) every.insert(f.where->inputs.begin(), f.where->inputs.end());
-    const bool one_case = block.findings.back().where == block.findings.front().where;
+    for (const Value& f : values) every.insert(f.where->inputs.begin(), f.where->inputs.end());
+    const bool one_case = values.back().where == values.front().where;
     for (const auto& [name, value] : every) {
-        const bool same = std::ranges::all_of(block.findings, [&](const cases::Finding& f) {
+        const bool same = std::ranges::all_of(values, [&](const Value& f) {
             const auto other = f.where->inputs.find(name);
             return other != f.where->inputs.end() && alike(other->second, every.at(name));
         });
@@ -37,7 +37,7 @@ Layout layout(const Block& block) {
         else
             result.composition = true;
     }
-    for (const cases::Finding& f : block.findings) result.numbers = result.numbers || !is_word(*f.expected);
+    for (const Value& f : values) result.numbers = result.numbers || !is_word(*f.expected);
     return result;
 }
 
@@ -61,12 +61,12 @@ std::string fixed_line(const Layout& shape) {
     return fmt::format("<p class=\"fixed\"><b>All cases:</b> {}</p>\n", escape(joined(parts, {}, "; ")));
 }
 
-using Findings = std::vector<const cases::Finding*>;
+using Findings = std::vector<const Value*>;
 
 // Statuses and phases of one case in one cell.
 Html obtained(const Findings& found) {
     Html words;
-    for (const cases::Finding* f : found) {
+    for (const Value* f : found) {
         if (!is_word(*f->expected)) continue;
         words.text += fmt::format("{}{} <b>{}</b>", words.text.empty() ? "" : ", ", escape(f->expected->column),
                                   escape(computed_word(*f)));
@@ -95,10 +95,10 @@ void add_case(Table& table, const Findings& found, const Layout& shape) {
     if (shape.composition) cells.emplace_back(composition(one.inputs, shape));
     cells.emplace_back(obtained(found));
     const std::size_t inputs = cells.size();
-    for (const cases::Finding* f : found) {
+    for (const Value* f : found) {
         if (is_word(*f->expected)) continue;
         const Quantity q = quantity(f->expected->column);
-        const bool exact = is_exact(*f);
+        const bool exact = f->is_exact();
         const std::string given = f->expected->text, digits = with_digits_of(f->expected->value, f->permitted);
         for (const Cell& cell :
              std::vector<Cell>{q.symbol + q.unit_behind(), given.size() <= digits.size() ? given : digits,
@@ -139,9 +139,9 @@ struct Limit {
     Side in{}, out{};
 };
 
-std::vector<Limit> limits_of(const Block& block) {
+std::vector<Limit> limits_of(Values values) {
     std::vector<Limit> found;
-    for (const cases::Finding& finding : block.findings)
+    for (const Value& finding : values)
         for (const std::string_view ending : {inside, outside}) {
             const std::string& id = finding.where->id;
             if (!id.ends_with(ending)) continue;
@@ -169,9 +169,10 @@ std::string apart(const Limit& limit, const Side& side) {
 
 }  // namespace
 
-std::string value_table(const Block& block) {
+std::string value_table(Values values) {
     constexpr std::size_t wide_from = 7;
-    const Layout shape = layout(block);
+    const cases::Table& source = *values.front().table;
+    const Layout shape = layout(values);
     std::string headings = "<case,line";
     for (const std::string& name : shape.columns)
         headings +=
@@ -180,17 +181,17 @@ std::string value_table(const Block& block) {
                             shape.numbers ? ",<output,expected,computed,deviation,permitted" : "");
     Table table(headings, shape.columns.size() > wide_from ? "values wide" : "values");
     Findings found;
-    for (const cases::Finding& f : block.findings) {
-        if (!found.empty() && found.front()->where != f.where) {
+    for (const Value& value : values) {
+        if (!found.empty() && found.front()->where != value.where) {
             add_case(table, found, shape);
             found.clear();
         }
-        found.push_back(&f);
+        found.push_back(&value);
     }
     add_case(table, found, shape);
-    const std::string notes = escape(joined(block.table->notes, {}, "; "));
-    return fmt::format("<h4>{}<span class=\"trace\">{}:{}</span></h4>\n{}{}{}", escape(block.table->source),
-                       escape(block.file->name), block.table->line,
+    const std::string notes = escape(joined(source.notes, {}, "; "));
+    return fmt::format("<h4>{}<span class=\"trace\">{}:{}</span></h4>\n{}{}{}", escape(source.source),
+                       escape(values.front().file->name), source.line,
                        notes.empty() ? notes : "<p class=\"note\">" + notes + "</p>\n", fixed_line(shape),
                        table.html());
 }
@@ -198,18 +199,20 @@ std::string value_table(const Block& block) {
 std::string limit_tables(const Verification& verification) {
     std::string out;
     for (const Section& section : verification.sections)
-        for (const Block& block : section.blocks) {
+        for (const Values& values : section.tables()) {
             Table table("<limit,<inside,<obtained,line,<outside,<obtained,line,<verdict", "values");
-            for (const auto& limit : limits_of(block))
-                if (const auto& [name, in, out_of] = limit; in.where && out_of.where)
-                    table.row({name, apart(limit, in), Html{"<b>" + escape(in.obtained) + "</b>"},
-                               std::to_string(in.where->line), apart(limit, out_of),
-                               Html{"<b>" + escape(out_of.obtained) + "</b>"},
-                               std::to_string(out_of.where->line), verdict(in.passed && out_of.passed)});
+            const auto bold = [](const Side& side) { return Html{"<b>" + escape(side.obtained) + "</b>"}; };
+            for (const Limit& limit : limits_of(values)) {
+                const auto& [name, in, out_of] = limit;
+                if (!in.where || !out_of.where) continue;
+                table.row({name, apart(limit, in), bold(in), std::to_string(in.where->line),
+                           apart(limit, out_of), bold(out_of), std::to_string(out_of.where->line),
+                           verdict(in.passed && out_of.passed)});
+            }
             if (const std::string rows = table.html(); !rows.empty())
                 out += fmt::format("<h4>{}<span class=\"trace\">{}, {}:{}</span></h4>\n{}",
-                                   escape(block.table->source), escape(section.subject.key),
-                                   escape(block.file->name), block.table->line, rows);
+                                   escape(values.front().table->source), escape(section.subject.key),
+                                   escape(values.front().file->name), values.front().table->line, rows);
         }
     return out.empty() ? "<p>The case files hold no pairs of cases on the two sides of a limit.</p>\n" : out;
 }

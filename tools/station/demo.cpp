@@ -3,21 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <filesystem>
 #include <numbers>
 
 #include "tools/commands.h"
 #include "tools/output_file.h"
 #include "tools/runtime.h"
 #include "tools/station/run.h"
-#include "tools/station/sheet.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
 namespace station {
 namespace {
-
-namespace fs = std::filesystem;
 
 struct BuiltIn {
     const char *name, *keys;
@@ -128,30 +124,22 @@ int run_built_in(const Installation& files) {
     return status != 0 ? status : all_computed ? 0 : 1;
 }
 
-// The examples of the source tree that this program was built in, or of its installation; empty when there are none.
-std::string examples_directory(const char* station, const char* readings) {
-    std::error_code failed;
-    const fs::path program = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    for (const char* const place : {"../../examples", "../share/kalorfix/examples"})
-        if (const fs::path directory = (program / place).lexically_normal();
-            !failed && fs::is_regular_file(directory / station, failed) &&
-            fs::is_regular_file(directory / readings, failed))
-            return directory.string() + "/";
-    return {};
-}
-
 int run_example_day(const Installation& files) {
-    constexpr const char *station = "station.ini", *readings = "readings_day.csv";
-    const std::string directory = examples_directory(station, readings);
-    if (directory.empty() || files.gas_data.empty()) {
-        fmt::print("No day of a station: the {} not here\n",
-                   directory.empty() ? "examples are" : "gas data file is");
+    // In the source tree that this program was built in, or in its installation.
+    const auto example = [](const char* name) {
+        return host::near_program({"../../examples", "../share/kalorfix/examples"}, name);
+    };
+    const RunRequest request{
+        .station_file = example("station.ini"), .readings = example("readings_day.csv"), .format = "days"};
+    const bool here = !request.station_file.empty() && !request.readings.empty();
+    if (!here || files.gas_data.empty()) {
+        fmt::print("No day of a station: the {} not here\n", here ? "gas data file is" : "examples are");
         return 0;
     }
-    fmt::print("A day of a station, a cycle every two minutes: kalorfix run examples/{} examples/{}\n", station,
-               readings);
-    return run(files,
-               {.station_file = directory + station, .readings = directory + readings, .format = "days"});
+    fmt::print(
+        "A day of a station, a cycle every two minutes: kalorfix run examples/station.ini "
+        "examples/readings_day.csv\n");
+    return run(files, request);
 }
 
 int run_both(const Installation& files) {

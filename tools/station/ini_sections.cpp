@@ -1,5 +1,3 @@
-#include "tools/station/ini_sections.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -8,7 +6,7 @@
 #include <memory>
 #include <new>
 
-#include "tools/text.h"
+#include "tools/station/station_keys.h"
 
 namespace kalorfix::tool::station {
 namespace {

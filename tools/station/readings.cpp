@@ -11,7 +11,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "tools/numbers.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
 namespace {

@@ -6,7 +6,7 @@
 #include <array>
 #include <limits>
 
-#include "tools/numbers.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
 namespace {

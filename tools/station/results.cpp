@@ -11,53 +11,6 @@ namespace {
 
 // ---- The columns of a cycle, for CSV and JSON alike -----------------------------------------------------------
 
-// Which channels have a result: devices 10..23 have no diameter ratio and what depends on it, meters solve no flow.
-enum class Of { all, gas, heat_carrier, standard_device, differential_pressure };
-
-bool has(const Channel& c, Of whose) {
-    switch (whose) {
-        case Of::gas:
-            return c.is_gas();
-        case Of::heat_carrier:
-            return !c.is_gas();
-        case Of::standard_device:
-            return c.device <= static_cast<short>(standard_devices);
-        case Of::differential_pressure:
-            return !is_meter(c.device);
-        default:
-            return true;
-    }
-}
-
-struct Result {
-    std::string_view name;  // with its unit
-    float Outcome::*value;
-    Step step;  // that gives it
-    Of whose = Of::all;
-};
-constexpr std::array results{
-    Result{"ps_MPa", &Outcome::ps_MPa, Step::state, Of::heat_carrier},
-    Result{"ts_C", &Outcome::ts_C, Step::state, Of::heat_carrier},
-    Result{"K", &Outcome::K, Step::state, Of::gas},
-    Result{"rho_c_kg_m3", &Outcome::rho_c, Step::state, Of::gas},
-    Result{"rho_kg_m3", &Outcome::rho, Step::properties},
-    Result{"mu_uPa_s", &Outcome::mu_uPas, Step::properties},
-    Result{"kappa", &Outcome::kappa, Step::properties},
-    Result{"h_kJ_kg", &Outcome::h_kJ_kg, Step::properties, Of::heat_carrier},
-    Result{"lower_heat", &Outcome::lower_heat, Step::properties, Of::gas},
-    Result{"higher_heat", &Outcome::higher_heat, Step::properties, Of::gas},
-    Result{"D_mm", &Outcome::D_mm, Step::geometry, Of::differential_pressure},
-    Result{"d_mm", &Outcome::d_mm, Step::geometry, Of::differential_pressure},
-    Result{"beta", &Outcome::beta, Step::geometry, Of::standard_device},
-    Result{"E", &Outcome::E, Step::geometry, Of::standard_device},
-    Result{"K_p", &Outcome::K_p, Step::geometry, Of::standard_device},
-    // The Reynolds number is told of a refused flow too.
-    Result{"Re", &Outcome::Re, Step::geometry, Of::differential_pressure},
-    Result{"C", &Outcome::C, Step::flow, Of::standard_device},
-    Result{"K_sh", &Outcome::K_sh, Step::flow, Of::standard_device},
-    Result{"epsilon", &Outcome::epsilon, Step::flow, Of::differential_pressure},
-};
-
 // The integrators of both media.
 struct Kind {
     const char *flow, *amount;
@@ -72,7 +25,8 @@ constexpr std::array<Kind, 5> kinds{{{"q_m_t_h", "mass_t", 0, 0},
 const std::vector<std::string>& column_names() {
     static const std::vector<std::string> all = [] {
         std::vector<std::string> names{"t_C", "p_Pa", "dp_Pa"};
-        for (const Result& one : results) names.emplace_back(one.name);
+        for (const Result& one : cycle_results)
+            if (!one.name.empty()) names.emplace_back(one.name);
         for (const Kind& kind : kinds) names.emplace_back(kind.flow);
         for (const char* const prefix : {"total_", "hour_", "day_"})
             for (const Kind& kind : kinds) names.push_back(std::string(prefix) + kind.amount);
@@ -92,9 +46,11 @@ void fill(const Channel& c, const Outcome& out, const Registers& registers, Valu
     add(true, out.input.t_C);
     add(true, out.input.p_Pa);
     add(!is_meter(c.device), out.input.dp);
-    for (const Result& one : results)
-        add(has(c, one.whose) && out.passed(one.step) && (one.value != &Outcome::Re || out.Re != 0.0F),
-            out.*one.value);
+    for (const Result& one : cycle_results) {
+        // The Reynolds number is told of a refused flow too.
+        const bool reynolds = one.value == &Outcome::Re && out.passed(Step::geometry) && out.Re != 0.0F;
+        if (!one.name.empty()) add(has(c, one.whose) && (out.passed(one.step) || reynolds), out.*one.value);
+    }
     std::array<int, kinds.size()> index{};
     for (std::size_t k = 0; k < kinds.size(); ++k)
         index[k] = c.is_gas() ? kinds[k].of_gas : kinds[k].of_heat_carrier;
@@ -128,10 +84,6 @@ std::string_view phase_title(const Channel& channel, const Outcome& outcome) {
     return !channel.is_gas() && outcome.passed(Step::state) ? phase_of(outcome.phase).title : "";
 }
 
-std::string_view heat_unit_of(const Channel& c) {
-    return c.is_gas() ? heat_unit(c.gas.method, c.gas.heat_unit, c.gas.heat_basis) : "";
-}
-
 // With an exponent the register counts tens, thousands and so on of its unit.
 std::string unit_of(const Channel& channel, std::size_t k) {
     const std::string_view unit = integrator(channel.medium, k).unit;
@@ -155,7 +107,7 @@ public:
         auto to = std::back_inserter(line_);
         fmt::format_to(to, "{},{},{},{},{},{},{}", print_time(kind_, row.time_s), channel.name,
                        done ? "computed" : "refused", done ? "" : step_name(outcome.reached),
-                       quoted_cell(outcome.reason), phase_title(channel, outcome), heat_unit_of(channel));
+                       quoted_cell(outcome.reason), phase_title(channel, outcome), channel.heat_unit());
         fill(channel, outcome, registers, values_);
         for (const std::optional<float>& value : values_)
             value ? fmt::format_to(to, ",{}", *value) : fmt::format_to(to, ",");
@@ -188,7 +140,7 @@ public:
                            json_text(outcome.reason));
         if (const std::string_view phase = phase_title(channel, outcome); !phase.empty())
             fmt::format_to(to, ",\"phase\":\"{}\"", phase);
-        if (const std::string_view unit = heat_unit_of(channel); !unit.empty())
+        if (const std::string_view unit = channel.heat_unit(); !unit.empty())
             fmt::format_to(to, ",\"heat_unit\":\"{}\"", unit);
         fill(channel, outcome, registers, values_);
         for (std::size_t k = 0; k < values_.size(); ++k)
@@ -313,6 +265,21 @@ private:
 };
 
 }  // namespace
+
+bool has(const Channel& c, Of whose) {
+    switch (whose) {
+        case Of::gas:
+            return c.is_gas();
+        case Of::heat_carrier:
+            return !c.is_gas();
+        case Of::standard_device:
+            return c.device <= static_cast<short>(standard_devices);
+        case Of::differential_pressure:
+            return !is_meter(c.device);
+        default:
+            return true;
+    }
+}
 
 std::unique_ptr<Results> make_results(const std::string& format, const Station& station, TimeKind kind,
                                       OutputFile& out) {

@@ -9,11 +9,11 @@
 #include <numeric>
 
 #include "tools/commands.h"
-#include "tools/numbers.h"
 #include "tools/runtime.h"
 #include "tools/simulated_clock.h"
 #include "tools/station/readings.h"
 #include "tools/station/station_keys.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool {
 namespace station {

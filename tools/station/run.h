@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "tools/command_line.h"
+#include "tools/commands.h"
 #include "tools/station/results.h"
 
 namespace kalorfix::tool::station {

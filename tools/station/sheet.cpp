@@ -1,157 +1,88 @@
-#include "tools/station/sheet.h"
-
 #include <fmt/format.h>
 
 #include <cmath>
 
+#include "tools/station/results.h"
+
 namespace kalorfix::tool::station {
 namespace {
 
-class Sheet {
-public:
-    Sheet(const Channel& channel, const Outcome& outcome) : c_(channel), o_(outcome) {}
+// With so many decimals.
+std::string row(std::string_view label, float value, int decimals, std::string_view unit = {}) {
+    return sheet_row(label, fmt::format("{:.{}f}", value, decimals), unit);
+}
 
-    std::string print() {
-        title();
-        constants();
-        measured();
-        if (c_.is_gas()) gas();
-        step("set-up", is_meter(c_.device) ? "constants accepted" : "pipeline constants accepted");
-        constexpr std::pair<Step, void (Sheet::*)()> steps[] = {{Step::state, &Sheet::state},
-                                                                {Step::properties, &Sheet::properties},
-                                                                {Step::geometry, &Sheet::geometry},
-                                                                {Step::flow, &Sheet::flow}};
-        for (const auto& [reached, print_results] : steps) {
-            if (!o_.passed(reached)) break;
-            (this->*print_results)();
-        }
-        if (o_.reached != Step::done) step(step_name(o_.reached), "refused: " + o_.reason);
-        return text_;
+std::string title(const Channel& c, const Outcome& out) {
+    constexpr std::array<std::string_view, phases.size()> carriers{"Water or steam", "Water",
+                                                                   "Superheated steam", "Wet steam"};
+    std::string_view medium = carriers[static_cast<std::size_t>(&phase_of(out.phase) - phases.data())];
+    if (c.is_gas())
+        medium = is_by_density(c.gas.method) ? "Natural gas by density" : "Natural gas by composition";
+    return fmt::format("{} channel {}: {}, {}\n", c.is_gas() ? "Gas" : "Heat-carrier", c.number, medium,
+                       devices[static_cast<std::size_t>(c.device - 1)].title);
+}
+
+std::string pipeline(const Channel& c) {
+    std::string text =
+        row("pipe at 20 degC", c.D20_mm, 1, "mm") + row("device at 20 degC", c.d20_mm, 1, "mm") +
+        sheet_row(c.by_material ? "material codes, pipe and device" : "expansion, pipe and device",
+                  fmt::format("{}, {}", c.pipe_material, c.device_material), c.by_material ? "" : "1/degC") +
+        row("roughness of the pipe", c.roughness_mm, 3, "mm");
+    if (is_orifice(c.device))
+        text += row("initial radius of the edge", c.edge_radius_mm, 3, "mm") +
+                row("interval between checks", c.interval_years, 1, "years");
+    if (c.device == configured_coefficient) text += row("flow coefficient", c.alpha_eps, 6);
+    return text;
+}
+
+std::string measured(const Channel& c, const Input& in) {
+    std::string text;
+    if (c.column_height_m != 0.0F)
+        text += row("liquid column", c.column_height_m, 3, "m") +
+                row("density of the column", c.column_density, 3, "kg/m3");
+    text += row("temperature", in.t_C, 2, "degC") + row("absolute pressure", in.p_Pa / 1e6F, 4, "MPa");
+    if (!is_meter(c.device))
+        text += row("differential pressure", in.dp / 1e3F, 3, "kPa");
+    else if (c.device != external_flow)
+        text += row("reading of the meter", in.dp, 4, c.device == meter_mass ? "t/h" : "m3/h");
+    return text;
+}
+
+std::string gas_constants(const Gas& gas) {
+    std::string text = sheet_row("compressibility by", method_name(gas.method));
+    if (gas.rho_c > 0.0F) text += row("density at standard conditions", gas.rho_c, 4, "kg/m3");
+    for (std::size_t i = 0; i < components.size(); ++i)
+        if (gas.x[i] != 0.0F)
+            text += gas.volume_fractions ? row(components[i].word, gas.x[i], 6, "volume fraction")
+                                         : row(components[i].word, gas.x[i], 4, "mol %");
+    if (gas.vapour > 0.0F) text += row("water vapour", gas.vapour, 4, "kg/m3");
+    return text;
+}
+
+std::string flows(const Channel& c, const Outcome& out) {
+    const std::string text = row("mass flow", out.q[0], 4, "t/h") + row("volume flow", out.q[1], 3, "m3/h");
+    if (!c.is_gas())
+        return text + row("heat flow", out.q[2], 4, "GJ/h") + row("heat flow", out.q[2] / 3.6F, 4, "MW");
+    return text + row("volume flow at standard conditions", out.q[2], 2, "m3/h") +
+           row(c.gas.by_higher_heat ? "energy flow, higher heat" : "energy flow, lower heat", out.q[3], 4,
+               "GJ/h");
+}
+
+// A step that passed, with its results.
+std::string passed(const Channel& c, const Outcome& out, Step step) {
+    const std::string_view state = c.is_gas() ? "computed" : phase_of(out.phase).title;
+    const std::array<std::string_view, 4> words{state, "computed", "within the limits of the device",
+                                                is_meter(c.device) ? "taken from the reading" : "solved"};
+    std::string text = sheet_step(step_name(step), words[static_cast<std::size_t>(step)]);
+    for (const Result& one : cycle_results) {
+        if (one.step != step || !has(c, one.whose)) continue;
+        const float value = out.*one.value;
+        const bool heat = one.value == &Outcome::lower_heat || one.value == &Outcome::higher_heat;
+        text += sheet_row(one.label, std::isnan(value) ? "-" : fmt::format(fmt::runtime(one.layout), value),
+                          heat ? c.heat_unit() : one.unit);
     }
-
-private:
-    void step(std::string_view name, std::string_view outcome) { text_ += sheet_step(name, outcome); }
-    void row(std::string_view label, std::string_view value, std::string_view unit = {}) {
-        text_ += sheet_row(label, value, unit);
-    }
-    // With so many decimals.
-    void row(std::string_view label, float value, int decimals, std::string_view unit = {}) {
-        row(label, fmt::format("{:.{}f}", value, decimals), unit);
-    }
-
-    [[nodiscard]] std::string_view medium() const {
-        if (c_.is_gas())
-            return is_by_density(c_.gas.method) ? "Natural gas by density" : "Natural gas by composition";
-        constexpr std::array<std::string_view, phases.size()> carriers{"Water or steam", "Water",
-                                                                       "Superheated steam", "Wet steam"};
-        return carriers[static_cast<std::size_t>(&phase_of(o_.phase) - phases.data())];
-    }
-
-    void title() {
-        text_ = fmt::format("{} channel {}: {}, {}\n", c_.is_gas() ? "Gas" : "Heat-carrier", c_.number,
-                            medium(), devices[static_cast<std::size_t>(c_.device - 1)].title);
-    }
-
-    void constants() {
-        if (is_meter(c_.device)) return;
-        row("pipe at 20 degC", c_.D20_mm, 1, "mm");
-        row("device at 20 degC", c_.d20_mm, 1, "mm");
-        row(c_.by_material ? "material codes, pipe and device" : "expansion, pipe and device",
-            fmt::format("{}, {}", c_.pipe_material, c_.device_material), c_.by_material ? "" : "1/degC");
-        row("roughness of the pipe", c_.roughness_mm, 3, "mm");
-        if (is_orifice(c_.device)) {
-            row("initial radius of the edge", c_.edge_radius_mm, 3, "mm");
-            row("interval between checks", c_.interval_years, 1, "years");
-        }
-        if (c_.device == configured_coefficient) row("flow coefficient", c_.alpha_eps, 6);
-    }
-
-    void measured() {
-        if (c_.column_height_m != 0.0F) {
-            row("liquid column", c_.column_height_m, 3, "m");
-            row("density of the column", c_.column_density, 3, "kg/m3");
-        }
-        row("temperature", o_.input.t_C, 2, "degC");
-        row("absolute pressure", o_.input.p_Pa / 1e6F, 4, "MPa");
-        if (!is_meter(c_.device))
-            row("differential pressure", o_.input.dp / 1e3F, 3, "kPa");
-        else if (c_.device != external_flow)
-            row("reading of the meter", o_.input.dp, 4, c_.device == meter_mass ? "t/h" : "m3/h");
-    }
-
-    void gas() {
-        const Gas& gas = c_.gas;
-        row("compressibility by", method_name(gas.method));
-        if (gas.rho_c > 0.0F) row("density at standard conditions", gas.rho_c, 4, "kg/m3");
-        for (std::size_t i = 0; i < components.size(); ++i)
-            if (gas.x[i] != 0.0F)
-                row(components[i].word, gas.x[i], gas.volume_fractions ? 6 : 4,
-                    gas.volume_fractions ? "volume fraction" : "mol %");
-        if (gas.vapour > 0.0F) row("water vapour", gas.vapour, 4, "kg/m3");
-    }
-
-    void state() {
-        if (!c_.is_gas()) {
-            step("state", phase_of(o_.phase).title);
-            row("saturation pressure at t", std::isnan(o_.ps_MPa) ? "-" : fmt::format("{:.5f}", o_.ps_MPa),
-                "MPa");
-            row("saturation temperature at p", o_.ts_C, 3, "degC");
-            return;
-        }
-        step("state", "computed");
-        row("sum of the composition as given", o_.sum, 4, c_.gas.volume_fractions ? "" : "mol %");
-        row("compressibility coefficient K", o_.K, 6);
-        row("density at standard conditions", o_.rho_c, 5, "kg/m3");
-    }
-
-    void properties() {
-        step("properties", "computed");
-        row("density", o_.rho, 4, "kg/m3");
-        row("dynamic viscosity", o_.mu_uPas, 3, "uPa s");
-        row("isentropic exponent", fmt::format("{:#.6g}", o_.kappa));
-        if (!c_.is_gas()) return row("specific enthalpy", o_.h_kJ_kg, 3, "kJ/kg");
-        const std::string_view unit = heat_unit(c_.gas.method, c_.gas.heat_unit, c_.gas.heat_basis);
-        row("lower heat of combustion", o_.lower_heat, 4, unit);
-        row("higher heat of combustion", o_.higher_heat, 4, unit);
-    }
-
-    void geometry() {
-        if (is_meter(c_.device)) return;
-        step("geometry", "within the limits of the device");
-        row("pipe at working temperature", o_.D_mm, 4, "mm");
-        row("device at working temperature", o_.d_mm, 4, "mm");
-        if (!is_standard()) return;
-        row("diameter ratio", o_.beta, 6);
-        row("velocity-of-approach factor", o_.E, 6);
-        row("correction for edge bluntness", o_.K_p, 6);
-    }
-
-    void flow() {
-        step("flow", is_meter(c_.device) ? "taken from the reading" : "solved");
-        if (!is_meter(c_.device)) row("Reynolds number", fmt::format("{:.5e}", o_.Re));
-        if (is_standard()) {
-            row("discharge coefficient", o_.C, 6);
-            row("correction for roughness", o_.K_sh, 6);
-        }
-        if (!is_meter(c_.device)) row("expansibility factor", o_.epsilon, 6);
-        row("mass flow", o_.q[0], 4, "t/h");
-        row("volume flow", o_.q[1], 3, "m3/h");
-        if (c_.is_gas()) {
-            row("volume flow at standard conditions", o_.q[2], 2, "m3/h");
-            row(c_.gas.by_higher_heat ? "energy flow, higher heat" : "energy flow, lower heat", o_.q[3], 4,
-                "GJ/h");
-        } else {
-            row("heat flow", o_.q[2], 4, "GJ/h");
-            row("heat flow", o_.q[2] / 3.6F, 4, "MW");
-        }
-    }
-
-    [[nodiscard]] bool is_standard() const { return c_.device <= static_cast<short>(standard_devices); }
-
-    const Channel& c_;
-    const Outcome& o_;
-    std::string text_;
-};
+    return step == Step::flow ? text + flows(c, out) : text;
+}
 
 }  // namespace
 
@@ -163,6 +94,15 @@ std::string sheet_row(std::string_view label, std::string_view value, std::strin
     return fmt::format("    {:<34}{:>14}{}{}\n", label, value, unit.empty() ? "" : "  ", unit);
 }
 
-std::string sheet(const Channel& channel, const Outcome& outcome) { return Sheet(channel, outcome).print(); }
+std::string sheet(const Channel& c, const Outcome& out) {
+    const bool meter = is_meter(c.device);
+    std::string text = title(c, out) + (meter ? "" : pipeline(c)) + measured(c, out.input);
+    if (c.is_gas()) text += gas_constants(c.gas);
+    text += sheet_step("set-up", meter ? "constants accepted" : "pipeline constants accepted");
+    for (const Step step : {Step::state, Step::properties, Step::geometry, Step::flow})
+        if (out.passed(step) && !(meter && step == Step::geometry)) text += passed(c, out, step);
+    return out.reached == Step::done ? text
+                                     : text + sheet_step(step_name(out.reached), "refused: " + out.reason);
+}
 
 }  // namespace kalorfix::tool::station

@@ -68,6 +68,10 @@ struct Channel {
     std::array<Accounting, most_integrators> accounting{};
 
     [[nodiscard]] bool is_gas() const { return medium == Medium::gas; }
+    /// Of its heats of combustion; nothing for a heat carrier.
+    [[nodiscard]] std::string_view heat_unit() const {
+        return is_gas() ? tool::heat_unit(gas.method, gas.heat_unit, gas.heat_basis) : "";
+    }
 };
 
 /// Device codes by what they need.

@@ -46,7 +46,8 @@ std::vector<Key> gas_keys() {
         {"nitrogen_pct", "nx19, gerg91", percent},
         {"carbon_dioxide_pct", "nx19, gerg91", percent},
         {"composition",
-         "aga8, vnic: composition file, seen from the station file; or the keys of the components"}};
+         fmt::format("aga8, vnic: composition file, seen from the station file; or keys {} to {}, mol %",
+                     component_key(0), component_key(components.size() - 1))}};
     for (std::size_t i = 0; i < components.size(); ++i)
         keys.push_back({component_key(i), "aga8, vnic", percent, 0.0F});
     const std::vector<Key> rest{
@@ -92,51 +93,40 @@ const std::vector<Key>& keys_of(Medium medium) {
     return medium == Medium::gas ? gas : heat;
 }
 
-// Words in lines that begin at a column.
-std::string wrapped(std::string_view text, std::size_t column) {
-    constexpr std::size_t width = 88;
-    std::string lines(column, ' ');
-    std::size_t used = column;
+// A name and beside it a text in lines of its own column.
+std::string wrapped(const std::string& name, const std::string& text) {
+    constexpr std::size_t column = 35, width = 100;
+    std::string lines, line = fmt::format("{:<{}}", name, column - 1);
     for (const std::string_view word : words(text)) {
-        if (used + word.size() > width) {
-            lines += "\n" + std::string(column, ' ');
-            used = column;
+        if (line.size() + 1 + word.size() > width) {
+            lines += line + "\n";
+            line = std::string(column - 1, ' ');
         }
-        (lines += word) += ' ';
-        used += word.size() + 1;
+        line += " " + std::string(word);
     }
-    return lines;
+    return lines + line + "\n";
 }
 
 std::string reference(const std::string& title, const std::vector<Key>& keys) {
-    constexpr std::size_t name_column = 2, text_column = 26;
     std::string text = "\n" + title + ":\n";
-    for (auto key = keys.begin(); key != keys.end();) {
-        // Keys of one meaning stand together.
-        std::string names = key->name;
-        auto next = key + 1;
-        for (; next != keys.end() && next->what == key->what && next->accepted() == key->accepted(); ++next)
-            names += ", " + next->name;
-        std::string meaning = key->words.empty() && key->limits.high == 0.0 ? "" : key->accepted();
-        if (key->otherwise && !key->words.empty())
-            meaning += fmt::format(" ({})", key->words[static_cast<std::size_t>(*key->otherwise)]);
-        else if (key->otherwise)
-            meaning += fmt::format(" ({})", *key->otherwise);
-        meaning = wrapped(meaning + (meaning.empty() ? "" : ": ") + key->what, text_column);
-        names = wrapped(names, name_column);
-        if (names.size() <= text_column)
-            meaning.replace(0, names.size(), names);
-        else
-            text += names + "\n";
-        text += meaning + "\n";
-        key = next;
+    for (const Key& key : keys) {
+        if (key.name.starts_with("x_")) continue;  // told of with the composition
+        std::string meaning = key.accepted() + (key.accepted().empty() ? "" : ": ") + key.what;
+        if (key.otherwise && key.words.empty())
+            meaning += fmt::format(" ({})", *key.otherwise);
+        else if (key.otherwise)
+            meaning += fmt::format(" ({})", key.words[static_cast<std::size_t>(*key.otherwise)]);
+        text += wrapped("  " + key.name, meaning);
     }
     return text;
 }
 
 }  // namespace
 
-std::string Key::accepted() const { return words.empty() ? limits.text() : joined(words); }
+std::string Key::accepted() const {
+    if (!words.empty()) return joined(words);
+    return limits.high == 0.0 ? "" : limits.text();
+}
 
 std::string component_key(std::size_t i) { return fmt::format("x_{}_pct", components[i].word); }
 
@@ -168,8 +158,6 @@ Keys::Keys(const std::string& file, const Section& section, Medium medium)
     }
 }
 
-const Key& Keys::known(std::string_view key) const { return *std::ranges::find(known_, key, &Key::name); }
-
 bool Keys::has(std::string_view key) const {
     return std::ranges::find(section_.entries, key, &Entry::key) != section_.entries.end();
 }
@@ -181,27 +169,22 @@ const Entry* Keys::find(std::string_view key) {
 }
 
 float Keys::number(std::string_view key, std::optional<float> otherwise) {
-    const Key& what = known(key);
+    const Key& what = *std::ranges::find(known_, key, &Key::name);
     const Entry* const entry = find(key);
     if (!otherwise) otherwise = what.otherwise;
     if (!entry && !otherwise) fail(fmt::format("lacks {} (accepted: {})", key, what.accepted()));
     if (!entry) return *otherwise;
+    if (!what.words.empty()) {
+        const auto found = std::ranges::find(what.words, entry->value);
+        if (found != what.words.end()) return static_cast<float>(found - what.words.begin());
+        fail(*entry, fmt::format("expected one of {}, not {}", what.accepted(), quoted(entry->value)));
+    }
     const std::optional<double> value = number_within(entry->value, what.limits);
     if (what.whole && (!value || !parse<int>(entry->value)))
-        fail(*entry, fmt::format("expected a whole number within {}, not '{}'", what.accepted(), entry->value));
+        fail(*entry,
+             fmt::format("expected a whole number within {}, not {}", what.accepted(), quoted(entry->value)));
     if (!value) fail(*entry, expected_within(entry->value, what.limits));
     return static_cast<float>(*value);
-}
-
-short Keys::choice(std::string_view key) {
-    const Key& what = known(key);
-    const Entry* const entry = find(key);
-    if (!entry && !what.otherwise) fail(fmt::format("lacks {} (accepted: {})", key, what.accepted()));
-    if (!entry) return static_cast<short>(*what.otherwise);
-    const auto found = std::ranges::find(what.words, entry->value);
-    if (found == what.words.end())
-        fail(*entry, fmt::format("expected one of {}, not '{}'", what.accepted(), entry->value));
-    return static_cast<short>(found - what.words.begin());
 }
 
 void Keys::finish(std::string_view because) const {

@@ -1,4 +1,5 @@
-// The keys of a station file: what each is and accepts, and the keys of one section, known, given once, in range.
+// A station file: its sections, read with the library's own INI reader, what each key is and accepts, and the keys of one section, known,
+// given once, in range.
 #pragma once
 
 #include <optional>
@@ -7,11 +8,28 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/numbers.h"
-#include "tools/station/ini_sections.h"
 #include "tools/station/station.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
+
+struct Entry {
+    std::string key, value;
+    int line;
+};
+
+struct Section {
+    std::vector<std::string> words;  ///< of the header, 1..3
+    int line;
+    std::vector<Entry> entries;
+
+    /// The header as it stands in the file, such as [GAS 1].
+    [[nodiscard]] std::string title() const;
+};
+
+/// Reads every section with its keys. Throws InputError with file and line for what the reader would pass over in
+/// silence: text that is no key, a header in mid-line, lines that are too long, control characters.
+[[nodiscard]] std::vector<Section> read_sections(const host::Library& library, const std::string& file);
 
 /// What a key is and accepts.
 struct Key {
@@ -41,10 +59,9 @@ public:
     /// The text of a key; null when it is not given.
     const Entry* find(std::string_view key);
 
-    /// A number within its limits. `otherwise` holds where the key is left out, before that of the table.
+    /// A number within its limits, or the number of a word. `otherwise` holds where the key is left out, before that of the table.
     float number(std::string_view key, std::optional<float> otherwise = {});
-    /// The number of a word.
-    short choice(std::string_view key);
+    short choice(std::string_view key) { return static_cast<short>(number(key)); }
 
     /// Throws InputError for a known key that nothing has asked for: it has no meaning beside the others.
     void finish(std::string_view because) const;
@@ -53,7 +70,6 @@ public:
     [[noreturn]] void fail(const std::string& what) const;
 
 private:
-    [[nodiscard]] const Key& known(std::string_view key) const;
     std::string file_;
     const Section& section_;
     const std::vector<Key>& known_;

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "tools/numbers.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -18,7 +18,8 @@ std::optional<double> parse_date(std::string_view text) {
     if (whole.size() == length && whole[10] == ' ') whole[10] = 'T';
     int year = 0, hour = 0, minute = 0, second = 0;
     unsigned month = 0, day = 0;
-    if (std::sscanf(whole.c_str(), "%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) != 6)
+    if (std::sscanf(whole.c_str(), "%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) !=
+        6)
         return std::nullopt;
     const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
                                            std::chrono::day(day)};
