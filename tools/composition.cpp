@@ -19,10 +19,9 @@ GivenComposition read_composition(const std::string& file) {
     while (lines.next_entry(line)) {
         const std::vector<std::string_view> cells = split(line, ',');
         if (cells.size() != 2) lines.fail("expected two columns, such as methane,96.5, not " + quoted(line));
-        const auto* const found = std::ranges::find(components, cells[0], &Component::word);
+        const auto* const found = std::ranges::find(components, cells[0]);
         if (found == components.end())
-            lines.fail("no such component: " + quoted(cells[0]) + "; there are " +
-                       joined(components, &Component::word));
+            lines.fail("no such component: " + quoted(cells[0]) + "; there are " + joined(components));
         const auto i = static_cast<std::size_t>(found - components.begin());
         if (seen[i]) lines.fail(std::string(cells[0]) + " stands here for the second time");
         seen[i] = true;

@@ -155,7 +155,7 @@ short find_method(const std::string& name) {
 
 double number_of(const char* option, const std::string& text, const Limits& limits) {
     const std::optional<double> value = number_within(text, limits);
-    if (!value) throw InputError(fmt::format("{}: {}", option, expected_within(text, limits)));
+    if (!value) throw InputError(option, ": ", expected_within(text, limits));
     return *value;
 }
 
@@ -163,7 +163,7 @@ Gas read_gas(const Request& request) {
     Gas gas{.method = find_method(request.method)};
     const auto* const heat = std::ranges::find(heat_units, request.heat, &HeatUnit::word);
     if (heat == heat_units.end())
-        throw InputError(fmt::format("--heat {}: there are kJ0, kcal0, kJ20 and kcal20", request.heat));
+        throw InputError("--heat ", request.heat, ": there are kJ0, kcal0, kJ20 and kcal20");
     gas.heat_unit = static_cast<char>((heat - heat_units.begin()) % 2);
     gas.heat_basis = static_cast<char>((heat - heat_units.begin()) / 2);
     gas.vapour = number_of("--vapour", request.vapour, {0.0, 1000.0, "kg/m3"});
@@ -174,7 +174,7 @@ Gas read_gas(const Request& request) {
         return gas;
     }
     if (!gas.by_density())
-        throw InputError(fmt::format("--composition: {} needs a composition file", method_name(gas.method)));
+        throw InputError("--composition: ", method_name(gas.method), " needs a composition file");
     if (request.rho_c.empty())
         throw InputError(
             "--rho-c: give the density at standard conditions in kg/m3, such as --rho-c 0.68, or "
@@ -200,7 +200,7 @@ void reduce_to_density(const host::Library& library, Gas& gas) {
 }
 
 Range range_of(const char* option, const std::string& text, const Limits& limits, const char* example) {
-    if (text.empty()) throw InputError(fmt::format("{}: give {}", option, example));
+    if (text.empty()) throw InputError(option, ": give ", example);
     return parse_range(option, text, limits, true);
 }
 

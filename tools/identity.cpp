@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -16,14 +14,6 @@
 
 namespace kalorfix::tool {
 namespace {
-
-std::optional<std::string> content_of(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string content{std::istreambuf_iterator<char>(in), {}};
-    if (in.bad()) return std::nullopt;
-    return content;
-}
 
 std::string sha256(const std::string& content) {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
@@ -72,16 +62,11 @@ Command id_command() {
         print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
         if (const std::string own = host::gas_data_of(path); !own.empty()) print_file("  or", own);
         fmt::print("directories\n");
-        const std::pair<const char*, const char*> rows[] = {{"TORNPATH", p.TORNPATH},
-                                                            {"PATHDB", p.PATHDB},
-                                                            {"PRG", p.PRG},
-                                                            {"SYSTEM", p.SYSTEM},
-                                                            {"LIB", p.LIB},
-                                                            {"DIC", p.DIC},
-                                                            {"SETTINGS", p.SETTINGS},
-                                                            {"PRG_DEBUG", p.PRG_DEBUG},
-                                                            {"XML_SETTINGS", p.XML_SETTINGS}};
-        for (const auto& [name, directory] : rows) fmt::print("  {:<14}{}\n", name, directory);
+        constexpr std::array names{"TORNPATH", "PATHDB",   "PRG",       "SYSTEM",      "LIB",
+                                   "DIC",      "SETTINGS", "PRG_DEBUG", "XML_SETTINGS"};
+        const std::array paths{p.TORNPATH, p.PATHDB,   p.PRG,       p.SYSTEM,      p.LIB,
+                               p.DIC,      p.SETTINGS, p.PRG_DEBUG, p.XML_SETTINGS};
+        for (std::size_t k = 0; k < names.size(); ++k) fmt::print("  {:<14}{}\n", names[k], paths[k]);
         return 0;
     };
     return {"id", "Version, build, digests of library and gas data, paths.", "", {}, {}, run};

@@ -80,25 +80,14 @@ inline constexpr std::array<Phase, 4> phases{{{"from_state", "undecided", "undec
     return phases[code >= 0 && code < 4 ? static_cast<std::size_t>(code) : 0];
 }
 
-struct Component {
-    std::string_view word, formula;
-};
-/// The 15 of a composition, in its order.
-inline constexpr std::array<Component, 15> components{{{"methane", "CH4"},
-                                                       {"ethane", "C2H6"},
-                                                       {"propane", "C3H8"},
-                                                       {"n-butane", "nC4H10"},
-                                                       {"i-butane", "iC4H10"},
-                                                       {"n-pentane", "nC5H12"},
-                                                       {"i-pentane", "iC5H12"},
-                                                       {"hexanes", "C6H14"},
-                                                       {"heptanes", "C7H16"},
-                                                       {"octanes", "C8H18"},
-                                                       {"nitrogen", "N2"},
-                                                       {"carbon_dioxide", "CO2"},
-                                                       {"hydrogen_sulphide", "H2S"},
-                                                       {"helium", "He"},
-                                                       {"carbon_monoxide", "CO"}}};
+/// The 15 components of a composition, in its order.
+inline constexpr std::array<std::string_view, 15> components{
+    "methane",   "ethane",         "propane",           "n-butane", "i-butane",
+    "n-pentane", "i-pentane",      "hexanes",           "heptanes", "octanes",
+    "nitrogen",  "carbon_dioxide", "hydrogen_sulphide", "helium",   "carbon_monoxide"};
+inline constexpr std::array<std::string_view, 15> formulas{"CH4",    "C2H6",   "C3H8",  "nC4H10", "iC4H10",
+                                                           "nC5H12", "iC5H12", "C6H14", "C7H16",  "C8H18",
+                                                           "N2",     "CO2",    "H2S",   "He",     "CO"};
 inline constexpr std::size_t nitrogen = 10, carbon_dioxide = 11;
 /// Of these the 8 that VNIC SMV folds them onto.
 inline constexpr std::array<std::size_t, 8> vnic_components{0, 1, 2, 3, 4, 10, 11, 12};

@@ -16,13 +16,12 @@ namespace {
 std::size_t chosen_quantity(const StateRequest& request, const std::vector<Drawable>& offered) {
     if (request.quantity.empty()) return 0;
     if (request.svg_file.empty())
-        throw InputError(
-            fmt::format("--quantity {}: says what --svg draws; give --svg FILE too", request.quantity));
+        throw InputError("--quantity ", request.quantity, ": says what --svg draws; give --svg FILE too");
     const auto found = std::ranges::find(offered, request.quantity, &Drawable::name);
     if (found != offered.end()) return static_cast<std::size_t>(found - offered.begin());
     std::string names = joined(offered, &Drawable::name);
     names.replace(names.rfind(", "), 2, " and ");
-    throw InputError(fmt::format("--quantity {}: there are {}", request.quantity, names));
+    throw InputError("--quantity ", request.quantity, ": there are ", names);
 }
 
 }  // namespace
@@ -34,9 +33,7 @@ std::vector<Option> output_options(StateRequest& request, const std::string& qua
 }
 
 Range parse_range(std::string_view option, const std::string& text, const Limits& limits, bool ends_excluded) {
-    const auto fail = [&](std::string_view what) {
-        return InputError(fmt::format("{} {}: {}", option, text, what));
-    };
+    const auto fail = [&](const auto&... what) { return InputError(option, " ", text, ": ", what...); };
     constexpr std::string_view forms = "expected a number or start:stop:step, such as 150 or 20:200:20";
     std::vector<double> parts;
     for (const std::string_view part : split(text, ':')) {
@@ -52,14 +49,13 @@ Range parse_range(std::string_view option, const std::string& text, const Limits
         // The stop belongs to the range when rounding alone keeps a step from hitting it.
         constexpr double rounding = 1e-9;
         const double whole = std::floor(steps + rounding);
-        if (whole + 1.0 > static_cast<double>(max_rows)) throw fail(fmt::format("at most {} values", max_rows));
+        if (whole + 1.0 > static_cast<double>(max_rows)) throw fail("at most ", max_rows, " values");
         const double end = steps - whole < rounding ? parts[1] : parts[0] + whole * parts[2];
         range = {parts[0], parts[2], static_cast<std::size_t>(whole) + 1, end};
     }
     for (const double end : {range.start, range.last()})
         if (!(ends_excluded ? limits.low < end && end < limits.high : limits.low <= end && end <= limits.high))
-            throw fail(
-                fmt::format("must lie within {}{}", limits.text(), ends_excluded ? ", the ends excluded" : ""));
+            throw fail("must lie within ", limits.text(), ends_excluded ? ", the ends excluded" : "");
     return range;
 }
 
@@ -70,7 +66,7 @@ void Grid::for_each(const std::function<void(double t_C, double p_MPa)>& visit) 
 
 void require_size(const Grid& grid) {
     if (grid.t_C.count > max_rows / grid.p_MPa.count)
-        throw InputError(fmt::format("--t, --p: at most {} rows in all", max_rows));
+        throw InputError("--t, --p: at most ", max_rows, " rows in all");
 }
 
 void draw_curves(const StateRequest& request, const std::string& title, const std::vector<Drawable>& offered,
@@ -88,8 +84,8 @@ void draw_curves(const StateRequest& request, const std::string& title, const st
     const Range& each = over_t ? grid.p_MPa : grid.t_C;
     if (along.count < 2) throw InputError("--svg: a curve needs a range, such as --t 20:200:5");
     if (each.count > svg::most_curves)
-        throw InputError(fmt::format("--svg: at most {} lines; the other range has {} values", svg::most_curves,
-                                     each.count));
+        throw InputError("--svg: at most ", svg::most_curves, " lines; the other range has ", each.count,
+                         " values");
 
     const bool other_matters = std::isfinite(each.start);
     svg::Plot plot{

@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <utility>
 
 namespace kalorfix::tool {
@@ -11,13 +12,12 @@ namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-// In as few digits as tell it from others, without an exponent.
+}  // namespace
+
 std::string plain(double value) {
     std::array<char, 400> digits;
     return {digits.data(), std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr};
 }
-
-}  // namespace
 
 std::optional<double> number(std::string_view text) {
     const std::optional<double> value = parse<double>(text);
@@ -48,6 +48,13 @@ std::string_view trimmed(std::string_view text, std::string_view blanks) {
     return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
+std::string csv_cell(const std::string& text) {
+    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (const char c : text) out.append(c == '"' ? 2 : 1, c);
+    return out + '"';
+}
+
 void split(std::string_view text, char separator, std::vector<std::string_view>& cells) {
     cells.clear();
     for (std::size_t begin = 0; begin <= text.size();) {
@@ -74,6 +81,27 @@ std::vector<std::string_view> words(std::string_view text) {
         begin = end;
     }
     return found;
+}
+
+std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size_t left) {
+    std::vector<std::size_t> width(rows.front().size());
+    for (const auto& cells : rows)
+        for (std::size_t k = 0; k < cells.size(); ++k) width[k] = std::max(width[k], cells[k].size());
+    std::string text;
+    for (const auto& cells : rows)
+        for (std::size_t k = 0; k < cells.size(); ++k) {
+            const std::string fill(width[k] - cells[k].size(), ' ');
+            text += k < left ? cells[k] + fill : fill + cells[k];
+            text += k + 1 < cells.size() ? "  " : "\n";
+        }
+    return text;
+}
+
+std::optional<std::string> content_of(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string content{std::istreambuf_iterator<char>(in), {}};
+    return in.bad() ? std::nullopt : std::optional(std::move(content));
 }
 
 Lines::Lines(const std::string& file, const std::string& what)
@@ -116,12 +144,6 @@ void Lines::rewind() {
     in_.seekg(start_);
     if (!in_) throw InputError(name_ + ": cannot be read from its beginning");
     number_ = consumed_ = 0;
-}
-
-void Lines::fail(const std::string& what, std::string_view part) const {
-    std::string place = name_ + ":" + std::to_string(std::max<std::uint64_t>(number_, 1));
-    if (part.data()) place += ":" + std::to_string(part.data() - begin_ + 1);
-    throw InputError(place + ": " + what);
 }
 
 }  // namespace kalorfix::tool

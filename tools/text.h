@@ -9,13 +9,34 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 namespace kalorfix::tool {
 
+/// In as few digits as tell it from others, without an exponent.
+[[nodiscard]] std::string plain(double value);
+
+/// Texts and numbers one behind the other.
+template <class... Parts>
+[[nodiscard]] std::string cat(const Parts&... parts) {
+    std::string all;
+    const auto add = [&all](const auto& part) {
+        if constexpr (std::is_integral_v<std::remove_cvref_t<decltype(part)>>)
+            all += std::to_string(part);
+        else if constexpr (std::is_floating_point_v<std::remove_cvref_t<decltype(part)>>)
+            all += plain(static_cast<double>(part));
+        else
+            all += part;
+    };
+    (add(parts), ...);
+    return all;
+}
+
 /// Thrown for input that the user can put right: one line that says what, where and what would be right.
 struct InputError : std::runtime_error {
-    using std::runtime_error::runtime_error;
+    template <class... Parts>
+    explicit InputError(const Parts&... parts) : std::runtime_error(cat(parts...)) {}
 };
 
 /// A whole text as a number, nan and inf included; nothing for anything else. Integers may have a base.
@@ -48,6 +69,9 @@ struct Limits {
 /// Without the blanks around it.
 [[nodiscard]] std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r");
 
+/// A cell of CSV, in quotes if it needs them.
+[[nodiscard]] std::string csv_cell(const std::string& text);
+
 /// The cells between separators, trimmed.
 void split(std::string_view text, char separator, std::vector<std::string_view>& cells);
 [[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
@@ -66,6 +90,12 @@ template <class List, class Name = std::identity>
     }
     return all;
 }
+
+/// Rows in columns two blanks apart, the first `left` of them to the left and the others to the right.
+[[nodiscard]] std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size_t left);
+
+/// All bytes of a file; nothing when it cannot be read.
+[[nodiscard]] std::optional<std::string> content_of(const std::string& file);
 
 /// The lines of a text file one after another, in constant memory.
 class Lines {
@@ -89,8 +119,15 @@ public:
     [[nodiscard]] std::uint64_t number() const { return number_; }  ///< of the line at hand, from 1
     [[nodiscard]] std::uint64_t bytes_read() const { return consumed_; }
 
-    /// Throws InputError "file:line: what", with the column where a part of the line is given.
-    [[noreturn]] void fail(const std::string& what, std::string_view part = {}) const;
+    /// Throws InputError "file:line: what", or "file:line:column: what" for a part of the line.
+    template <class... Parts>
+    [[noreturn]] void fail(const Parts&... what) const {
+        throw InputError(name_, ":", number_ == 0 ? 1 : number_, ": ", what...);
+    }
+    template <class... Parts>
+    [[noreturn]] void fail_at(std::string_view part, const Parts&... what) const {
+        throw InputError(name_, ":", number_, ":", part.data() - begin_ + 1, ": ", what...);
+    }
 
 private:
     std::ifstream file_;

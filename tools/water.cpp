@@ -40,7 +40,7 @@ State compute(const host::Library& library, const Request& request, double t, do
     s.p_MPa = request.saturated ? s.ps_MPa : p_MPa;
     if (library->t_param_1(t, p, request.saturated ? saturated_mode : state_mode, &s.rho, &s.mu, &s.h,
                            &s.kappa) != 0)
-        throw InputError(fmt::format("no state at {} degC and {} MPa", t, p_MPa));
+        throw InputError("no state at ", t, " degC and ", p_MPa, " MPa");
     return s;
 }
 
@@ -94,7 +94,7 @@ void print_row(const Request& request, const State& s) {
 Grid check(Request& request) {
     request.saturated = request.mode == "saturated";
     if (!request.saturated && request.mode != "state")
-        throw InputError(fmt::format("--mode: {} not in {{state,saturated}}", request.mode));
+        throw InputError("--mode: ", request.mode, " not in {state,saturated}");
     const std::optional<double> dp = number_within(request.dp, p_limits);
     if (!dp) throw InputError("--dp: " + expected_within(request.dp, p_limits));
     request.dp_MPa = *dp;

@@ -47,8 +47,7 @@ private:
 
     void start_table(std::string_view header) {
         if (!tables_.empty()) check_complete();
-        if (header.size() < 3 || header.back() != ']')
-            lines_.fail("expected [function], found " + std::string(header));
+        if (header.size() < 3 || header.back() != ']') lines_.fail("expected [function], found ", header);
         tables_.push_back({std::string(header.substr(1, header.size() - 2)), {}, {}, {}, line()});
         settings_ = {};
     }
@@ -68,13 +67,12 @@ private:
         else if (key == "columns:")
             columns(words(text));
         else
-            lines_.fail("unknown setting " + std::string(key));
+            lines_.fail("unknown setting ", key);
     }
 
     void deviation(std::string_view text) {
         const std::size_t space = text.find(' ');
-        if (space == std::string_view::npos)
-            lines_.fail("expected name=bound and a reason, found " + std::string(text));
+        if (space == std::string_view::npos) lines_.fail("expected name=bound and a reason, found ", text);
         for (const auto& [name, bound] : assignments(text.substr(0, space)))
             settings_.deviations[name] = {tolerance_of(bound), std::string(tool::trimmed(text.substr(space)))};
     }
@@ -83,8 +81,7 @@ private:
         Assignments found;
         for (const std::string_view token : words(text)) {
             const std::size_t equals = token.find('=');
-            if (equals == std::string_view::npos)
-                lines_.fail("expected name=value, found " + std::string(token));
+            if (equals == std::string_view::npos) lines_.fail("expected name=value, found ", token);
             found.emplace_back(token.substr(0, equals), token.substr(equals + 1));
         }
         return found;
@@ -102,8 +99,8 @@ private:
         const auto& [inputs, outputs, fixed, tolerances, deviations] = settings_;
         if (outputs.empty()) lines_.fail("a row before its columns");
         if (tokens.size() != 1 + inputs.size() + outputs.size())
-            lines_.fail("expected " + std::to_string(1 + inputs.size() + outputs.size()) + " columns, found " +
-                        std::to_string(tokens.size()));
+            lines_.fail(
+                tool::cat("expected ", 1 + inputs.size() + outputs.size(), " columns, found ", tokens.size()));
         Case result{std::string(tokens[0]), line(), fixed, {}};
         for (std::size_t k = 0; k < inputs.size(); ++k) result.inputs[inputs[k]] = value_of(tokens[1 + k]);
         for (std::size_t k = 0; k < outputs.size(); ++k)
@@ -127,7 +124,7 @@ private:
 
     [[nodiscard]] double value_of(std::string_view text) const {
         const std::optional<double> value = parse_value(text);
-        if (!value) lines_.fail("not a number or a known word: " + std::string(text));
+        if (!value) lines_.fail("not a number or a known word: ", text);
         return *value;
     }
 

@@ -4,6 +4,7 @@
 
 #include "tools/gasdat/gas_file.h"
 #include "tools/names.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::gasdat {
 namespace {
@@ -46,8 +47,8 @@ private:
             for (std::size_t column = 0; column < sheet.columns.size(); ++column)
                 for (std::size_t row = 0; row < sheet.rows.size(); ++row)
                     if (sheet.position(row, column) == position)
-                        return std::string(table) + " [" + std::string(sheet.name) + ", row " +
-                               sheet.rows[row] + ", column " + sheet.columns[column].name + "]";
+                        return cat(table, " [", sheet.name, ", row ", sheet.rows[row], ", column ",
+                                   sheet.columns[column].name, "]");
         return std::string(table);
     }
     void report(std::string_view table, std::size_t k, const std::string& what) {
@@ -75,7 +76,7 @@ void Judge::values() {
             if (!std::isfinite(value))
                 report(b.name, k, "must be a number");
             else if (!(b.low <= value && value <= b.high))
-                report(b.name, k, "must lie within " + short_number(b.low) + ".." + short_number(b.high));
+                report(b.name, k, cat("must lie within ", short_number(b.low), "..", short_number(b.high)));
             else if (b.whole && value != std::floor(value))
                 report(b.name, k, "must be a whole number");
             else if (b.name == "un" && 2.0 * value != std::floor(2.0 * value))
@@ -129,9 +130,9 @@ void Judge::heat_capacities() {
         for (std::size_t m = 0; m < falling_terms[i]; ++m)
             cp += number("B1ij", 6 * i + m) * std::pow(ratio, -1.0 - static_cast<double>(m));
         if (!(lowest <= cp && cp <= highest))
-            found.push_back("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row " +
-                            std::string(components[vnic_components[i]].word) + "]: cp/R at 300 K is " +
-                            short_number(cp) + ", must lie within 2.4..30");
+            found.push_back(cat("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row ",
+                                components[vnic_components[i]], "]: cp/R at 300 K is ", short_number(cp),
+                                ", must lie within 2.4..30"));
     }
 }
 
@@ -140,8 +141,7 @@ void Judge::heat_capacities() {
 std::vector<std::string> faults(const GasFile& file) {
     Judge judge(file);
     if (file.size != file_size)
-        judge.found.push_back("the file has " + std::to_string(file.size) + " bytes, must have " +
-                              std::to_string(file_size));
+        judge.found.push_back(cat("the file has ", file.size, " bytes, must have ", file_size));
     judge.values();
     if (file.count < value_count) return judge.found;
     judge.symmetry();

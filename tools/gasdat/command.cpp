@@ -32,12 +32,11 @@ int show(const Request& request) {
         return 0;
     }
     if (file.count < value_count)
-        throw InputError(fmt::format("{}: has only {} of {} values; a set of tables needs all", request.file,
-                                     file.count, value_count));
+        throw InputError(request.file, ": has only ", file.count, " of ", value_count,
+                         " values; a set of tables needs all");
     std::error_code failed;
     std::filesystem::create_directories(directory, failed);
-    if (failed)
-        throw InputError(fmt::format("{}: cannot make this directory: {}", directory, failed.message()));
+    if (failed) throw InputError(directory, ": cannot make this directory: ", failed.message());
     for (const gasdat::Sheet& sheet : gasdat::sheets())
         write_file(fmt::format("{}/{}.csv", directory, sheet.name), gasdat::csv(sheet, file.values));
     fmt::print("{}: {} tables", directory, gasdat::sheets().size());

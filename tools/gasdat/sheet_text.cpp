@@ -24,21 +24,19 @@ void fill_row(const Sheet& sheet, const Lines& lines, const std::vector<std::str
               std::vector<bool>& seen, Values& values) {
     const auto found = std::ranges::find(sheet.rows, cells.front());
     if (found == sheet.rows.end())
-        lines.fail("no such row: " + quoted(cells.front()) + "; " + std::string(sheet.name) + " has " +
-                   joined(sheet.rows));
+        lines.fail("no such row: ", quoted(cells.front()), "; ", sheet.name, " has ", joined(sheet.rows));
     const auto row = static_cast<std::size_t>(found - sheet.rows.begin());
     if (seen[row]) lines.fail("row " + *found + " stands here for the second time");
     seen[row] = true;
     if (cells.size() != 1 + sheet.columns.size())
-        lines.fail("expected " + std::to_string(1 + sheet.columns.size()) + " columns, found " +
-                   std::to_string(cells.size()));
+        lines.fail("expected ", 1 + sheet.columns.size(), " columns, found ", cells.size());
     for (std::size_t column = 0; column < sheet.columns.size(); ++column) {
         const std::string_view cell = cells[column + 1];
         const std::optional<float> value = parse_number(cell);
         if (!value && cell == missing)
-            lines.fail("no value for " + sheet.columns[column].name + "; a gas data file needs all of them");
+            lines.fail("no value for ", sheet.columns[column].name, "; a gas data file needs all of them");
         if (!value)
-            lines.fail("expected a number for " + sheet.columns[column].name + " in single precision, not " +
+            lines.fail("expected a number for ", sheet.columns[column].name, " in single precision, not ",
                        quoted(cell));
         values[sheet.position(row, column)] = *value;
     }
@@ -57,9 +55,9 @@ bool fill(const Sheet& sheet, Lines& lines, bool listing, std::string_view& line
             lines.fail("expected the columns " + joined(heading(sheet)));
         begun = true;
     }
-    if (!begun) throw InputError(lines.name() + ": the table " + std::string(sheet.name) + " is empty");
+    if (!begun) throw InputError(lines.name(), ": the table ", sheet.name, " is empty");
     for (std::size_t row = 0; row < seen.size(); ++row)
-        if (!seen[row]) lines.fail("row " + sheet.rows[row] + " is missing in " + std::string(sheet.name));
+        if (!seen[row]) lines.fail("row ", sheet.rows[row], " is missing in ", sheet.name);
     return more;
 }
 
@@ -68,7 +66,7 @@ Values read_directory(const std::string& directory) {
     std::vector<std::string> known;
     std::string_view line;
     for (const Sheet& sheet : sheets()) {
-        known.push_back(std::string(sheet.name) + ".csv");
+        known.push_back(cat(sheet.name, ".csv"));
         Lines lines((fs::path(directory) / known.back()).string(), what);
         fill(sheet, lines, false, line, values);
     }
@@ -94,13 +92,12 @@ Values read_listing(const std::string& file) {
         const auto sheet = std::ranges::find(sheets(), name, &Sheet::name);
         if (sheet == sheets().end()) lines.fail("no such table: " + quoted(name));
         const auto index = static_cast<std::size_t>(sheet - sheets().begin());
-        if (seen[index]) lines.fail("table " + std::string(name) + " stands here for the second time");
+        if (seen[index]) lines.fail("table ", name, " stands here for the second time");
         seen[index] = true;
         more = fill(*sheet, lines, true, line, values);
     }
     for (std::size_t index = 0; index < seen.size(); ++index)
-        if (!seen[index])
-            throw InputError(file + ": table " + std::string(sheets()[index].name) + " is missing");
+        if (!seen[index]) throw InputError(file, ": table ", sheets()[index].name, " is missing");
     return values;
 }
 
@@ -112,9 +109,8 @@ std::string describe(const Sheet& sheet) {
         if (column.block == last) continue;
         last = column.block;
         const Block& b = blocks()[last];
-        text += "# " + std::string(b.name) + ": block " + std::to_string(last) + ", bytes " +
-                std::to_string(4 * b.first) + ".." + std::to_string(4 * (b.first + b.values) - 1) + ", " +
-                std::string(b.what) + "\n";
+        text += cat("# ", b.name, ": block ", last, ", bytes ", 4 * b.first, "..", 4 * (b.first + b.values) - 1,
+                    ", ", b.what, "\n");
     }
     return text;
 }
@@ -132,21 +128,6 @@ std::vector<std::vector<std::string>> grid(const Sheet& sheet, const Values& val
     return all;
 }
 
-std::string aligned(const std::vector<std::vector<std::string>>& all) {
-    std::vector<std::size_t> width(all.front().size());
-    for (const auto& cells : all)
-        for (std::size_t c = 0; c < cells.size(); ++c) width[c] = std::max(width[c], cells[c].size());
-    std::string text;
-    for (const auto& cells : all) {
-        for (std::size_t c = 0; c < cells.size(); ++c) {
-            const std::string fill(width[c] - cells[c].size(), ' ');
-            text += c == 0 ? cells[c] + fill : "  " + fill + cells[c];
-        }
-        text += "\n";
-    }
-    return text;
-}
-
 }  // namespace
 
 Values read_sheets(const std::string& source) {
@@ -159,23 +140,22 @@ std::string listing(const GasFile& file, const std::string& name) {
     std::string shown = name;
     std::ranges::replace_if(
         shown, [](unsigned char c) { return c < ' '; }, '?');
-    std::string text = "# " + shown + ": " + std::to_string(file.size) + " bytes; " +
-                       std::to_string(blocks().size()) + " tables of " + std::to_string(value_count) +
-                       " values fill " + std::to_string(file_size) + "\n";
+    std::string text = cat("# ", shown, ": ", file.size, " bytes; ", blocks().size(), " tables of ",
+                           value_count, " values fill ", file_size, "\n");
     if (file.size < file_size)
-        text += "# too short: the " + std::to_string(value_count - file.count) +
-                " values shown as - are missing; the library takes 0 for them, in blocks 0 and 1 the last "
-                "value read\n";
+        text += cat("# too short: the ", value_count - file.count,
+                    " values shown as - are missing; the library takes 0 for them, in blocks 0 and 1 the last "
+                    "value read\n");
     if (file.size > file_size)
-        text += "# too long: the last " + std::to_string(file.size - file_size) + " bytes are ignored\n";
+        text += cat("# too long: the last ", file.size - file_size, " bytes are ignored\n");
     for (const Sheet& sheet : sheets())
-        text += "\n[" + std::string(sheet.name) + "] " + std::string(sheet.title) + "\n" + describe(sheet) +
-                aligned(grid(sheet, file.values, file.count));
+        text += cat("\n[", sheet.name, "] ", sheet.title, "\n", describe(sheet),
+                    aligned(grid(sheet, file.values, file.count), 1));
     return text;
 }
 
 std::string csv(const Sheet& sheet, const Values& values) {
-    std::string text = "# " + std::string(sheet.title) + "\n" + describe(sheet);
+    std::string text = cat("# ", sheet.title, "\n", describe(sheet));
     for (const auto& cells : grid(sheet, values, values.size())) text += joined(cells, {}, ",") + "\n";
     return text;
 }

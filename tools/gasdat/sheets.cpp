@@ -6,19 +6,12 @@
 namespace kalorfix::tool::gasdat {
 namespace {
 
-enum class Name { word, formula };
-
-// The components as rows or columns: 15, or the 8 of VNIC SMV.
-std::vector<std::string> names15(Name name) {
+// Names of the 15 components, and of the 8 of VNIC SMV.
+using Names = std::array<std::string_view, 15>;
+std::vector<std::string> names15(const Names& names) { return {names.begin(), names.end()}; }
+std::vector<std::string> names8(const Names& names) {
     std::vector<std::string> list;
-    for (const Component& one : components) list.emplace_back(name == Name::word ? one.word : one.formula);
-    return list;
-}
-
-std::vector<std::string> names8(Name name) {
-    const std::vector<std::string> all = names15(name);
-    std::vector<std::string> list;
-    for (const std::size_t i : vnic_components) list.push_back(all[i]);
+    for (const std::size_t i : vnic_components) list.emplace_back(names[i]);
     return list;
 }
 
@@ -99,16 +92,16 @@ Sheet matrix(std::string_view name, std::string_view title, std::string_view blo
 }
 
 Sheet pairs15(std::string_view name, std::string_view title, std::string_view block_name) {
-    return matrix(name, title, block_name, "component", names15(Name::word), names15(Name::formula));
+    return matrix(name, title, block_name, "component", names15(components), names15(formulas));
 }
 
 Sheet pairs8(std::string_view name, std::string_view title, std::string_view block_name) {
-    return matrix(name, title, block_name, "component", names8(Name::word), names8(Name::formula));
+    return matrix(name, title, block_name, "component", names8(components), names8(formulas));
 }
 
 std::vector<Sheet> make_sheets() {
     return {
-        list("vnic_components", "Components of VNIC SMV", "component", names8(Name::word), "V_Mi",
+        list("vnic_components", "Components of VNIC SMV", "component", names8(components), "V_Mi",
              "molar_mass_kg_kmol critical_density_kg_m3 critical_temperature_K acentric_factor"),
         pairs8("vnic_binary_volume", "VNIC SMV: binary correction of the critical volume", "Lij"),
         pairs8("vnic_binary_temperature", "VNIC SMV: binary correction of the critical temperature", "Xij"),
@@ -122,12 +115,12 @@ std::vector<Sheet> make_sheets() {
         pairs15("aga8_binary_orientation", "AGA8-92DC: binary orientation parameter G*", "Gij_"),
         list("aga8_terms", "AGA8-92DC: the 53 terms", "n", numbered("", 1, 53), "an", "a b c k u g q f"),
         list(
-            "components", "Components of the composition", "component", names15(Name::word), "Mi",
+            "components", "Components of the composition", "component", names15(components), "Mi",
             "molar_mass_kg_kmol z_standard ideal_density_kg_m3 summation_factor E_K K_m3_kmol_cube_root G Q F"),
         matrix("heat_capacity_positive", "Ideal-gas cp/R: coefficients of rising powers of T/theta", "L1ij",
-               "component", names8(Name::word), numbered("c", 0, 10)),
+               "component", names8(components), numbered("c", 0, 10)),
         matrix("heat_capacity_negative", "Ideal-gas cp/R: coefficients of falling powers of T/theta", "B1ij",
-               "component", names8(Name::word), numbered("d", 1, 6)),
+               "component", names8(components), numbered("d", 1, 6)),
     };
 }
 

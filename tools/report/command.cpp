@@ -40,23 +40,12 @@ void print_failures(const Verification& verification) {
     if (shown > most_lines) fmt::print("... and {} more\n", shown - most_lines);
 }
 
-std::string quoted_cell(const std::string& text) {
-    if (text.find_first_of(",\"\n") == std::string::npos) return text;
-    std::string out = "\"";
-    for (const char c : text) {
-        if (c == '"') out += '"';
-        out += c;
-    }
-    return out + '"';
-}
-
 std::string_view verdict_word(cases::Verdict verdict) {
     if (verdict == cases::Verdict::met) return "met";
     return verdict == cases::Verdict::differs_as_declared ? "differs as declared" : "FAILED";
 }
 
 void print_summary(const Verification& verification) {
-    std::size_t points = 0, values = 0, differing = 0;
     fmt::print(fmt::runtime(row_layout), "function", "points", "values", "exact", "differ", "worst", "mean",
                "verdict", "worst at");
     for (const Section& section : verification.sections) {
@@ -65,19 +54,16 @@ void print_summary(const Verification& verification) {
         fmt::print(fmt::runtime(row_layout), section.subject.key, s.cases, s.values, s.exact, s.differing,
                    figure(s.worst_ratio), figure(s.mean_ratio), s.failed == 0 ? "met" : "FAILED",
                    s.worst ? s.worst->place() : "");
-        points += s.cases;
-        values += s.values;
     }
     fmt::print("worst, mean: deviation over permitted or declared deviation; exact values have none\n");
-    for (const Declaration& d : declarations(verification, false)) {
-        differing += d.differing;
+    for (const Declaration& d : declarations(verification, false))
         fmt::print("differ as declared, {}: {} of {} values{}\n", d.reason, d.differing, d.values,
                    d.at ? fmt::format(", largest {} at {}", percent(d.largest), d.at->place()) : "");
-    }
     print_failures(verification);
-    const std::size_t failed = verification.failures();
+    const Statistics all = totals(verification);
     fmt::print("{}: {} points, {} values from {} files, {} differ as declared, {} failed\n",
-               failed == 0 ? "MET" : "FAILED", points, values, verification.files.size(), differing, failed);
+               all.failed == 0 ? "MET" : "FAILED", all.cases, all.values, verification.files.size(),
+               all.differing, all.failed);
 }
 
 std::string csv(const Verification& verification) {
@@ -87,13 +73,12 @@ std::string csv(const Verification& verification) {
     for (const Section& section : verification.sections)
         for (const Value& f : section.values)
             // An exact value has no deviation worth a number.
-            out += fmt::format("{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key,
-                               quoted_cell(f.where->id), quoted_cell(f.file->name), f.where->line,
-                               quoted_cell(all_inputs(*f.where)), f.expected->column, f.expected->text,
-                               f.computed, std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "",
-                               f.permitted, f.declared, verdict_word(f.verdict),
-                               f.expected->declared ? quoted_cell(f.expected->declared->reason) : "",
-                               quoted_cell(f.table->source));
+            out += fmt::format(
+                "{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key, csv_cell(f.where->id),
+                csv_cell(f.file->name), f.where->line, csv_cell(all_inputs(*f.where)), f.expected->column,
+                f.expected->text, f.computed, std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "",
+                f.permitted, f.declared, verdict_word(f.verdict),
+                f.expected->declared ? csv_cell(f.expected->declared->reason) : "", csv_cell(f.table->source));
     return out;
 }
 
@@ -127,7 +112,7 @@ int run(const Installation& files, const Request& request) {
     if (page) page->finish();
     if (lines) lines->finish();
     print_summary(verification);
-    return verification.failures() == 0 ? 0 : 1;
+    return totals(verification).failed == 0 ? 0 : 1;
 }
 
 }  // namespace

@@ -180,25 +180,18 @@ std::string never_compared(const Verification& verification) {
 }
 
 // The verdict of the whole.
-std::string outcome(const Verification& verification) {
-    std::size_t values = 0, differing = 0;
-    for (const Section& section : verification.sections) {
-        const Statistics s = statistics(section);
-        values += s.values;
-        differing += s.differing;
-    }
-    const std::size_t failed = verification.failures();
+std::string outcome(const Statistics& s) {
     std::string out =
-        failed == 0
-            ? fmt::format(
+        s.failed > 0
+            ? fmt::format("<div class=\"outcome bad\">FAILED: {} of {} values</div>\n", s.failed, s.values)
+            : fmt::format(
                   "<div class=\"outcome\">MET: {} of {} values within their permitted deviation</div>\n",
-                  values - differing, values)
-            : fmt::format("<div class=\"outcome bad\">FAILED: {} of {} values</div>\n", failed, values);
-    if (differing > 0)
+                  s.values - s.differing, s.values);
+    if (s.differing > 0)
         out += fmt::format(
             "<div class=\"outcome declared\"><a class=\"declared\" href=\"#declared\">{} printed values differ "
             "as declared</a></div>\n",
-            differing);
+            s.differing);
     return out;
 }
 
@@ -212,7 +205,7 @@ std::string html(const Verification& verification, const Surroundings& around) {
         "<h1>Verification report of kalorfix.so</h1>\n<p class=\"lead\">{0}</p>\n",
         escape(around.date), page_style);
     out +=
-        outcome(verification) + overview(verification) +
+        outcome(totals(verification)) + overview(verification) +
         "<p class=\"note\">A point is a row of a case file. Worst and mean: deviation over permitted or, where "
         "a "
         "value differs as declared, declared deviation; exact values (statuses, phases, zeros) have none and "

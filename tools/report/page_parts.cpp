@@ -3,9 +3,6 @@
 #include <fmt/format.h>
 #include <md4c-html.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "tools/text.h"
 
 namespace kalorfix::tool::report {
@@ -84,14 +81,13 @@ std::string entry_id(std::string_view name) {
 }
 
 std::string markdown(const std::string& file, bool named_entries) {
-    std::ifstream in(file);
-    if (!in) throw InputError(file + ": cannot read this part of the report");
-    const std::string text{std::istreambuf_iterator<char>(in), {}};
+    const std::optional<std::string> text = content_of(file);
+    if (!text) throw InputError(file + ": cannot read this part of the report");
     std::string out;
     const auto append = [](const MD_CHAR* piece, MD_SIZE size, void* to) {
         static_cast<std::string*>(to)->append(piece, size);
     };
-    if (md_html(text.data(), static_cast<MD_SIZE>(text.size()), append, &out, MD_FLAG_TABLES, 0) != 0)
+    if (md_html(text->data(), static_cast<MD_SIZE>(text->size()), append, &out, MD_FLAG_TABLES, 0) != 0)
         throw InputError(file + ": cannot be shown in the report");
     if (const std::size_t end = out.find("</h1>"); out.starts_with("<h1>")) out.erase(0, end + 5);
     replace_all(out, "<h2>", "<h3>");

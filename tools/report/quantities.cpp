@@ -47,7 +47,7 @@ Quantity quantity(const std::string& name) {
 std::string_view component(const std::string& name) {
     if (!name.starts_with('x')) return {};
     const auto index = parse<std::size_t>(std::string_view(name).substr(1));
-    return index && *index < components.size() ? components[*index].word : std::string_view();
+    return index && *index < components.size() ? components[*index] : std::string_view();
 }
 
 std::string input_text(const std::string& name, double value) {

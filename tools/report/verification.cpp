@@ -67,12 +67,6 @@ std::vector<std::string> Section::outputs() const {
     return names;
 }
 
-std::size_t Verification::failures() const {
-    std::size_t count = 0;
-    for (const Section& section : sections) count += statistics(section).failed;
-    return count;
-}
-
 Statistics statistics(const Section& section, const std::string& output) {
     Statistics s;
     double ratios = 0.0, deviations = 0.0;
@@ -100,6 +94,18 @@ Statistics statistics(const Section& section, const std::string& output) {
         s.mean_deviation = deviations / compared;
     }
     return s;
+}
+
+Statistics totals(const Verification& verification) {
+    Statistics all;
+    for (const Section& section : verification.sections) {
+        const Statistics s = statistics(section);
+        all.cases += s.cases;
+        all.values += s.values;
+        all.differing += s.differing;
+        all.failed += s.failed;
+    }
+    return all;
 }
 
 std::vector<Declaration> declarations(const Verification& verification, bool each_source) {
@@ -130,7 +136,7 @@ std::vector<CaseFile> read_cases(const std::string& directory) {
     std::vector<fs::path> paths;
     for (fs::directory_iterator at(directory, failed), end; !failed && at != end; at.increment(failed))
         if (at->path().extension() == ".txt") paths.push_back(at->path());
-    if (failed) throw InputError(fmt::format("--cases {}: cannot list it: {}", directory, failed.message()));
+    if (failed) throw InputError("--cases ", directory, ": cannot list it: ", failed.message());
     if (paths.empty()) throw InputError("--cases " + directory + ": holds no case file (*.txt)");
     std::ranges::sort(paths);
     std::vector<CaseFile> files;
@@ -166,7 +172,7 @@ Verification verify(const std::string& library, const std::string& directory, st
                     section->values.push_back({finding, &file, &table});
                 }
             } catch (const InputError& error) {
-                throw InputError(fmt::format("{}/{}:{}: {}", directory, file.name, table.line, error.what()));
+                throw InputError(directory, "/", file.name, ":", table.line, ": ", error.what());
             }
     }
     std::ranges::stable_sort(sections, {}, [](const Section& section) {

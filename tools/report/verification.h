@@ -52,8 +52,6 @@ struct Verification {
     std::string directory;  ///< of the case files
     std::vector<CaseFile> files;
     std::vector<Section> sections;
-
-    [[nodiscard]] std::size_t failures() const;
 };
 
 struct Statistics {
@@ -68,6 +66,9 @@ struct Statistics {
 
 /// Of one output, or of all with an empty name.
 [[nodiscard]] Statistics statistics(const Section& section, const std::string& output = {});
+
+/// The counts of all sections.
+[[nodiscard]] Statistics totals(const Verification& verification);
 
 /// What the case files declare under one reason, and what came of it.
 struct Declaration {

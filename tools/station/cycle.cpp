@@ -16,9 +16,8 @@ Input input_of(const Channel& c, const Measured& row) {
     in.t_C = static_cast<float>(row[Quantity::t_C]);
     in.p_Pa = static_cast<float>(row[Quantity::p_Pa]);
     in.dp = static_cast<float>(row[measured_by(c)]);
-    const std::array<Quantity, most_integrators> flows{Quantity::mass, Quantity::volume,
-                                                       c.is_gas() ? Quantity::standard_volume : Quantity::heat,
-                                                       Quantity::energy};
+    const std::array<Quantity, most_integrators> flows{
+        Quantity::mass, Quantity::volume, c.is_gas() ? Quantity::standard : Quantity::heat, Quantity::energy};
     for (std::size_t k = 0; k < integrator_count(c.medium); ++k)
         in.external[k] = static_cast<float>(row[flows[k]]);
     return in;
@@ -138,8 +137,7 @@ void set_up(const host::Library& library, const Station& station, const Channel&
         c.D20_mm, c.d20_mm, c.roughness_mm, c.edge_radius_mm, c.edge_at_end ? 1 : 0, c.interval_years,
         c.alpha_eps, &status);
     if (status != 1)
-        throw InputError(
-            fmt::format("{}: [{}]: the library refuses the constants of this channel", station.file, c.name));
+        throw InputError(station.file, ": [", c.name, "]: the library refuses the constants of this channel");
 }
 
 void prime_gas_state(const host::Library& library, const Station& station) {

@@ -62,24 +62,21 @@ public:
     Sheets(const Station& station, TimeKind kind, OutputFile& out, bool& all_computed)
         : Results(station, kind, out), hours_(station.channels.size()), all_computed_(all_computed) {}
 
-    void cycle(const Channel& channel, const Measured& row, const Outcome& outcome, const Registers&) override {
-        Hour& hour = hours_[row.channel];
-        if (hour.sheet.empty()) {
-            hour.sheet = sheet(channel, outcome);
-            return;
-        }
-        for (std::size_t k = 0; k < most_integrators; ++k)
-            hour.sums[k] += static_cast<double>(outcome.q[k]) * cycle_s / hour_s;
+    void cycle(const Cycle& cycle) override {
+        Hour& hour = hours_[cycle.row.channel];
+        for (std::size_t k = 0; k < most_integrators && !hour.sheet.empty(); ++k)
+            hour.sums[k] += static_cast<double>(cycle.outcome.q[k]) * cycle_s / hour_s;
+        if (hour.sheet.empty()) hour.sheet = sheet(cycle);
     }
 
-    void end(const StationRegisters& registers, const std::vector<ChannelSummary>& summaries, bool,
-             bool) override {
+    void end(const RunEnd& end) override {
         for (std::size_t i = 0; i < hours_.size(); ++i) {
-            all_computed_ = all_computed_ && summaries[i].refused == 0;
-            out_.write((i > 0 ? "\n" : "") + hours_[i].sheet);
-            if (summaries[i].refused == 0) write_totals(station_.channels[i], registers[i].reg, hours_[i].sums);
+            const bool good = end.summaries[i].refused == 0;
+            all_computed_ = all_computed_ && good;
+            out_.write(hours_[i].sheet);
+            if (good) write_totals(station_.channels[i], end.registers[i].reg, hours_[i].sums);
+            out_.write("\n");
         }
-        out_.write("\n");
     }
 
 private:

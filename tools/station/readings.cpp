@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 #include "tools/text.h"
@@ -22,12 +24,10 @@ constexpr double largest_value = 1e12;
 constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr double zero_celsius_K = 273.15;
 
-struct KnownColumn {
-    std::string_view name;
-    Quantity quantity;
-    double factor = 1.0, offset = 0.0;
-};
-constexpr KnownColumn known_columns[] = {
+constexpr Column known_columns[] = {
+    {"time_s", Quantity::time},
+    {"time", Quantity::time},
+    {"channel", Quantity::name},
     {"t_C", Quantity::t_C},
     {"t_K", Quantity::t_C, 1.0, -zero_celsius_K},
     {"p_Pa", Quantity::p_Pa},
@@ -39,16 +39,16 @@ constexpr KnownColumn known_columns[] = {
     {"q_m3_h", Quantity::q_m3_h},
     {"mass_t_h", Quantity::mass},
     {"volume_m3_h", Quantity::volume},
-    {"standard_volume_m3_h", Quantity::standard_volume},
+    {"standard_volume_m3_h", Quantity::standard},
     {"energy_GJ_h", Quantity::energy},
     {"heat_GJ_h", Quantity::heat},
 };
 
 std::string names_of(Quantity quantity) {
-    std::vector<KnownColumn> same;
+    std::vector<Column> same;
     std::ranges::copy_if(known_columns, std::back_inserter(same),
-                         [=](const KnownColumn& one) { return one.quantity == quantity; });
-    return joined(same, &KnownColumn::name, " or ");
+                         [=](const Column& one) { return one.quantity == quantity; });
+    return joined(same, &Column::name, " or ");
 }
 
 bool needs(const Channel& channel, Quantity quantity) {
@@ -59,9 +59,35 @@ bool needs(const Channel& channel, Quantity quantity) {
 bool takes(const Channel& channel, Quantity quantity) {
     if (needs(channel, quantity)) return true;
     if (channel.device != external_flow) return false;
-    if (quantity == Quantity::standard_volume || quantity == Quantity::energy) return channel.is_gas();
+    if (quantity == Quantity::standard || quantity == Quantity::energy) return channel.is_gas();
     return quantity == Quantity::mass || quantity == Quantity::volume ||
            (quantity == Quantity::heat && !channel.is_gas());
+}
+
+std::optional<double> parse_date(std::string_view text) {
+    constexpr std::size_t length = std::string_view("2026-03-01T06:00:00").size();
+    if (text.ends_with('Z')) text.remove_suffix(1);
+    std::string whole(text.substr(0, length));
+    if (whole.size() == length && whole[10] == ' ') whole[10] = 'T';
+    int year = 0, hour = 0, minute = 0, second = 0;
+    unsigned month = 0, day = 0;
+    if (std::sscanf(whole.c_str(), "%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) !=
+        6)
+        return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
+                                           std::chrono::day(day)};
+    const auto days = std::chrono::sys_days(date).time_since_epoch().count();
+    const double seconds = static_cast<double>(days) * 86400.0 + 3600.0 * hour + 60.0 * minute + second;
+    // Whatever is no date reads otherwise when it is printed.
+    if (!date.ok() || seconds < 0.0 || print_time(TimeKind::date, seconds) != whole) return std::nullopt;
+    // Microseconds are what a double holds beside the seconds since 1970, and what is printed.
+    constexpr std::size_t most_digits = 6;
+    const std::string_view rest = text.substr(length);
+    if (rest.empty()) return seconds;
+    if (rest[0] != '.' || rest.size() < 2 || rest.size() > most_digits + 1 ||
+        rest.find_first_not_of("0123456789", 1) != std::string_view::npos)
+        return std::nullopt;
+    return seconds + parse<double>(rest).value_or(0.0);
 }
 
 // An open file as a stream, with the offset that it has.
@@ -79,18 +105,40 @@ void copy(const std::string& name, int from, int to, const volatile std::sig_ato
     off_t whole_lines = 0;
     for (ssize_t got = 0; !interrupted && (got = read(from, buffer.data(), buffer.size())) != 0;) {
         if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw InputError(fmt::format("{}: cannot be read: {}", name, std::strerror(errno)));
+        if (got < 0) throw InputError(name, ": cannot be read: ", std::strerror(errno));
         if (write(to, buffer.data(), static_cast<std::size_t>(got)) != got)
-            throw InputError(fmt::format("{}: no room for a temporary copy of the readings", name));
+            throw InputError(name, ": no room for a temporary copy of the readings");
         const std::size_t line_end = std::string_view(buffer.data(), static_cast<std::size_t>(got)).rfind('\n');
         if (line_end != std::string_view::npos)
             whole_lines = lseek(to, 0, SEEK_CUR) - got + static_cast<off_t>(line_end) + 1;
     }
     if ((interrupted && ftruncate(to, whole_lines) != 0) || lseek(to, 0, SEEK_SET) != 0)
-        throw InputError(fmt::format("{}: cannot keep the readings", name));
+        throw InputError(name, ": cannot keep the readings");
 }
 
 }  // namespace
+
+std::optional<double> parse_time(TimeKind kind, std::string_view text) {
+    return kind == TimeKind::date ? parse_date(text) : number_within(text, {0.0, latest_s, "s"});
+}
+
+std::string print_time(TimeKind kind, double seconds) {
+    if (kind == TimeKind::seconds) return fmt::format("{}", seconds);
+    const double whole = std::floor(seconds);
+    const auto since = std::chrono::seconds(static_cast<long long>(whole));
+    const auto days = std::chrono::floor<std::chrono::days>(since);
+    const std::chrono::year_month_day date{std::chrono::sys_days(days)};
+    const std::chrono::hh_mm_ss clock(since - days);
+    std::string text = fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", static_cast<int>(date.year()),
+                                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                                   clock.hours().count(), clock.minutes().count(), clock.seconds().count());
+    if (seconds > whole) {
+        std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
+        fraction.erase(fraction.find_last_not_of('0') + 1);
+        if (fraction.size() > 1) text += fraction;
+    }
+    return text;
+}
 
 Quantity measured_by(const Channel& channel) {
     if (channel.device == meter_mass) return Quantity::q_t_h;
@@ -111,7 +159,7 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
     if (fstat(descriptor, &about) != 0 || S_ISDIR(about.st_mode)) throw refused("it is a directory");
     if (S_ISREG(about.st_mode)) return stream;
     std::FILE* const kept = std::tmpfile();
-    if (!kept) throw InputError(fmt::format("{}: no temporary file to keep the readings in", name));
+    if (!kept) throw InputError(name, ": no temporary file to keep the readings in");
     const int copied = dup(fileno(kept));
     std::fclose(kept);
     auto copy_stream = std::make_unique<FileStream>(copied);
@@ -138,61 +186,48 @@ void Readings::read_heading() {
     std::string_view line;
     if (!lines_.next_entry(line)) lines_.fail("expected a heading such as time_s,channel,t_C,p_MPa,dp_kPa");
     split(line, ',', cells_);
-    if (cells_.size() > most_columns) lines_.fail(fmt::format("has more than {} columns", most_columns));
+    if (cells_.size() > most_columns) lines_.fail("has more than ", most_columns, " columns");
     for (const std::string_view cell : cells_) add_column(cell);
     require_columns();
 }
 
 void Readings::add_column(std::string_view name) {
-    Column column{std::string(name)};
-    if (name == "time_s" || name == "time") {
-        column.role = Role::time;
-        time_kind_ = name == "time" ? TimeKind::date : TimeKind::seconds;
-    } else if (name == "channel") {
-        column.role = Role::channel;
-    } else {
-        const auto* const known = std::ranges::find(known_columns, name, &KnownColumn::name);
-        if (known == std::end(known_columns))
-            lines_.fail(fmt::format("no such column: {}; there are time_s, time, channel, {}", quoted(name),
-                                    joined(known_columns, &KnownColumn::name)),
-                        name);
-        column.quantity = known->quantity;
-        column.factor = known->factor;
-        column.offset = known->offset;
-    }
-    for (const Column& other : columns_)
-        if (other.role == column.role && (column.role != Role::value || other.quantity == column.quantity))
-            lines_.fail(fmt::format("{} gives what column {} gives already", column.name, other.name), name);
-    columns_.push_back(column);
+    const auto* const known = std::ranges::find(known_columns, name, &Column::name);
+    if (known == std::end(known_columns))
+        lines_.fail_at(name, "no such column: ", quoted(name), "; there are ",
+                       joined(known_columns, &Column::name));
+    if (const auto other = std::ranges::find(columns_, known->quantity, &Column::quantity);
+        other != columns_.end())
+        lines_.fail_at(name, name, " gives what column ", other->name, " gives already");
+    if (name == "time") time_kind_ = TimeKind::date;
+    columns_.push_back(*known);
 }
 
-void Readings::require_columns() const {
-    const auto has = [this](Role role) {
-        return std::ranges::find(columns_, role, &Column::role) != columns_.end();
+void Readings::require_columns() {
+    const auto place = [this](Quantity quantity) {
+        return static_cast<std::size_t>(std::ranges::find(columns_, quantity, &Column::quantity) -
+                                        columns_.begin());
     };
-    if (!has(Role::time))
+    time_column_ = place(Quantity::time);
+    channel_column_ = place(Quantity::name);
+    if (time_column_ == columns_.size())
         lines_.fail("the heading lacks a column time_s (seconds) or time (2026-03-01T00:00:00)");
-    if (!has(Role::channel))
+    if (channel_column_ == columns_.size())
         lines_.fail("the heading lacks the column channel, which holds names such as GAS 1");
     for (const Channel& channel : station_.channels)
-        for (std::size_t q = 0; q < quantity_count; ++q) {
-            const auto quantity = static_cast<Quantity>(q);
-            const auto holds = [quantity](const Column& c) {
-                return c.role == Role::value && c.quantity == quantity;
-            };
-            if (needs(channel, quantity) && std::ranges::none_of(columns_, holds))
-                lines_.fail(fmt::format("the heading lacks a column {}, which {} needs", names_of(quantity),
-                                        channel.name));
-        }
+        for (std::size_t q = 0; q < quantity_count; ++q)
+            if (const auto quantity = static_cast<Quantity>(q);
+                needs(channel, quantity) && place(quantity) == columns_.size())
+                lines_.fail("the heading lacks a column ", names_of(quantity), ", which ", channel.name,
+                            " needs");
 }
 
 double Readings::read_time(std::string_view cell) const {
     const std::optional<double> seconds = parse_time(time_kind_, cell);
     if (seconds) return *seconds;
-    lines_.fail(time_kind_ == TimeKind::seconds
-                    ? fmt::format("time_s: expected seconds within 0..{}, not {}", latest_s, quoted(cell))
-                    : fmt::format("time: expected a date such as 2026-03-01T06:00:00, not {}", quoted(cell)),
-                cell);
+    if (time_kind_ == TimeKind::seconds)
+        lines_.fail_at(cell, "time_s: expected seconds within 0..", latest_s, ", not ", quoted(cell));
+    lines_.fail_at(cell, "time: expected a date such as 2026-03-01T06:00:00, not ", quoted(cell));
 }
 
 std::size_t Readings::find_channel(std::string_view cell) {
@@ -202,35 +237,32 @@ std::size_t Readings::find_channel(std::string_view cell) {
         const std::size_t i = (last_channel_ + 1 + k) % count;
         if (station_.channels[i].name == cell) return last_channel_ = i;
     }
-    lines_.fail(fmt::format("no such channel: {}; {} describes {}", quoted(cell), station_.file,
-                            joined(station_.channels, &Channel::name)),
-                cell);
+    lines_.fail_at(cell, "no such channel: ", quoted(cell), "; ", station_.file, " describes ",
+                   joined(station_.channels, &Channel::name));
 }
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) const {
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
-    const auto fail = [&](const std::string& what) { lines_.fail(column.name + ": " + what, cell); };
-    if (cell.empty()) fail(channel.name + " needs a value here");
+    const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
+    if (cell.empty()) fail(channel.name, " needs a value here");
     if (!takes(channel, column.quantity))
-        fail("the device of " + channel.name + " does not take it; leave the cell empty");
+        fail("the device of ", channel.name, " does not take it; leave the cell empty");
     const std::optional<double> value = number(cell);
-    if (!value) fail("expected a number such as 12.5, not " + quoted(cell));
+    if (!value) fail("expected a number such as 12.5, not ", quoted(cell));
     if (std::fabs(*value) > largest_value)
-        fail(fmt::format("must lie within -{}..{}, not {}", largest_value, largest_value, cell));
+        fail("must lie within -", largest_value, "..", largest_value, ", not ", cell);
     return *value * column.factor + column.offset;
 }
 
 void Readings::check_order(const Measured& row, std::string_view time) {
     if (row.time_s < latest_)
-        lines_.fail(fmt::format("{} lies before {}; the rows must be in the order of time", time,
-                                print_time(time_kind_, latest_)),
-                    time);
+        lines_.fail_at(time, time, " lies before ", print_time(time_kind_, latest_),
+                       "; the rows must be in the order of time");
     std::optional<double>& last = last_time_[row.channel];
     const std::string& name = station_.channels[row.channel].name;
-    if (last && row.time_s == *last) lines_.fail(fmt::format("{} has a row for {} already", name, time), time);
+    if (last && row.time_s == *last) lines_.fail_at(time, name, " has a row for ", time, " already");
     if (last && row.time_s - *last > longest_gap_s)
-        lines_.fail(fmt::format("more than {} days after the row of {} before", longest_gap_s / 86400.0, name),
-                    time);
+        lines_.fail_at(time, "more than ", longest_gap_s / 86400.0, " days after the row of ", name, " before");
     last = row.time_s;
     latest_ = row.time_s;
 }
@@ -240,20 +272,15 @@ bool Readings::next(Measured& row) {
     if (!lines_.next_entry(line)) return false;
     split(line, ',', cells_);
     if (cells_.size() != columns_.size())
-        lines_.fail(fmt::format("expected {} cells as in the heading, not {}", columns_.size(), cells_.size()));
+        lines_.fail("expected ", columns_.size(), " cells as in the heading, not ", cells_.size());
     row = {};
-    std::string_view time;
-    for (std::size_t k = 0; k < cells_.size(); ++k) {
-        if (columns_[k].role == Role::channel) row.channel = find_channel(cells_[k]);
-        if (columns_[k].role != Role::time) continue;
-        time = cells_[k];
-        row.time_s = read_time(time);
-    }
+    row.channel = find_channel(cells_[channel_column_]);
+    row.time_s = read_time(cells_[time_column_]);
     for (std::size_t k = 0; k < cells_.size(); ++k)
-        if (const Column& column = columns_[k]; column.role == Role::value)
-            row.value[static_cast<std::size_t>(column.quantity)] =
-                read_value(cells_[k], column, station_.channels[row.channel]);
-    check_order(row, time);
+        if (k != time_column_ && k != channel_column_)
+            row.value[static_cast<std::size_t>(columns_[k].quantity)] =
+                read_value(cells_[k], columns_[k], station_.channels[row.channel]);
+    check_order(row, cells_[time_column_]);
     return true;
 }
 

@@ -11,14 +11,32 @@
 #include <vector>
 
 #include "tools/station/station.h"
-#include "tools/station/timestamp.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool::station {
 
-/// What a column can hold, in the unit of the interface.
-enum class Quantity { t_C, p_Pa, dp_Pa, q_t_h, q_m3_h, mass, volume, standard_volume, energy, heat };
-inline constexpr std::size_t quantity_count = 10;
+enum class TimeKind { seconds, date };
+
+/// Largest time in seconds: the tick counter and its differences stay exact.
+inline constexpr double latest_s = 1e11;
+
+/// Reads "86400.5" (0..1e11) or "2026-03-01T06:00:00", with a fraction of up to 6 digits and a Z if need be, into seconds; a date counts from
+/// 1970. Nothing when the text is neither.
+[[nodiscard]] std::optional<double> parse_time(TimeKind kind, std::string_view text);
+
+/// The same the other way round.
+[[nodiscard]] std::string print_time(TimeKind kind, double seconds);
+
+/// What a column can hold, measured values in the unit of the interface.
+enum class Quantity { t_C, p_Pa, dp_Pa, q_t_h, q_m3_h, mass, volume, standard, energy, heat, time, name };
+inline constexpr std::size_t quantity_count = 10;  ///< those that are measured
+
+/// A column of readings.
+struct Column {
+    std::string_view name;
+    Quantity quantity;
+    double factor = 1.0, offset = 0.0;  ///< into the unit of the interface
+};
 
 struct Measured {
     double time_s = 0.0;
@@ -59,17 +77,9 @@ public:
     [[nodiscard]] const std::string& name() const { return lines_.name(); }
 
 private:
-    enum class Role { time, channel, value };
-    struct Column {
-        std::string name;
-        Role role = Role::value;
-        Quantity quantity = Quantity::t_C;
-        double factor = 1.0, offset = 0.0;
-    };
-
     void read_heading();
     void add_column(std::string_view name);
-    void require_columns() const;
+    void require_columns();
     double read_time(std::string_view cell) const;
     std::size_t find_channel(std::string_view cell);
     double read_value(std::string_view cell, const Column& column, const Channel& channel) const;
@@ -79,6 +89,7 @@ private:
     Lines lines_;
     TimeKind time_kind_ = TimeKind::seconds;
     std::vector<Column> columns_;
+    std::size_t time_column_ = 0, channel_column_ = 0;
     std::vector<std::string_view> cells_;
     std::vector<std::optional<double>> last_time_;  ///< of each channel
     double latest_ = 0.0;

@@ -54,84 +54,62 @@ std::vector<std::string_view> cells_of(std::string_view line) {
     return cells;
 }
 
-class Reader {
-public:
-    Reader(const std::string& file, const Station& station, TimeKind kind)
-        : lines_(file, "these registers"), station_(station), kind_(kind), found_(station.channels.size()) {}
+float number_of(const Lines& lines, const std::vector<std::string_view>& cells, std::size_t column) {
+    const std::optional<float> value = parse<float>(cells[column]);
+    if (value && 0.0F <= *value && *value <= std::numeric_limits<float>::max()) return *value;
+    lines.fail(heading[column], ": expected a number from 0 on, not ", quoted(cells[column]));
+}
 
-    StationRegisters read() {
-        StationRegisters registers(station_.channels.size());
-        bool begun = false;
-        for (std::string_view line; lines_.next(line);) {
-            const std::vector<std::string_view> cells = cells_of(line);
-            if (begun && !cells.empty()) take(cells, registers);
-            begun = begun || std::ranges::equal(cells, heading);
-        }
-        if (!begun)
-            throw InputError(
-                lines_.name() +
-                ": holds no registers; give the file of --registers, or results as a table or CSV");
-        require_all();
-        return registers;
-    }
+using Found = std::vector<std::array<bool, most_integrators>>;
 
-private:
-    float number(const std::vector<std::string_view>& cells, std::size_t column) const {
-        const std::optional<float> value = parse<float>(cells[column]);
-        if (value && 0.0F <= *value && *value <= std::numeric_limits<float>::max()) return *value;
-        lines_.fail(
-            fmt::format("{}: expected a number from 0 on, not {}", heading[column], quoted(cells[column])));
-    }
-
-    void take(const std::vector<std::string_view>& cells, StationRegisters& registers) {
-        if (cells.size() != heading.size())
-            lines_.fail(fmt::format("expected {} cells as in the heading of the registers", heading.size()));
-        const auto channel = std::ranges::find(station_.channels, cells[0], &Channel::name);
-        if (channel == station_.channels.end())
-            lines_.fail(fmt::format("registers of {}, which {} does not describe", cells[0], station_.file));
-        const auto i = static_cast<std::size_t>(channel - station_.channels.begin());
-        std::size_t k = 0;
-        while (k < integrator_count(channel->medium) && integrator(channel->medium, k).name != cells[1]) ++k;
-        if (k == integrator_count(channel->medium))
-            lines_.fail(fmt::format("{} has no integrator {}", cells[0], quoted(cells[1])));
-        if (found_[i][k]) lines_.fail(fmt::format("{} {} stands here for the second time", cells[0], cells[1]));
-        found_[i][k] = true;
-        if (cells[3] != fmt::format("{}", channel->accounting[k].exponent))
-            lines_.fail(fmt::format("{} {} counts in 10^{}, the station in 10^{}", cells[0], cells[1], cells[3],
-                                    channel->accounting[k].exponent));
-        if (cells[4] != no_time) {
-            registers[i].last_s = parse_time(kind_, cells[4]);
-            if (!registers[i].last_s)
-                lines_.fail(fmt::format("time: expected {} as in the readings, not {}",
-                                        kind_ == TimeKind::seconds ? "seconds" : "a date", quoted(cells[4])));
-        }
-        Register& reg = registers[i].reg[k];
-        reg.total = number(cells, first_number);
-        std::size_t next = first_number + 1;
-        for (Interval& interval : reg.interval)
-            for (float* const value : {&interval.time_s, &interval.start, &interval.result})
-                *value = number(cells, next++);
-    }
-
-    void require_all() const {
-        for (std::size_t i = 0; i < found_.size(); ++i)
-            for (std::size_t k = 0; k < integrator_count(station_.channels[i].medium); ++k)
-                if (!found_[i][k])
-                    throw InputError(fmt::format("{}: lacks the {} register of {}", lines_.name(),
-                                                 integrator(station_.channels[i].medium, k).name,
-                                                 station_.channels[i].name));
-    }
-
-    Lines lines_;
-    const Station& station_;
-    TimeKind kind_;
-    std::vector<std::array<bool, most_integrators>> found_;
-};
+void read_row(const Lines& lines, const std::vector<std::string_view>& cells, const Station& station,
+              TimeKind kind, StationRegisters& registers, Found& found) {
+    if (cells.size() != heading.size())
+        lines.fail("expected ", heading.size(), " cells as in the heading of the registers");
+    const auto channel = std::ranges::find(station.channels, cells[0], &Channel::name);
+    if (channel == station.channels.end())
+        lines.fail("registers of ", cells[0], ", which ", station.file, " does not describe");
+    const auto i = static_cast<std::size_t>(channel - station.channels.begin());
+    std::size_t k = 0;
+    while (k < integrator_count(channel->medium) && integrator(channel->medium, k).name != cells[1]) ++k;
+    if (k == integrator_count(channel->medium)) lines.fail(cells[0], " has no integrator ", quoted(cells[1]));
+    if (found[i][k]) lines.fail(cells[0], " ", cells[1], " stands here for the second time");
+    found[i][k] = true;
+    if (cells[3] != fmt::format("{}", channel->accounting[k].exponent))
+        lines.fail(cells[0], " ", cells[1], " counts in 10^", cells[3], ", the station in 10^",
+                   channel->accounting[k].exponent);
+    if (cells[4] != no_time && !(registers[i].last_s = parse_time(kind, cells[4])))
+        lines.fail("time: expected ", kind == TimeKind::seconds ? "seconds" : "a date",
+                   " as in the readings, not ", quoted(cells[4]));
+    Register& reg = registers[i].reg[k];
+    reg.total = number_of(lines, cells, first_number);
+    std::size_t next = first_number + 1;
+    for (Interval& interval : reg.interval)
+        for (float* const value : {&interval.time_s, &interval.start, &interval.result})
+            *value = number_of(lines, cells, next++);
+}
 
 }  // namespace
 
 StationRegisters read_registers(const std::string& file, const Station& station, TimeKind kind) {
-    return Reader(file, station, kind).read();
+    Lines lines(file, "these registers");
+    StationRegisters registers(station.channels.size());
+    Found found(station.channels.size());
+    bool begun = false;
+    for (std::string_view line; lines.next(line);) {
+        const std::vector<std::string_view> cells = cells_of(line);
+        if (begun && !cells.empty()) read_row(lines, cells, station, kind, registers, found);
+        begun = begun || std::ranges::equal(cells, heading);
+    }
+    if (!begun)
+        throw InputError(file +
+                         ": holds no registers; give the file of --registers, or results as a table or CSV");
+    for (std::size_t i = 0; i < found.size(); ++i)
+        for (std::size_t k = 0; k < integrator_count(station.channels[i].medium); ++k)
+            if (!found[i][k])
+                throw InputError(file, ": lacks the ", integrator(station.channels[i].medium, k).name,
+                                 " register of ", station.channels[i].name);
+    return registers;
 }
 
 std::string print_registers(const Station& station, const StationRegisters& registers, TimeKind kind,
@@ -142,18 +120,9 @@ std::string print_registers(const Station& station, const StationRegisters& regi
 }
 
 std::string print_registers_table(const Station& station, const StationRegisters& registers, TimeKind kind) {
-    const std::vector<Cells> all = rows(station, registers, kind);
-    std::array<std::size_t, heading.size()> width{};
-    for (const Cells& cells : all)
-        for (std::size_t k = 0; k < cells.size(); ++k) width[k] = std::max(width[k], cells[k].size());
-    std::string text;
-    for (const Cells& cells : all) {
-        for (std::size_t k = 0; k < cells.size(); ++k)
-            text += k < first_number ? fmt::format("  {:<{}}", cells[k], width[k])
-                                     : fmt::format("  {:>{}}", cells[k], width[k]);
-        text += '\n';
-    }
-    return text;
+    std::vector<Cells> all = rows(station, registers, kind);
+    for (Cells& cells : all) cells.front().insert(0, "  ");
+    return aligned(all, first_number);
 }
 
 }  // namespace kalorfix::tool::station

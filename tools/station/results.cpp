@@ -38,7 +38,8 @@ const std::vector<std::string>& column_names() {
 // A value for each of the names, or nothing where it does not exist or the step that gives it did not pass.
 using Values = std::vector<std::optional<float>>;
 
-void fill(const Channel& c, const Outcome& out, const Registers& registers, Values& values) {
+void fill(const Cycle& cycle, Values& values) {
+    const auto& [c, row, out, registers] = cycle;
     values.clear();
     const auto add = [&values](bool given, float value) {
         values.push_back(given && std::isfinite(value) ? std::optional(value) : std::nullopt);
@@ -47,9 +48,11 @@ void fill(const Channel& c, const Outcome& out, const Registers& registers, Valu
     add(true, out.input.p_Pa);
     add(!is_meter(c.device), out.input.dp);
     for (const Result& one : cycle_results) {
+        if (one.name.empty()) continue;
         // The Reynolds number is told of a refused flow too.
-        const bool reynolds = one.value == &Outcome::Re && out.passed(Step::geometry) && out.Re != 0.0F;
-        if (!one.name.empty()) add(has(c, one.whose) && (out.passed(one.step) || reynolds), out.*one.value);
+        const bool told =
+            one.value == &Outcome::Re ? out.passed(Step::geometry) && out.Re != 0.0F : out.passed(one.step);
+        add(told && has(c, one.whose), out.*one.value);
     }
     std::array<int, kinds.size()> index{};
     for (std::size_t k = 0; k < kinds.size(); ++k)
@@ -66,11 +69,6 @@ void fill(const Channel& c, const Outcome& out, const Registers& registers, Valu
 
 // ---- The formats ----------------------------------------------------------------------------------------------
 
-// The reasons hold commas; they are the only cells that do.
-std::string quoted_cell(const std::string& text) {
-    return text.find(',') == std::string::npos ? text : '"' + text + '"';
-}
-
 std::string json_text(std::string_view text) {
     std::string quote = "\"";
     for (const char c : text) {
@@ -80,8 +78,9 @@ std::string json_text(std::string_view text) {
     return quote + '"';
 }
 
-std::string_view phase_title(const Channel& channel, const Outcome& outcome) {
-    return !channel.is_gas() && outcome.passed(Step::state) ? phase_of(outcome.phase).title : "";
+std::string_view phase_title(const Cycle& cycle) {
+    const bool decided = !cycle.channel.is_gas() && cycle.outcome.passed(Step::state);
+    return decided ? phase_of(cycle.outcome.phase).title : "";
 }
 
 // With an exponent the register counts tens, thousands and so on of its unit.
@@ -100,24 +99,23 @@ public:
                                kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
     }
 
-    void cycle(const Channel& channel, const Measured& row, const Outcome& outcome,
-               const Registers& registers) override {
-        const bool done = outcome.reached == Step::done;
+    void cycle(const Cycle& cycle) override {
+        const Outcome& outcome = cycle.outcome;
         line_.clear();
         auto to = std::back_inserter(line_);
-        fmt::format_to(to, "{},{},{},{},{},{},{}", print_time(kind_, row.time_s), channel.name,
-                       done ? "computed" : "refused", done ? "" : step_name(outcome.reached),
-                       quoted_cell(outcome.reason), phase_title(channel, outcome), channel.heat_unit());
-        fill(channel, outcome, registers, values_);
+        fmt::format_to(to, "{},{},{},{},{},{},{}", print_time(kind_, cycle.row.time_s), cycle.channel.name,
+                       cycle.done() ? "computed" : "refused", cycle.done() ? "" : step_name(outcome.reached),
+                       csv_cell(outcome.reason), phase_title(cycle), cycle.channel.heat_unit());
+        fill(cycle, values_);
         for (const std::optional<float>& value : values_)
             value ? fmt::format_to(to, ",{}", *value) : fmt::format_to(to, ",");
         line_ += '\n';
         out_.write(line_);
     }
 
-    void end(const StationRegisters& registers, const std::vector<ChannelSummary>&, bool,
-             bool with_registers) override {
-        if (with_registers) out_.write("# registers\n" + print_registers(station_, registers, kind_, "# "));
+    void end(const RunEnd& end) override {
+        if (end.with_registers)
+            out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
 
 private:
@@ -129,36 +127,34 @@ class Json : public Results {
 public:
     using Results::Results;
 
-    void cycle(const Channel& channel, const Measured& row, const Outcome& outcome,
-               const Registers& registers) override {
-        const bool done = outcome.reached == Step::done;
-        line_ = fmt::format("{{\"record\":\"cycle\",{},\"channel\":{},\"status\":\"{}\"", time(row.time_s),
-                            json_text(channel.name), done ? "computed" : "refused");
+    void cycle(const Cycle& cycle) override {
+        line_ =
+            fmt::format("{{\"record\":\"cycle\",{},\"channel\":{},\"status\":\"{}\"", time(cycle.row.time_s),
+                        json_text(cycle.channel.name), cycle.done() ? "computed" : "refused");
         auto to = std::back_inserter(line_);
-        if (!done)
-            fmt::format_to(to, ",\"step\":\"{}\",\"reason\":{}", step_name(outcome.reached),
-                           json_text(outcome.reason));
-        if (const std::string_view phase = phase_title(channel, outcome); !phase.empty())
+        if (!cycle.done())
+            fmt::format_to(to, ",\"step\":\"{}\",\"reason\":{}", step_name(cycle.outcome.reached),
+                           json_text(cycle.outcome.reason));
+        if (const std::string_view phase = phase_title(cycle); !phase.empty())
             fmt::format_to(to, ",\"phase\":\"{}\"", phase);
-        if (const std::string_view unit = channel.heat_unit(); !unit.empty())
+        if (const std::string_view unit = cycle.channel.heat_unit(); !unit.empty())
             fmt::format_to(to, ",\"heat_unit\":\"{}\"", unit);
-        fill(channel, outcome, registers, values_);
+        fill(cycle, values_);
         for (std::size_t k = 0; k < values_.size(); ++k)
             if (values_[k]) fmt::format_to(to, ",\"{}\":{}", column_names()[k], *values_[k]);
         line_ += "}\n";
         out_.write(line_);
     }
 
-    void end(const StationRegisters& registers, const std::vector<ChannelSummary>& summaries, bool interrupted,
-             bool with_registers) override {
+    void end(const RunEnd& end) override {
         for (std::size_t i = 0; i < station_.channels.size(); ++i) {
             const Channel& channel = station_.channels[i];
-            out_.write(
-                fmt::format("{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},"
-                            "\"interrupted\":{}}}\n",
-                            json_text(channel.name), summaries[i].computed, summaries[i].refused, interrupted));
-            for (std::size_t k = 0; with_registers && k < integrator_count(channel.medium); ++k)
-                out_.write(register_line(channel, registers[i], k));
+            const ChannelSummary& summary = end.summaries[i];
+            out_.write(fmt::format(
+                "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{}}}\n",
+                json_text(channel.name), summary.computed, summary.refused, end.interrupted));
+            for (std::size_t k = 0; end.with_registers && k < integrator_count(channel.medium); ++k)
+                out_.write(register_line(channel, end.registers[i], k));
         }
     }
 
@@ -205,23 +201,23 @@ public:
                   "GJ/h", "t", "");
     }
 
-    void cycle(const Channel& channel, const Measured& row, const Outcome& outcome,
-               const Registers& registers) override {
-        if (cycles_) write_cycle(channel, row, outcome, registers);
-        for (std::size_t set = first_set_; set < 2; ++set) write_closed(channel, row, registers, set);
+    void cycle(const Cycle& cycle) override {
+        if (cycles_) write_cycle(cycle);
+        for (std::size_t set = first_set_; set < 2; ++set) write_closed(cycle, set);
     }
 
-    void end(const StationRegisters& registers, const std::vector<ChannelSummary>& summaries, bool interrupted,
-             bool with_registers) override {
-        std::string text = interrupted ? "interrupted\n" : "";
-        for (std::size_t i = 0; i < summaries.size(); ++i) {
+    void end(const RunEnd& end) override {
+        std::string text = end.interrupted ? "interrupted\n" : "";
+        for (std::size_t i = 0; i < end.summaries.size(); ++i) {
+            const ChannelSummary& summary = end.summaries[i];
             text += fmt::format("{:<11} {} cycles computed, {} refused\n", station_.channels[i].name,
-                                summaries[i].computed, summaries[i].refused);
-            if (summaries[i].refused > 0)
-                text += fmt::format("{:<11} first refused at {}\n", "", summaries[i].first_refusal);
+                                summary.computed, summary.refused);
+            if (summary.refused > 0)
+                text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
         }
         out_.write(text);
-        if (with_registers) out_.write("registers\n" + print_registers_table(station_, registers, kind_));
+        if (end.with_registers)
+            out_.write("registers\n" + print_registers_table(station_, end.registers, kind_));
     }
 
 private:
@@ -231,7 +227,8 @@ private:
                                cells...));
     }
 
-    void write_cycle(const Channel& c, const Measured& row, const Outcome& o, const Registers& registers) {
+    void write_cycle(const Cycle& cycle) {
+        const auto& [c, row, o, registers] = cycle;
         const bool solved = o.passed(Step::flow), meter = is_meter(c.device);
         const auto cell = [](bool given, const char* layout, float value) {
             return given ? fmt::format(fmt::runtime(layout), value) : std::string("-");
@@ -243,20 +240,19 @@ private:
                   cell(solved && !meter, "{:.5f}", o.epsilon), cell(solved, "{:.4f}", o.q[0]),
                   cell(solved && c.is_gas(), "{:.1f}", o.q[2]), cell(solved, "{:.3f}", o.q[c.is_gas() ? 3 : 2]),
                   fmt::format("{:.3f}", registers[0].total),
-                  o.reached == Step::done ? std::string()
-                                          : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
+                  cycle.done() ? "" : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
     }
 
-    void write_closed(const Channel& channel, const Measured& row, const Registers& registers,
-                      std::size_t set) {
+    void write_closed(const Cycle& cycle, std::size_t set) {
+        const Channel& channel = cycle.channel;
         std::string amounts;
         for (std::size_t k = 0; k < integrator_count(channel.medium); ++k)
-            if (const Interval& interval = registers[k].interval[set]; interval.closed)
+            if (const Interval& interval = cycle.registers[k].interval[set]; interval.closed)
                 amounts +=
                     fmt::format("{}{} {:#.7g} {}", amounts.empty() ? "" : ", ",
                                 integrator(channel.medium, k).name, interval.result, unit_of(channel, k));
         if (!amounts.empty())
-            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", print_time(kind_, row.time_s), channel.name,
+            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", print_time(kind_, cycle.row.time_s), channel.name,
                                    set == 0 ? "hour" : "day ", amounts));
     }
 
@@ -267,18 +263,9 @@ private:
 }  // namespace
 
 bool has(const Channel& c, Of whose) {
-    switch (whose) {
-        case Of::gas:
-            return c.is_gas();
-        case Of::heat_carrier:
-            return !c.is_gas();
-        case Of::standard_device:
-            return c.device <= static_cast<short>(standard_devices);
-        case Of::differential_pressure:
-            return !is_meter(c.device);
-        default:
-            return true;
-    }
+    if (whose == Of::gas || whose == Of::heat_carrier) return c.is_gas() == (whose == Of::gas);
+    if (whose == Of::standard_device) return c.device <= static_cast<short>(standard_devices);
+    return whose == Of::all || !is_meter(c.device);
 }
 
 std::unique_ptr<Results> make_results(const std::string& format, const Station& station, TimeKind kind,

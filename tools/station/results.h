@@ -60,6 +60,13 @@ struct ChannelSummary {
     std::string first_refusal;  ///< time, step and reason
 };
 
+struct RunEnd {
+    const StationRegisters& registers;
+    const std::vector<ChannelSummary>& summaries;
+    bool interrupted;
+    bool with_registers;  ///< they are not written to a file of their own
+};
+
 class Results {
 public:
     Results(const Station& station, TimeKind kind, OutputFile& out)
@@ -70,11 +77,8 @@ public:
 
     /// Before the first cycle.
     virtual void begin() {}
-    virtual void cycle(const Channel& channel, const Measured& row, const Outcome& outcome,
-                       const Registers& registers) = 0;
-    /// After the last cycle; `with_registers` when they are not written to a file of their own.
-    virtual void end(const StationRegisters& registers, const std::vector<ChannelSummary>& summaries,
-                     bool interrupted, bool with_registers) = 0;
+    virtual void cycle(const Cycle& cycle) = 0;
+    virtual void end(const RunEnd& end) = 0;
 
 protected:
     const Station& station_;
@@ -88,7 +92,7 @@ protected:
 
 /// Constants, measured values and each step with its status and its results, units beside them. It ends with the step that was
 /// refused and the reason.
-[[nodiscard]] std::string sheet(const Channel& channel, const Outcome& outcome);
+[[nodiscard]] std::string sheet(const Cycle& cycle);
 
 /// A line for a step, and one for a value, as on the sheet.
 [[nodiscard]] std::string sheet_step(std::string_view name, std::string_view outcome);

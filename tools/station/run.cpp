@@ -19,6 +19,7 @@ namespace kalorfix::tool {
 namespace station {
 namespace {
 
+constexpr double s_per_min = 60.0;
 volatile std::sig_atomic_t signal_received = 0;
 
 void on_signal(int signal) { signal_received = signal; }
@@ -74,10 +75,15 @@ bool needs_gas_data(const Station& station) {
                                [](const Channel& c) { return c.is_gas() && !is_by_density(c.gas.method); });
 }
 
-struct Survey {
-    std::uint64_t bytes = 0;
+// What the walks through the readings share.
+struct Job {
+    const Station& station;
+    Readings& readings;
+    StationRegisters registers;
+    double downtime_min;
+    std::uint64_t bytes = 0;  // of the readings
     std::vector<std::optional<double>>
-        first_s;  ///< time of each channel's first reading that is to be computed
+        first_s{};  // time of each channel's first reading that is to be computed
 };
 
 // Whether the registers hold a reading already: a run goes on from them with the same readings or with later ones.
@@ -86,47 +92,39 @@ bool is_counted(const ChannelRegisters& registers, const Measured& row) {
 }
 
 // The first walk through the readings: every mistake is found before anything is written.
-Survey check(const Station& station, Readings& readings, const StationRegisters& registers) {
-    Survey survey{0, std::vector<std::optional<double>>(station.channels.size())};
+void check(Job& job) {
+    job.first_s.resize(job.station.channels.size());
     Measured row;
     bool any = false;
-    while (!signal_received && readings.next(row)) {
+    while (!signal_received && job.readings.next(row)) {
         any = true;
-        std::optional<double>& first = survey.first_s[row.channel];
-        if (!first && !is_counted(registers[row.channel], row)) first = row.time_s;
+        std::optional<double>& first = job.first_s[row.channel];
+        if (!first && !is_counted(job.registers[row.channel], row)) first = row.time_s;
     }
-    survey.bytes = readings.bytes_read();
+    job.bytes = job.readings.bytes_read();
     const auto given = [](const std::optional<double>& first) { return first.has_value(); };
-    if (any && !signal_received && std::ranges::none_of(survey.first_s, given))
-        throw InputError(readings.name() + ": the registers of --continue hold all these readings already");
-    return survey;
-}
-
-void check_downtime(double downtime_min, const Station& station, const Survey& survey,
-                    const StationRegisters& registers) {
-    for (std::size_t i = 0; i < station.channels.size(); ++i) {
-        if (!registers[i].last_s || !survey.first_s[i]) continue;
-        constexpr double s_per_min = 60.0;
-        const double gap_min = (*survey.first_s[i] - *registers[i].last_s) / s_per_min;
-        if (gap_min < downtime_min)
-            throw InputError(
-                fmt::format("--downtime {}: only {} minutes lie between the last reading of {} and its next",
-                            downtime_min, gap_min, station.channels[i].name));
+    if (any && !signal_received && std::ranges::none_of(job.first_s, given))
+        throw InputError(job.readings.name(), ": the registers of --continue hold all these readings already");
+    for (std::size_t i = 0; i < job.station.channels.size(); ++i) {
+        if (!job.registers[i].last_s || !job.first_s[i]) continue;
+        const double gap_min = (*job.first_s[i] - *job.registers[i].last_s) / s_per_min;
+        if (gap_min < job.downtime_min)
+            throw InputError("--downtime ", job.downtime_min, ": only ", gap_min,
+                             " minutes lie between the last reading of ", job.station.channels[i].name,
+                             " and its next");
     }
 }
 
 // A channel counts its time from the moment it is made: the last reading of the run before, or its own first one. The
 // channels of a medium come into being in ascending order, lower numbers with the higher ones.
-void set_up_all(const host::Library& library, const Station& station, const Survey& survey,
-                const StationRegisters& registers, double downtime_min, SimulatedClock& clock) {
-    std::vector<std::size_t> order(station.channels.size());
+void set_up_all(const host::Library& library, const Job& job, SimulatedClock& clock) {
+    std::vector<std::size_t> order(job.station.channels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::sort(order, {}, [&](std::size_t i) { return station.channels[i].number; });
+    std::ranges::sort(order, {}, [&](std::size_t i) { return job.station.channels[i].number; });
     for (const std::size_t i : order) {
-        constexpr double s_per_min = 60.0;
-        const std::optional<double>& last = registers[i].last_s;
-        clock.set(last ? *last + downtime_min * s_per_min : survey.first_s[i].value_or(0.0));
-        set_up(library, station, station.channels[i]);
+        const std::optional<double>& last = job.registers[i].last_s;
+        clock.set(last ? *last + job.downtime_min * s_per_min : job.first_s[i].value_or(0.0));
+        set_up(library, job.station, job.station.channels[i]);
     }
 }
 
@@ -140,23 +138,22 @@ void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, 
 }
 
 // The second walk: every reading through the library.
-std::vector<ChannelSummary> compute(const host::Library& library, const Station& station, Readings& readings,
-                                    std::uint64_t bytes, SimulatedClock& clock, StationRegisters& registers,
+std::vector<ChannelSummary> compute(const host::Library& library, Job& job, SimulatedClock& clock,
                                     Results& results, bool progress_wanted) {
-    std::vector<ChannelSummary> summaries(station.channels.size());
-    Progress progress(bytes, progress_wanted);
+    std::vector<ChannelSummary> summaries(job.station.channels.size());
+    Progress progress(job.bytes, progress_wanted);
     Measured row;
-    readings.rewind();
-    while (!signal_received && readings.bytes_read() < bytes && readings.next(row)) {
-        const Channel& channel = station.channels[row.channel];
-        ChannelRegisters& kept = registers[row.channel];
-        progress.at(readings.bytes_read());
+    job.readings.rewind();
+    while (!signal_received && job.readings.bytes_read() < job.bytes && job.readings.next(row)) {
+        const Channel& channel = job.station.channels[row.channel];
+        ChannelRegisters& kept = job.registers[row.channel];
+        progress.at(job.readings.bytes_read());
         if (is_counted(kept, row)) continue;
         clock.set(row.time_s);
         const Outcome outcome = run_cycle(library, channel, row, kept.reg);
         kept.last_s = row.time_s;
-        note(summaries[row.channel], row, outcome, readings.time_kind());
-        results.cycle(channel, row, outcome, kept.reg);
+        note(summaries[row.channel], row, outcome, job.readings.time_kind());
+        results.cycle({channel, row, outcome, kept.reg});
     }
     return summaries;
 }
@@ -178,14 +175,13 @@ double check_request(const RunRequest& request) {
         throw InputError(
             "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
     if (std::ranges::find(formats, request.format) == formats.end())
-        throw InputError(
-            fmt::format("--format: there are table, csv, json, hours and days, not '{}'", request.format));
+        throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
     if (!request.out.empty() && request.out == request.registers_file)
-        throw InputError(fmt::format("--registers {}: is the file of --out already", request.out));
+        throw InputError("--registers ", request.out, ": is the file of --out already");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
     if (!minutes)
-        throw InputError(fmt::format("--downtime: expected minutes within {}, not '{}'", downtime_min.text(),
-                                     request.downtime));
+        throw InputError("--downtime: expected minutes within ", downtime_min.text(), ", not '",
+                         request.downtime, "'");
     return *minutes;
 }
 
@@ -207,10 +203,9 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     signal_received = 0;
     Readings readings(station, *in, request.readings);
     const TimeKind kind = readings.time_kind();
-    StationRegisters registers(station.channels.size());
-    if (!request.continue_file.empty()) registers = read_registers(request.continue_file, station, kind);
-    const Survey survey = check(station, readings, registers);
-    check_downtime(downtime_min, station, survey, registers);
+    Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
+    if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
+    check(job);
 
     OutputFile out(request.out);
     std::optional<OutputFile> register_file;
@@ -220,7 +215,7 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     if (library->Init() != 1) throw InputError("the library refuses to initialise");
     const Session session(&library);
     *library->ProstoyTime = downtime_min;
-    set_up_all(library, station, survey, registers, downtime_min, clock);
+    set_up_all(library, job, clock);
     prime_gas_state(library, station);
 
     const std::unique_ptr<Results> results =
@@ -228,12 +223,11 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     // On a terminal the results themselves show how far the run has come.
     const bool progress_wanted = !request.out.empty() || isatty(STDOUT_FILENO) == 0;
     results->begin();
-    const std::vector<ChannelSummary> summaries =
-        compute(library, station, readings, survey.bytes, clock, registers, *results, progress_wanted);
+    const std::vector<ChannelSummary> summaries = compute(library, job, clock, *results, progress_wanted);
     const int ended_by = signal_received ? static_cast<int>(signal_received) : interrupted_copying;
-    results->end(registers, summaries, ended_by != 0, !register_file);
+    results->end({job.registers, summaries, ended_by != 0, !register_file});
     if (register_file) {
-        register_file->write(print_registers(station, registers, kind, ""));
+        register_file->write(print_registers(station, job.registers, kind, ""));
         register_file->finish();
     }
     out.finish();

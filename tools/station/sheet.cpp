@@ -53,8 +53,8 @@ std::string gas_constants(const Gas& gas) {
     if (gas.rho_c > 0.0F) text += row("density at standard conditions", gas.rho_c, 4, "kg/m3");
     for (std::size_t i = 0; i < components.size(); ++i)
         if (gas.x[i] != 0.0F)
-            text += gas.volume_fractions ? row(components[i].word, gas.x[i], 6, "volume fraction")
-                                         : row(components[i].word, gas.x[i], 4, "mol %");
+            text += gas.volume_fractions ? row(components[i], gas.x[i], 6, "volume fraction")
+                                         : row(components[i], gas.x[i], 4, "mol %");
     if (gas.vapour > 0.0F) text += row("water vapour", gas.vapour, 4, "kg/m3");
     return text;
 }
@@ -94,15 +94,15 @@ std::string sheet_row(std::string_view label, std::string_view value, std::strin
     return fmt::format("    {:<34}{:>14}{}{}\n", label, value, unit.empty() ? "" : "  ", unit);
 }
 
-std::string sheet(const Channel& c, const Outcome& out) {
+std::string sheet(const Cycle& cycle) {
+    const auto& [c, row, out, registers] = cycle;
     const bool meter = is_meter(c.device);
     std::string text = title(c, out) + (meter ? "" : pipeline(c)) + measured(c, out.input);
     if (c.is_gas()) text += gas_constants(c.gas);
     text += sheet_step("set-up", meter ? "constants accepted" : "pipeline constants accepted");
     for (const Step step : {Step::state, Step::properties, Step::geometry, Step::flow})
         if (out.passed(step) && !(meter && step == Step::geometry)) text += passed(c, out, step);
-    return out.reached == Step::done ? text
-                                     : text + sheet_step(step_name(out.reached), "refused: " + out.reason);
+    return cycle.done() ? text : text + sheet_step(step_name(out.reached), "refused: " + out.reason);
 }
 
 }  // namespace kalorfix::tool::station

@@ -44,7 +44,7 @@ void read_composition_file(Keys& keys, const Entry& entry, const std::string& st
     const std::filesystem::path path = std::filesystem::path(station_file).parent_path() / entry.value;
     std::error_code failed;
     if (!std::filesystem::is_regular_file(path, failed))
-        keys.fail(entry, fmt::format("there is no composition file {}", path.string()));
+        keys.fail(entry, "there is no composition file ", path.string());
     const GivenComposition given = read_composition(path.string());
     gas.volume_fractions = given.volume_fractions;
     std::ranges::transform(given.x, gas.x.begin(), [](double x) { return static_cast<float>(x); });
@@ -64,10 +64,10 @@ void read_composition_keys(Keys& keys, const std::string& station_file, Gas& gas
     }
     if (file) return read_composition_file(keys, *file, station_file, gas);
     if (!any)
-        keys.fail(fmt::format("lacks composition (a file) or the keys {} to {} (accepted: 0..100 mol %)",
-                              component_key(0), component_key(components.size() - 1)));
+        keys.fail_section("lacks composition (a file) or the keys ", component_key(0), " to ",
+                          component_key(components.size() - 1), " (accepted: 0..100 mol %)");
     if (std::ranges::all_of(gas.x, [](float x) { return x == 0.0F; }))
-        keys.fail("has an empty composition; give the components in mol %");
+        keys.fail_section("has an empty composition; give the components in mol %");
 }
 
 void read_gas(Keys& keys, const std::string& station_file, Gas& gas) {
@@ -101,8 +101,8 @@ Channel read_channel(const std::string& file, const Section& section) {
     const bool named = section.words.size() == 2 && (section.words[0] == "GAS" || section.words[0] == "HEAT");
     const std::optional<int> number = named ? parse<int>(section.words[1]) : std::nullopt;
     if (!number || *number < 1 || *number > highest_channel || section.words[1][0] == '0')
-        throw InputError(fmt::format("{}:{}: {}: expected [GAS N] or [HEAT N] with N within 1..{}", file,
-                                     section.line, section.title(), highest_channel));
+        throw InputError(file, ":", section.line, ": ", section.title(),
+                         ": expected [GAS N] or [HEAT N] with N within 1..", highest_channel);
     Channel c{};
     c.medium = section.words[0] == "GAS" ? Medium::gas : Medium::heat_carrier;
     c.number = *number;
@@ -139,8 +139,7 @@ Station read_station(const host::Library& library, const std::string& file) {
     for (const Section& section : read_sections(library, file))
         station.channels.push_back(read_channel(file, section));
     if (station.channels.empty())
-        throw InputError(
-            fmt::format("{}: holds no channel; a section [GAS 1] or [HEAT 1] describes one", file));
+        throw InputError(file, ": holds no channel; a section [GAS 1] or [HEAT 1] describes one");
     return station;
 }
 

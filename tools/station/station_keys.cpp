@@ -128,7 +128,7 @@ std::string Key::accepted() const {
     return limits.high == 0.0 ? "" : limits.text();
 }
 
-std::string component_key(std::size_t i) { return fmt::format("x_{}_pct", components[i].word); }
+std::string component_key(std::size_t i) { return fmt::format("x_{}_pct", components[i]); }
 
 std::string substitute_key(const Integrator& one) {
     std::string unit(one.flow_unit);
@@ -151,10 +151,9 @@ Keys::Keys(const std::string& file, const Section& section, Medium medium)
     : file_(file), section_(section), known_(keys_of(medium)) {
     for (const Entry& entry : section.entries) {
         if (std::ranges::find(known_, entry.key, &Key::name) == known_.end())
-            fail(entry, fmt::format("no such key; there are {}", joined(known_, &Key::name)));
+            fail(entry, "no such key; there are ", joined(known_, &Key::name));
         const auto first = std::ranges::find(section.entries, entry.key, &Entry::key);
-        if (&*first != &entry)
-            fail(entry, fmt::format("stands here for the second time, first in line {}", first->line));
+        if (&*first != &entry) fail(entry, "stands here for the second time, first in line ", first->line);
     }
 }
 
@@ -172,32 +171,23 @@ float Keys::number(std::string_view key, std::optional<float> otherwise) {
     const Key& what = *std::ranges::find(known_, key, &Key::name);
     const Entry* const entry = find(key);
     if (!otherwise) otherwise = what.otherwise;
-    if (!entry && !otherwise) fail(fmt::format("lacks {} (accepted: {})", key, what.accepted()));
+    if (!entry && !otherwise) fail_section("lacks ", key, " (accepted: ", what.accepted(), ")");
     if (!entry) return *otherwise;
     if (!what.words.empty()) {
         const auto found = std::ranges::find(what.words, entry->value);
         if (found != what.words.end()) return static_cast<float>(found - what.words.begin());
-        fail(*entry, fmt::format("expected one of {}, not {}", what.accepted(), quoted(entry->value)));
+        fail(*entry, "expected one of ", what.accepted(), ", not ", quoted(entry->value));
     }
     const std::optional<double> value = number_within(entry->value, what.limits);
     if (what.whole && (!value || !parse<int>(entry->value)))
-        fail(*entry,
-             fmt::format("expected a whole number within {}, not {}", what.accepted(), quoted(entry->value)));
+        fail(*entry, "expected a whole number within ", what.accepted(), ", not ", quoted(entry->value));
     if (!value) fail(*entry, expected_within(entry->value, what.limits));
     return static_cast<float>(*value);
 }
 
 void Keys::finish(std::string_view because) const {
     for (const Entry& entry : section_.entries)
-        if (!asked_.contains(entry.key)) fail(entry, fmt::format("has no meaning {}; leave it out", because));
-}
-
-void Keys::fail(const Entry& entry, const std::string& what) const {
-    throw InputError(fmt::format("{}:{}: {} {}: {}", file_, entry.line, section_.title(), entry.key, what));
-}
-
-void Keys::fail(const std::string& what) const {
-    throw InputError(fmt::format("{}:{}: {} {}", file_, section_.line, section_.title(), what));
+        if (!asked_.contains(entry.key)) fail(entry, "has no meaning ", because, "; leave it out");
 }
 
 }  // namespace kalorfix::tool::station

@@ -66,8 +66,15 @@ public:
     /// Throws InputError for a known key that nothing has asked for: it has no meaning beside the others.
     void finish(std::string_view because) const;
 
-    [[noreturn]] void fail(const Entry& entry, const std::string& what) const;
-    [[noreturn]] void fail(const std::string& what) const;
+    /// Throws InputError with the place and what is wrong with an entry, or with the section.
+    template <class... Parts>
+    [[noreturn]] void fail(const Entry& entry, const Parts&... what) const {
+        throw InputError(file_, ":", entry.line, ": ", section_.title(), " ", entry.key, ": ", what...);
+    }
+    template <class... Parts>
+    [[noreturn]] void fail_section(const Parts&... what) const {
+        throw InputError(file_, ":", section_.line, ": ", section_.title(), " ", what...);
+    }
 
 private:
     std::string file_;
