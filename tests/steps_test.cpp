@@ -219,7 +219,8 @@ TEST(FixedPoint, EndsAtTheToleranceOfTheClass) {
         unsigned char metering_class;
         double change;
         int passes;
-    } rows[] = {{0, 0.99999e-3, 2}, {0, 1.00001e-3, 3}, {1, 0.99999e-5, 2}, {1, 1.00001e-5, 3}};
+    } rows[] = {
+        {0, 0.99999e-3, 2}, {0, 1.00001e-3, 3}, {1, 0.99999e-5, 2}, {1, 1.00001e-5, 3}, {2, 1.00001e-5, 2}};
     for (const auto& row : rows) {
         const flow::FixedPoint end =
             flow::fixed_point(flow::tolerance(row.metering_class), [&](int pass, double, double& q) {
