@@ -7,7 +7,8 @@
  *
  * The steps of a cycle hand their outcome on through `valid`: the state operation sets it, each following step
  * requires it, clears it while it works and sets it again on success. All operations return the status:
- * 1 computed and within limits, 0 not computed. None throws. One object must be used by one thread at a time.
+ * 1 computed, within limits and finite, 0 not computed. None throws. Nothing is locked: all calls come from one thread
+ * at a time, also those of different objects.
  */
 #ifndef KALORFIX_CALCULATORS_H
 #define KALORFIX_CALCULATORS_H
@@ -62,12 +63,13 @@ public:
 
     /// One integration step of a flow q (per hour) over dt seconds. With `apply_downtime` the downtime measured at
     /// Init is filled in with q_subst (per hour, its 1/60 a minute). `total` = increment * 10^-exp10 + total_prev, less 10^6
-    /// once when above it. Refused, outputs unwritten, when q or total_prev is negative.
+    /// once when above it. Refused, outputs unwritten: q or total_prev negative or not finite, q_subst not finite.
     char in_Param(double q, double total_prev, double dt_s, short exp10, double q_subst, char apply_downtime,
                   double& downtime_min_out, double& total_out, double& downtime_part);
 
     /// One step of an hourly (set 0) or daily (set 1) interval; closes it with the difference of totals as its
-    /// result. Returns 1; a set above 1 is refused with the outputs unwritten.
+    /// result, plus 10^6 when it is negative. Returns 1; 0 for a set above 1, with the outputs unwritten, and for numbers
+    /// that are not finite.
     char in2_Param(float dt_s, float downtime_minutes, unsigned short set, double total_now,
                    double interval_time_s, double interval_start_total, double last_result,
                    double& interval_time_out, double& interval_start_out, double& result);
@@ -121,7 +123,8 @@ public:
                   double rho_c_in, double& sum_out, double& K_out, double& rho_c_out);
 
     /// Density, viscosity (uPa s), isentropic exponent and heats of combustion (arguments as in mg_tf_param). On a state
-    /// that is not valid the last values are handed out; outside the range of the water vapour nothing is written.
+    /// that is not valid the last values are handed out, zeros where there was none yet; outside the range of the water
+    /// vapour nothing is written.
     char tf_Param(char unit, char tempBasis, double roVap, double& ro_out, double& mu_out, double& kappa_out,
                   double& hLow, double& hHigh);
 
