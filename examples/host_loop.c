@@ -234,18 +234,19 @@ static void totalise(__typeof__(&mg_int_param) int_param, __typeof__(&mg_int_par
 
 /* Each function gives the step that was refused, or NULL. */
 static const char* gas_flow(struct reading in) {
-    enum { gerg91_mod = 1, aga8_92dc = 2, mole_percent = 0 };
+    enum { mole_percent = 0 };
     char status;
     float sum, K, rho_c, rho, mu, kappa, lower_heat, higher_heat;
     float D, d, beta, E, K_p, q_m, q_v, q_c, q_e, K_sh, C, Re, epsilon;
     const float nitrogen = 0.3F, carbon_dioxide = 0.6F;
 
     /* AGA8-92DC takes viscosity and exponent with the contents that the last method by density left. */
-    lib.mg_param_gs(contents_channel, in.t, in.p, 0, 0, gerg91_mod, mole_percent, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                    nitrogen, carbon_dioxide, 0, 0, 0, 0.7F, &status, &sum, &K, &rho_c);
+    lib.mg_param_gs(contents_channel, in.t, in.p, 0, 0, KALORFIX_GERG91, mole_percent, 0, 0, 0, 0, 0, 0, 0, 0,
+                    0, 0, nitrogen, carbon_dioxide, 0, 0, 0, 0.7F, &status, &sum, &K, &rho_c);
 
-    lib.mg_param_gs(gas_channel, in.t, in.p, 0, 0, aga8_92dc, mole_percent, 96.5F, 1.8F, 0.45F, 0.1F, 0.1F,
-                    0.03F, 0.05F, 0.07F, 0, 0, nitrogen, carbon_dioxide, 0, 0, 0, 0, &status, &sum, &K, &rho_c);
+    lib.mg_param_gs(gas_channel, in.t, in.p, 0, 0, KALORFIX_AGA8_92DC, mole_percent, 96.5F, 1.8F, 0.45F, 0.1F,
+                    0.1F, 0.03F, 0.05F, 0.07F, 0, 0, nitrogen, carbon_dioxide, 0, 0, 0, 0, &status, &sum, &K,
+                    &rho_c);
     if (status != 1) return "state";
     /* No other gas calculation between these two. */
     lib.mg_tf_param(gas_channel, 0, 0, 0, &status, &rho, &mu, &kappa, &lower_heat, &higher_heat);
@@ -292,14 +293,14 @@ static volatile sig_atomic_t ending = 0;
 static void end_after_this_cycle(int signal_number) { (void)signal_number, ending = 1; }
 
 static void set_up_channels(void) {
-    enum { metering_class = 1, by_material = 1, flange_tappings = 3, isa1932_nozzle = 4 };
+    enum { by_material = 1 };
     char gas, contents, steam;
-    lib.mg_init_tr(gas_channel, metering_class, flange_tappings, by_material, 7, 32, 400, 220, 0.05F, 0.05F, 0,
-                   1, 0, &gas);
-    lib.mg_init_tr(contents_channel, metering_class, flange_tappings, by_material, 7, 32, 400, 220, 0.05F,
-                   0.05F, 0, 1, 0, &contents);
-    lib.mt_init_tr(steam_channel, metering_class, isa1932_nozzle, by_material, 7, 32, 300, 180, 0.1F, 0, 0, 1,
-                   0, &steam);
+    lib.mg_init_tr(gas_channel, KALORFIX_CLASS_1, KALORFIX_ORIFICE_FLANGE, by_material, 7, 32, 400, 220, 0.05F,
+                   0.05F, 0, 1, 0, &gas);
+    lib.mg_init_tr(contents_channel, KALORFIX_CLASS_1, KALORFIX_ORIFICE_FLANGE, by_material, 7, 32, 400, 220,
+                   0.05F, 0.05F, 0, 1, 0, &contents);
+    lib.mt_init_tr(steam_channel, KALORFIX_CLASS_1, KALORFIX_NOZZLE_ISA1932, by_material, 7, 32, 300, 180, 0.1F,
+                   0, 0, 1, 0, &steam);
     if (gas != 1 || contents != 1 || steam != 1) fprintf(stderr, "pipeline constants refused\n"), exit(1);
 }
 

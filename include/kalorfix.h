@@ -1,6 +1,8 @@
 /* kalorfix.so: flow of natural gas, water and steam by differential pressure, and the properties behind it.
  *
- * This header is plain C; the part for C++ at its end declares what is exported with C++ names.
+ * This header is plain C. What is exported with C++ names stands in headers of its own: the calculator classes in
+ * kalorfix_calculators.h, clock, directories and INI files in kalorfix_runtime.h. kalorfix_gas.h has the module state of the
+ * gas methods.
  *
  * Channel functions (mg_ natural gas, mt_ heat carrier) take the channel first, 1..20000; gas and heat-carrier
  * channels are numbered apart, and a channel comes into being with the first call that names it. They return 1
@@ -24,6 +26,47 @@
 #define KALORFIX_API
 #endif
 
+/* Version of this header. */
+#define KALORFIX_VERSION "0.1.0"
+#define KALORFIX_VERSION_NUMBER 0x000100 /* two hexadecimal digits each for major, minor and patch */
+
+/* ---- Codes ------------------------------------------------------------------------------------------------- */
+
+/* Device of a channel, `device_type`. 10..18 are averaging devices, the first two with a linear, the others with a
+ * tabulated flow coefficient. */
+enum kalorfix_device {
+    KALORFIX_ORIFICE_CORNER = 1, /* orifice plate, corner tappings */
+    KALORFIX_ORIFICE_D_D2 = 2,   /* D and D/2 tappings */
+    KALORFIX_ORIFICE_FLANGE = 3, /* flange tappings */
+    KALORFIX_NOZZLE_ISA1932 = 4,
+    KALORFIX_NOZZLE_LONG_RADIUS = 5,
+    KALORFIX_VENTURI_NOZZLE = 6,
+    KALORFIX_VENTURI_CAST = 7,     /* classical Venturi tube, as-cast convergent */
+    KALORFIX_VENTURI_MACHINED = 8, /* machined convergent */
+    KALORFIX_VENTURI_WELDED = 9,   /* rough-welded sheet-iron convergent */
+    KALORFIX_AVERAGING_FIRST = 10,
+    KALORFIX_AVERAGING_LAST = 18,
+    KALORFIX_CONFIGURED_COEFFICIENT = 19, /* flow coefficient as configured, alpha_eps */
+    KALORFIX_METER_MASS = 20,             /* t/h */
+    KALORFIX_METER_VOLUME = 21,           /* m3/h */
+    KALORFIX_METER_STANDARD_VOLUME = 22,  /* m3/h at standard conditions, gas only */
+    KALORFIX_EXTERNAL_FLOW = 23           /* given to the totals */
+};
+
+/* Compressibility method of mg_param_gs; any other value means VNIC SMV. */
+enum kalorfix_method { KALORFIX_NX19 = 0, KALORFIX_GERG91 = 1, KALORFIX_AGA8_92DC = 2, KALORFIX_VNIC_SMV = 3 };
+
+/* Phase of a heat carrier. */
+enum kalorfix_phase {
+    KALORFIX_PHASE_UNDECIDED = 0,
+    KALORFIX_WATER = 1,
+    KALORFIX_STEAM = 2, /* superheated */
+    KALORFIX_WET_STEAM = 3
+};
+
+/* Metering class: 1 is solved more closely, and keeps its first configuration. */
+enum kalorfix_metering_class { KALORFIX_CLASS_0 = 0, KALORFIX_CLASS_1 = 1 };
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -42,6 +85,10 @@ KALORFIX_API int Done(void);
 
 /* 1 between a successful Init and Done. */
 KALORFIX_API extern short Is_already_init;
+
+/* 1 when the last load allocated the gas tables and read the file, a short one too, 0 when it failed or there was none; Done
+ * leaves it alone. The name says the opposite. */
+KALORFIX_API extern char Gas_Not_Init;
 
 /* Configured number of gas pipelines, at least 1 after Init; 5 by default. */
 KALORFIX_API extern short Num_gas_trub;
@@ -278,12 +325,6 @@ KALORFIX_API short t_phase_1(double p_MPa, double t_C, double dp_MPa, double* ps
 
 #ifdef __cplusplus
 } /* extern "C" */
-
-/* ---- Exported with C++ names ------------------------------------------------------------------------------- */
-
-#include "kalorfix_calculators.h"
-#include "kalorfix_runtime.h"
-
-#endif /* __cplusplus */
+#endif
 
 #endif /* KALORFIX_H */

@@ -74,38 +74,38 @@ public:
                    double interval_time_s, double interval_start_total, double last_result,
                    double& interval_time_out, double& interval_start_out, double& result);
 
-    unsigned char metering_class;  ///< 0 or 1; 3 = never configured
-    unsigned char device_type;     ///< 1..23
-    unsigned char by_material;     ///< 1: mat_D, mat_d are codes 1..39; 0: expansion coefficients
-    double mat_D;                  ///< pipe: material code, or linear expansion coefficient, 1/degC
-    double mat_d;                  ///< device: the same
-    double D20;                    ///< pipe inner diameter at 20 degC, m
-    double d20;                    ///< device diameter at 20 degC, m
-    double R_sh;                   ///< equivalent uniform roughness of the pipe wall, m
-    double r_n0;                   ///< initial radius of the orifice inlet edge, m
-    unsigned char r_n_at_end;      ///< 1: edge radius at the end of the check interval, 0: its mean
-    double tau;                    ///< interval between checks, years
-    double alpha_eps;              ///< alpha*epsilon of devices 10..19
-    unsigned char valid;           ///< outcome of the last step
-    double t;                      ///< temperature, degC
-    double T;                      ///< temperature, K
-    double p;                      ///< absolute pressure, Pa
-    double R_a;                    ///< arithmetic mean roughness, m
-    double D;                      ///< pipe diameter at `t`, m
-    double d;                      ///< device diameter at `t`, m
-    double beta;                   ///< d/D
-    double E;                      ///< velocity-of-approach factor
-    double K_p;                    ///< correction for edge bluntness
-    double rho_w;                  ///< density at working conditions, kg/m3
-    double mu;                     ///< dynamic viscosity, Pa s
-    double kappa;                  ///< isentropic exponent
-    unsigned short phase;          ///< phase of a heat carrier: 1 water, 2 steam, 3 wet steam; 0 for gas
-    double q_m;                    ///< mass flow: kg/s while it is solved, then t/h
-    double q_v;                    ///< volume flow at working conditions, m3/h
-    double Re;                     ///< Reynolds number of the pipe
-    double C;                      ///< discharge coefficient
-    double K_sh;                   ///< correction for pipe roughness
-    double epsilon;                ///< expansibility factor
+    unsigned char metering_class = 3;  ///< 0 or 1; 3 = never configured
+    unsigned char device_type = 0;     ///< 1..23
+    unsigned char by_material = 0;     ///< 1: mat_D, mat_d are codes 1..39; 0: expansion coefficients
+    double mat_D = 0.0;                ///< pipe: material code, or linear expansion coefficient, 1/degC
+    double mat_d = 0.0;                ///< device: the same
+    double D20 = 0.0;                  ///< pipe inner diameter at 20 degC, m
+    double d20 = 0.0;                  ///< device diameter at 20 degC, m
+    double R_sh = 0.0;                 ///< equivalent uniform roughness of the pipe wall, m
+    double r_n0 = 0.0;                 ///< initial radius of the orifice inlet edge, m
+    unsigned char r_n_at_end = 0;      ///< 1: edge radius at the end of the check interval, 0: its mean
+    double tau = 0.0;                  ///< interval between checks, years
+    double alpha_eps = 0.0;            ///< alpha*epsilon of devices 10..19
+    unsigned char valid = 0;           ///< outcome of the last step
+    double t = 0.0;                    ///< temperature, degC
+    double T = 0.0;                    ///< temperature, K
+    double p = 0.0;                    ///< absolute pressure, Pa
+    double R_a = 0.0;                  ///< arithmetic mean roughness, m
+    double D = 0.0;                    ///< pipe diameter at `t`, m
+    double d = 0.0;                    ///< device diameter at `t`, m
+    double beta = 0.0;                 ///< d/D
+    double E = 0.0;                    ///< velocity-of-approach factor
+    double K_p = 0.0;                  ///< correction for edge bluntness
+    double rho_w = 0.0;                ///< density at working conditions, kg/m3
+    double mu = 0.0;                   ///< dynamic viscosity, Pa s
+    double kappa = 0.0;                ///< isentropic exponent
+    unsigned short phase = 0;          ///< phase of a heat carrier: 1 water, 2 steam, 3 wet steam; 0 for gas
+    double q_m = 0.0;                  ///< mass flow: kg/s while it is solved, then t/h
+    double q_v = 0.0;                  ///< volume flow at working conditions, m3/h
+    double Re = 0.0;                   ///< Reynolds number of the pipe
+    double C = 0.0;                    ///< discharge coefficient
+    double K_sh = 0.0;                 ///< correction for pipe roughness
+    double epsilon = 0.0;              ///< expansibility factor
 };
 
 /// A natural-gas channel.
@@ -145,23 +145,23 @@ public:
                     float interval_start_host, double last_result, double& interval_time_out,
                     double& interval_start_out, double& result);
 
-    short Method;                 ///< compressibility method as given
-    double Xi_in[15];             ///< composition as given
-    double Xi_sum;                ///< its sum
-    double Ro_c;                  ///< density at standard conditions, kg/m3
-    double K_c;                   ///< compressibility coefficient K = Z/Zc
-    double H_low;                 ///< lower heat of combustion
-    double H_high;                ///< higher heat of combustion
-    double Ro_vap;                ///< water vapour in the working cubic metre, kg/m3
-    double q_c;                   ///< volume flow at standard conditions, m3/h
-    double q_e;                   ///< q_c * 0.001 * factor of the host
-    double total[4];              ///< running totals
-    double interval_start[2][4];  ///< total at the start of the hour [0] and the day [1]
-    double interval_time[2][4];   ///< seconds elapsed in the hour and the day
-    unsigned char first_call[4];  ///< 1 until the first totalising call
-    unsigned long last_tick[4];   ///< clock at the last totalising call
-    float dt[4];                  ///< seconds between the last two calls
-    float downtime_min[4];        ///< minutes of downtime applied at the last call
+    short Method = 0;               ///< compressibility method as given
+    double Xi_in[15]{};             ///< composition as given
+    double Xi_sum = 0.0;            ///< its sum
+    double Ro_c = 0.0;              ///< density at standard conditions, kg/m3
+    double K_c = 0.0;               ///< compressibility coefficient K = Z/Zc
+    double H_low = 0.0;             ///< lower heat of combustion
+    double H_high = 0.0;            ///< higher heat of combustion
+    double Ro_vap = 0.0;            ///< water vapour in the working cubic metre, kg/m3
+    double q_c = 0.0;               ///< volume flow at standard conditions, m3/h
+    double q_e = 0.0;               ///< q_c * 0.001 * factor of the host
+    double total[4]{};              ///< running totals
+    double interval_start[2][4]{};  ///< total at the start of the hour [0] and the day [1]
+    double interval_time[2][4]{};   ///< seconds elapsed in the hour and the day
+    unsigned char first_call[4]{};  ///< 1 until the first totalising call
+    unsigned long last_tick[4]{};   ///< clock at the last totalising call
+    float dt[4]{};                  ///< seconds between the last two calls
+    float downtime_min[4]{};        ///< minutes of downtime applied at the last call
 };
 
 /// A heat-carrier channel: water, superheated or wet steam.
@@ -197,19 +197,19 @@ public:
                     float interval_start_host, double last_result, double& interval_time_out,
                     double& interval_start_out, double& result);
 
-    double dP_sat;                ///< pressure tolerance of the saturation test, Pa
-    double T_sat;                 ///< saturation temperature at `p`, degC
-    double p_sat;                 ///< saturation pressure at `T`, MPa
-    short phase_tn;               ///< phase decided by Param_tn; 0 undecided
-    double h_w;                   ///< specific enthalpy, kJ/kg
-    double q_h;                   ///< heat flow
-    double total[3];              ///< running totals
-    double interval_start[2][3];  ///< total at the start of the hour [0] and the day [1]
-    double interval_time[2][3];   ///< seconds elapsed in the hour and the day
-    unsigned char first_call[3];  ///< 1 until the first totalising call
-    unsigned long last_tick[3];   ///< clock at the last totalising call
-    float dt[3];                  ///< seconds between the last two calls
-    float downtime_min[3];        ///< minutes of downtime applied at the last call
+    double dP_sat = 0.0;            ///< pressure tolerance of the saturation test, Pa
+    double T_sat = 0.0;             ///< saturation temperature at `p`, degC
+    double p_sat = 0.0;             ///< saturation pressure at `T`, MPa
+    short phase_tn = 0;             ///< phase decided by Param_tn; 0 undecided
+    double h_w = 0.0;               ///< specific enthalpy, kJ/kg
+    double q_h = 0.0;               ///< heat flow
+    double total[3]{};              ///< running totals
+    double interval_start[2][3]{};  ///< total at the start of the hour [0] and the day [1]
+    double interval_time[2][3]{};   ///< seconds elapsed in the hour and the day
+    unsigned char first_call[3]{};  ///< 1 until the first totalising call
+    unsigned long last_tick[3]{};   ///< clock at the last totalising call
+    float dt[3]{};                  ///< seconds between the last two calls
+    float downtime_min[3]{};        ///< minutes of downtime applied at the last call
 };
 
 #endif /* KALORFIX_CALCULATORS_H */

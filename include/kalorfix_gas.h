@@ -16,10 +16,6 @@ extern "C" {
 /* Full path of the gas data file, written by Init. */
 KALORFIX_API extern char PATH_SRAM_FOR_LOADTABL[100];
 
-/* 1 when the last load allocated the tables and read the file, a short one too, 0 when it failed or there was none; Done
- * leaves it alone. The name says the opposite. */
-KALORFIX_API extern char Gas_Not_Init;
-
 /* VNIC SMV, 8 components: methane, ethane, propane, n-butane, i-butane, nitrogen, carbon dioxide, hydrogen sulphide. */
 KALORFIX_API extern float* V_Mi; /* [8] molar mass, kg/kmol */
 KALORFIX_API extern float* Roki; /* [8] critical density, kg/m3 */

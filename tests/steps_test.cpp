@@ -10,9 +10,10 @@
 #include "flow/fixed_point.h"
 #include "gas/aga8.h"
 #include "gas/aga8_isotherm.h"
-#include "gas/loaded_constants.h"
+#include "gas/edge/loaded_constants.h"
 #include "gas/vnic_smv.h"
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 #include "props/water/density.h"
 #include "props/water/saturation.h"
@@ -102,8 +103,8 @@ int steps(const Isotherm& isotherm, double target, double p_MPa, double critical
 
 int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
     namespace aga8 = gas::aga8;
-    const gas::Composition mixed = gas::with_present_components(gas::from_mole_percent(percent));
-    const aga8::Constants& of = gas::aga8_constants();
+    const gas::Composition mixed = gas::from_mole_percent(percent);
+    const aga8::Constants& of = gas::edge::aga8_constants();
     const aga8::Mixture mixture = aga8::mix(mixed, of);
     const aga8::Coefficients c = aga8::term_coefficients(T_K, mixture, of);
     const double target =
@@ -114,7 +115,7 @@ int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
 int vnic_steps(const Percent& percent, double T_K, double p_MPa) {
     namespace vnic = gas::vnic;
     const vnic::PseudoCritical critical =
-        vnic::pseudo_critical(vnic::fold(gas::from_mole_percent(percent)), gas::vnic_constants(),
+        vnic::pseudo_critical(vnic::fold(gas::from_mole_percent(percent).x), gas::edge::vnic_constants(),
                               static_cast<double>(gas::molar_gas_constant));
     vnic::Coefficients c{};
     vnic::equation_coefficients(Akl, Bkl, critical.acentric, c);

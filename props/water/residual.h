@@ -59,10 +59,10 @@ public:
 
 private:
     double tau_;
-    std::array<double, power_terms.size()> term_;     // n tau^t
-    std::array<double, merged_term_count> merged_;    // sums of term_ over equal (c, d)
-    std::array<double, gaussian_terms.size()> bell_;  // n tau^t exp(-beta (tau - gamma)^2)
-    double bell_sum_;
+    std::array<double, power_terms.size()> term_;                // n tau^t
+    std::array<double, merged_term_count> merged_;               // sums of term_ over equal (c, d)
+    std::array<double, gaussian_terms.size()> gaussian_factor_;  // n tau^t exp(-beta (tau - gamma)^2)
+    double gaussian_sum_;
     bool near_critical_;  // terms 55 and 56 can be felt at this temperature
 };
 
