@@ -92,5 +92,5 @@ char cCommon2005::Param_tr(double& D_mm, double& d_mm, double& beta_out, double&
     beta_out = beta;
     E_out = E;
     K_p_out = K_p;
-    return judged(*this, good);
+    return judged(*this, good && all_finite(D_mm, d_mm));
 }

@@ -54,7 +54,9 @@ bool count(double total_prev, const flow::Passage& passage, const TotalOutputs& 
     const double next = flow::advance(total_prev, step);
     if (passage.flow_per_h < 0.0 || total_prev < 0.0) return false;
     // A register is single precision at the host.
-    if (!all_finite(passage.substitute_per_h, static_cast<float>(step), static_cast<float>(next))) return false;
+    if (!all_finite(passage.substitute_per_h, static_cast<float>(passage.downtime_min),
+                    static_cast<float>(step), static_cast<float>(next)))
+        return false;
     out.total = next;
     out.downtime_part = passage.downtime_min == 0.0 ? 0.0 : step;
     out.downtime_min = passage.downtime_min;
@@ -134,7 +136,7 @@ char cCommon2005::in2_Param(float dt_s, float downtime_minutes, unsigned short s
     interval_time_out = next.time_s;
     interval_start_out = next.start_total;
     result = next.result;
-    return 1;
+    return all_finite(dt_s, downtime_minutes, next.time_s, next.start_total, next.result) ? 1 : 0;
 }
 
 char cGas2005::int_Param(unsigned short integrator, double q_ext, float total_host, double q_subst, short exp10,
