@@ -261,6 +261,11 @@ ResidualAt::ResidualAt(double tau) : tau_(tau) {
         merged_[layout.merged_of[k]] += term_[k];
     });
 
+    second_virial_ = 0.0;
+    unrolled<merged_term_count>([&]<std::size_t m>() {
+        if constexpr (layout.merged[m].d == 1) second_virial_ += merged_[m];
+    });
+
     gaussian_sum_ = 0.0;
     for (std::size_t k = 0; k < gaussian_terms.size(); ++k) {
         const GaussianTerm& g = gaussian_terms[k];
