@@ -44,7 +44,8 @@ void expect_at_most(const char* what, int limit, int expected_median, const slow
 
 int water_steps(double T_K, double p_MPa) {
     const water::ResidualAt residual(water::critical_temperature_K / T_K);
-    const water::DensityRoot root = water::solve_density(residual, water::single_phase_problem(residual, T_K, p_MPa));
+    const water::DensityRoot root =
+        water::solve_density(residual, water::single_phase_problem(residual, T_K, p_MPa));
     EXPECT_TRUE(root.found) << T_K << ' ' << p_MPa;
     return root.steps;
 }
