@@ -195,7 +195,8 @@ TEST_F(Gasdat, RefusesTablesThatAreNotWhole) {
               std::string::npos);
     EXPECT_NE(error_of(write("text", "hello\n")).find("text:1: expected a table such as [components]"),
               std::string::npos);
-    EXPECT_NE(error_of(write("text", std::string(5000, '1'))).find("text:1: longer than 4096 characters"), std::string::npos);
+    EXPECT_NE(error_of(write("text", std::string(5000, '1'))).find("text:1: longer than 4096 characters"),
+              std::string::npos);
     const std::string vast = write("vast", "");
     fs::resize_file(vast, std::uintmax_t{1} << 31);
     EXPECT_NE(error_of(vast).find("vast:1: longer than 4096 characters"), std::string::npos);

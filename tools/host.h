@@ -7,7 +7,9 @@
 #include <type_traits>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 
 namespace kalorfix::host {
 

@@ -13,6 +13,13 @@ void replace_all(std::string& text, std::string_view what, std::string_view by) 
         text.replace(at, what.size(), by);
 }
 
+// The documents that a text leads to do not come with the page; their names stay.
+void drop_links(std::string& text) {
+    for (std::size_t at = 0; (at = text.find("<a href=", at)) != std::string::npos;)
+        text.erase(at, text.find('>', at) - at + 1);
+    replace_all(text, "</a>", "");
+}
+
 // An id for what begins with a bold name: behind `tag`, which the name follows.
 void name_entries(std::string& text, std::string_view tag) {
     const std::string mark = std::string(tag) + "<strong>";
@@ -92,6 +99,7 @@ std::string markdown(const std::string& file, bool named_entries) {
     if (const std::size_t end = out.find("</h1>"); out.starts_with("<h1>")) out.erase(0, end + 5);
     replace_all(out, "<h2>", "<h3>");
     replace_all(out, "</h2>", "</h3>");
+    drop_links(out);
     if (named_entries)
         for (const std::string_view tag : {"<li>", "<tr>\n<td>"}) name_entries(out, tag);
     return "<div class=\"prose\">\n" + out + "</div>\n";
