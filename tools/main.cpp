@@ -62,10 +62,8 @@ std::string explain(const CLI::App& app, const Command& program, const CLI::Pars
 constexpr int bad_input = 2;
 
 // One line whatever the user typed, and no failure of its own when nobody listens to standard error.
-int complain(std::string what) {
-    for (char& c : what)
-        if (const auto code = static_cast<unsigned char>(c); code < ' ' || code == 0x7F) c = '?';
-    std::fprintf(stderr, "kalorfix: %s\n", what.c_str());
+int complain(const std::string& what) {
+    std::fprintf(stderr, "kalorfix: %s\n", printable(what).c_str());
     return bad_input;
 }
 

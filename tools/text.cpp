@@ -19,6 +19,13 @@ std::string plain(double value) {
     return {digits.data(), std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr};
 }
 
+std::string printable(std::string text) {
+    constexpr unsigned char del = 0x7F;
+    std::ranges::replace_if(
+        text, [](unsigned char c) { return c < ' ' || c == del; }, '?');
+    return text;
+}
+
 std::optional<double> number(std::string_view text) {
     const std::optional<double> value = parse<double>(text);
     return value && std::isfinite(*value) ? value : std::nullopt;

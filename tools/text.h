@@ -33,10 +33,13 @@ template <class... Parts>
     return all;
 }
 
+/// With a question mark for each control character, so that a message is one line.
+[[nodiscard]] std::string printable(std::string text);
+
 /// Thrown for input that the user can put right: one line that says what, where and what would be right.
 struct InputError : std::runtime_error {
     template <class... Parts>
-    explicit InputError(const Parts&... parts) : std::runtime_error(cat(parts...)) {}
+    explicit InputError(const Parts&... parts) : std::runtime_error(printable(cat(parts...))) {}
 };
 
 /// A whole text as a number, nan and inf included; nothing for anything else. Integers may have a base.
@@ -67,7 +70,7 @@ struct Limits {
 [[nodiscard]] std::string quoted(std::string_view text);
 
 /// Without the blanks around it.
-[[nodiscard]] std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r");
+[[nodiscard]] std::string_view trimmed(std::string_view text, std::string_view blanks = " \t");
 
 /// A cell of CSV, in quotes if it needs them.
 [[nodiscard]] std::string csv_cell(const std::string& text);

@@ -47,7 +47,9 @@ void fill_row(const Sheet& sheet, const Lines& lines, const std::vector<std::str
 bool fill(const Sheet& sheet, Lines& lines, bool listing, std::string_view& line, Values& values) {
     std::vector<bool> seen(sheet.rows.size());
     bool begun = false, more = false;
+    std::uint64_t last = 0;
     while ((more = lines.next_entry(line)) && !(listing && line.front() == '[')) {
+        last = lines.number();
         const std::vector<std::string_view> cells = listing ? words(line) : split(line, ',');
         if (begun)
             fill_row(sheet, lines, cells, seen, values);
@@ -57,7 +59,8 @@ bool fill(const Sheet& sheet, Lines& lines, bool listing, std::string_view& line
     }
     if (!begun) throw InputError(lines.name(), ": the table ", sheet.name, " is empty");
     for (std::size_t row = 0; row < seen.size(); ++row)
-        if (!seen[row]) lines.fail("row ", sheet.rows[row], " is missing in ", sheet.name);
+        if (!seen[row])
+            throw InputError(lines.name(), ":", last, ": row ", sheet.rows[row], " is missing in ", sheet.name);
     return more;
 }
 
@@ -137,10 +140,7 @@ Values read_sheets(const std::string& source) {
 
 std::string listing(const GasFile& file, const std::string& name) {
     // A line break in the name of the file would end the comment.
-    std::string shown = name;
-    std::ranges::replace_if(
-        shown, [](unsigned char c) { return c < ' '; }, '?');
-    std::string text = cat("# ", shown, ": ", file.size, " bytes; ", blocks().size(), " tables of ",
+    std::string text = cat("# ", printable(name), ": ", file.size, " bytes; ", blocks().size(), " tables of ",
                            value_count, " values fill ", file_size, "\n");
     if (file.size < file_size)
         text += cat("# too short: the ", value_count - file.count,

@@ -274,8 +274,8 @@ bool Readings::next(Measured& row) {
     if (cells_.size() != columns_.size())
         lines_.fail("expected ", columns_.size(), " cells as in the heading, not ", cells_.size());
     row = {};
-    row.channel = find_channel(cells_[channel_column_]);
     row.time_s = read_time(cells_[time_column_]);
+    row.channel = find_channel(cells_[channel_column_]);
     for (std::size_t k = 0; k < cells_.size(); ++k)
         if (k != time_column_ && k != channel_column_)
             row.value[static_cast<std::size_t>(columns_[k].quantity)] =
