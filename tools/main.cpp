@@ -13,6 +13,9 @@
 namespace kalorfix::tool {
 namespace {
 
+// An option without its value, as from an unset variable of a script, is not an option left out.
+std::string not_empty(const std::string& value) { return value.empty() ? "needs a value, not ''" : ""; }
+
 void describe(CLI::App& app, const Command& command) {
     for (const Option& option : command.options) {
         CLI::Option* added = nullptr;
@@ -20,7 +23,8 @@ void describe(CLI::App& app, const Command& command) {
             added = app.add_flag(option.name, *std::get<bool*>(option.target), option.what);
         else
             added = app.add_option(option.name, *std::get<std::string*>(option.target), option.what)
-                        ->option_text(option.value);
+                        ->option_text(option.value)
+                        ->check(not_empty);
         added->required(option.required);
     }
     app.footer(command.notes);
