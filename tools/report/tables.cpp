@@ -26,10 +26,11 @@ Layout layout(Values values) {
     for (const Value& f : values) every.insert(f.where->inputs.begin(), f.where->inputs.end());
     const bool one_case = values.back().where == values.front().where;
     for (const auto& [name, value] : every) {
-        const bool same = std::ranges::all_of(values, [&](const Value& f) {
+        const auto has_it = [name = name, value = value](const Value& f) {
             const auto other = f.where->inputs.find(name);
-            return other != f.where->inputs.end() && alike(other->second, every.at(name));
-        });
+            return other != f.where->inputs.end() && alike(other->second, value);
+        };
+        const bool same = std::ranges::all_of(values, has_it);
         if (same || one_case)
             result.fixed.emplace(name, value);
         else if (component(name).empty())

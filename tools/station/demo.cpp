@@ -59,14 +59,20 @@ std::string readings_text() {
 // The first cycle of each channel as a sheet, and its hour beside the sums that this program keeps for itself.
 class Sheets : public Results {
 public:
-    Sheets(const Station& station, TimeKind kind, OutputFile& out, bool& all_computed)
-        : Results(station, kind, out), hours_(station.channels.size()), all_computed_(all_computed) {}
+    Sheets(const Station& station, TimeKind kind, OutputFile& out, bool has_gas_data, bool& all_computed)
+        : Results(station, kind, out),
+          hours_(station.channels.size()),
+          has_gas_data_(has_gas_data),
+          all_computed_(all_computed) {}
 
     void cycle(const Cycle& cycle) override {
         Hour& hour = hours_[cycle.row.channel];
         for (std::size_t k = 0; k < most_integrators && !hour.sheet.empty(); ++k)
             hour.sums[k] += static_cast<double>(cycle.outcome.q[k]) * cycle_s / hour_s;
-        if (hour.sheet.empty()) hour.sheet = sheet(cycle);
+        if (!hour.sheet.empty()) return;
+        Outcome outcome = cycle.outcome;
+        if (!has_gas_data_ && cycle.channel.needs_gas_data()) outcome.reason = "there is no gas data file";
+        hour.sheet = sheet({cycle.channel, cycle.row, outcome, cycle.registers});
     }
 
     void end(const RunEnd& end) override {
@@ -104,6 +110,7 @@ private:
     }
 
     std::vector<Hour> hours_;
+    bool has_gas_data_;
     bool& all_computed_;
 };
 
@@ -116,7 +123,7 @@ int run_built_in(const Installation& files) {
     write_file(request.readings, readings_text());
     bool all_computed = true;
     const int status = run(files, request, [&](const Station& station, TimeKind kind, OutputFile& out) {
-        return std::make_unique<Sheets>(station, kind, out, all_computed);
+        return std::make_unique<Sheets>(station, kind, out, !files.gas_data.empty(), all_computed);
     });
     return status != 0 ? status : all_computed ? 0 : 1;
 }

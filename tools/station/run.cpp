@@ -70,11 +70,6 @@ private:
     Clock::time_point next_ = Clock::now() + std::chrono::seconds(1);
 };
 
-bool needs_gas_data(const Station& station) {
-    return std::ranges::any_of(station.channels,
-                               [](const Channel& c) { return c.is_gas() && !is_by_density(c.gas.method); });
-}
-
 // What the walks through the readings share.
 struct Job {
     const Station& station;
@@ -193,7 +188,7 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
     const Station station = read_station(library, request.station_file);
-    if (files.gas_data.empty() && needs_gas_data(station) && !make)
+    if (files.gas_data.empty() && !make && std::ranges::any_of(station.channels, &Channel::needs_gas_data))
         throw InputError(
             "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
             "file");

@@ -68,6 +68,7 @@ struct Channel {
     std::array<Accounting, most_integrators> accounting{};
 
     [[nodiscard]] bool is_gas() const { return medium == Medium::gas; }
+    [[nodiscard]] bool needs_gas_data() const { return is_gas() && !is_by_density(gas.method); }
     /// Of its heats of combustion; nothing for a heat carrier.
     [[nodiscard]] std::string_view heat_unit() const {
         return is_gas() ? tool::heat_unit(gas.method, gas.heat_unit, gas.heat_basis) : "";
