@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <random>
 
 #include "gas/aga8.h"
@@ -82,7 +83,9 @@ TEST(Aga8, IsothermIsThatOfThePrintedTermsForAnyExponents) {
             }
             const aga8::Terms terms{nullptr, b.data(), c.data(), k.data(), nullptr, nullptr, nullptr, nullptr};
             const aga8::DensityLayout layout = aga8::density_layout(terms);
-            const aga8::Isotherm isotherm(layout, C, -0.3, 1.5);
+            const double Sc =
+                std::accumulate(C.begin() + aga8::first_density_term, C.begin() + aga8::virial_terms, 0.0);
+            const aga8::Isotherm isotherm(layout, C, Sc - 0.3, 1.5);
             const auto y = [&](double at) { return at * (1.0 - 0.3 * at + printed(terms, C, at)); };
             const double h = 1e-3 * r, y1 = y(r + h) + y(r - h), y2 = y(r + 2 * h) + y(r - 2 * h);
             const double slope = (8.0 * (y(r + h) - y(r - h)) - (y(r + 2 * h) - y(r - 2 * h))) / (12.0 * h);

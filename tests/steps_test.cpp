@@ -99,7 +99,9 @@ Percent any_mixture(const Point& x) {
 
 template <class Isotherm>
 int steps(const Isotherm& isotherm, double target, double p_MPa, double critical_MPa) {
-    return gas::GasRootSearch(isotherm, target).from(gas::start_density(target, p_MPa, critical_MPa)).points;
+    return gas::GasRootSearch(isotherm, target)
+        .from(gas::start_density(target, isotherm.second_virial(), p_MPa, critical_MPa))
+        .points;
 }
 
 int aga8_steps(const Percent& percent, double T_K, double p_MPa) {
