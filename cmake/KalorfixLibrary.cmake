@@ -78,8 +78,6 @@ target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.
 target_compile_options(kalorfix_objects PRIVATE -fno-math-errno $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>)
 target_compile_options(kalorfix_objects PRIVATE "SHELL:-include \"${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h\"")
-# The binary interface is compared by its debug information; an installation is stripped of it.
-target_compile_options(kalorfix_objects PRIVATE -g)
 set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                                   VISIBILITY_INLINES_HIDDEN ON)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -25,7 +25,7 @@ need_packages() {
 # Usage: need_test_packages: what builds everything and runs the tests on this machine.
 need_test_packages() {
     need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libgtest-dev libbenchmark-dev python3 pkgconf groff \
-        abigail-tools locales libclang-rt-14-dev
+        locales libclang-rt-14-dev
 }
 
 # Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in
