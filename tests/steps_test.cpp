@@ -207,13 +207,18 @@ TEST(FixedPoint, EndsAtTheCapAndAtTheTolerance) {
     });
     EXPECT_EQ(made, end.passes);
     EXPECT_FALSE(end.converged || end.refused);
-    for (const auto& [metering_class, change, passes] :
-         {std::tuple{0, 0.99999e-3, 2}, {0, 1.00001e-3, 3}, {1, 0.99999e-5, 2}, {1, 1.00001e-5, 3}}) {
-        const auto pass = [&](int number, double, double& q) {
-            return q = 1.0 / (1.0 - (number ? change : 0)), true;
+    const struct {
+        unsigned char metering_class;
+        double change;
+        int passes;
+    } rows[] = {{0, 0.99999e-3, 2}, {0, 1.00001e-3, 3}, {1, 0.99999e-5, 2}, {1, 1.00001e-5, 3}};
+    for (const auto& row : rows) {
+        const auto pass = [&row](int number, double, double& q) {
+            q = number == 0 ? 1.0 : 1.0 / (1.0 - row.change);
+            return true;
         };
-        EXPECT_EQ(flow::fixed_point(flow::tolerance(static_cast<unsigned char>(metering_class)), pass).passes,
-                  passes);
+        EXPECT_EQ(flow::fixed_point(flow::tolerance(row.metering_class), pass).passes, row.passes)
+            << row.change;
     }
 }
 

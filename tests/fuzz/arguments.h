@@ -34,7 +34,7 @@ public:
     using FuzzedDataProvider::FuzzedDataProvider;
 
     /// The next call: half of them are calm, with all inputs within their ranges and a place for every output.
-    void begin(Ranges ranges) {
+    void begin(const Ranges& ranges) {
         calm_ = ConsumeBool();
         unwanted_ = calm_ ? 0 : ConsumeIntegral<std::uint8_t>() & ConsumeIntegral<std::uint8_t>();
         range_ = ranges.begin();

@@ -143,7 +143,7 @@ private:
 
     // A call with arguments read by their types, under the host's settings.
     template <class... Types, class Function>
-    auto called(Ranges ranges, Function&& function) {
+    auto called(const Ranges& ranges, Function&& function) {
         in_.begin(ranges);
         std::tuple<Types...> arguments{in_.template take<Types>()...};
         if (unusual_) {
@@ -160,7 +160,7 @@ private:
         return result;
     }
     template <class Result, class... Types>
-    auto plain(Ranges ranges, Result (*function)(Types...)) {
+    auto plain(const Ranges& ranges, Result (*function)(Types...)) {
         return called<Types...>(ranges, [&](auto&... arguments) {
             if constexpr (std::is_void_v<Result>)
                 return function(arguments...), 0;
@@ -170,7 +170,7 @@ private:
     }
     // The members are not shielded from the host's settings.
     template <class Owner, class... Types>
-    char member(Ranges ranges, Owner& object, char (Owner::*function)(Types...)) {
+    char member(const Ranges& ranges, Owner& object, char (Owner::*function)(Types...)) {
         const bool unusual = std::exchange(unusual_, false);
         const char status =
             called<Types...>(ranges, [&](auto&... arguments) { return (object.*function)(arguments...); });
@@ -181,7 +181,7 @@ private:
 
     // A channel function or its member, and what holds whatever they are given. Only the saturation line may be undefined.
     template <class Calculator, class... Types, class Owner, class... MemberTypes>
-    void step(Ranges ranges, LocVect<Calculator>& channels, int (*function)(int, Types...),
+    void step(const Ranges& ranges, LocVect<Calculator>& channels, int (*function)(int, Types...),
               char (Owner::*its_member)(MemberTypes...)) {
         static constexpr int numbers[] = {1, 2, 1, 2,  1,       2,       1,           2,
                                           1, 2, 0, -1, INT_MAX, INT_MIN, max_channel, 20001};

@@ -34,7 +34,7 @@ constexpr double temperatures[] = {0, 80, 240, 373.9, 374, 560, 800},
 
 class Session {
 public:
-    explicit Session(const char* path) : library_(path), results() {
+    explicit Session(const char* path) : library_(path) {
         put(library_->Init());
         gas();
         heat();
@@ -42,24 +42,17 @@ public:
         numbers(path);
         put(library_->Done());
     }
-
-private:
-    const kalorfix::host::Library library_;
-    char status_ = 9;
-    float f_[8] = {};
-
-public:
-    Results results;
+    [[nodiscard]] const Results& results() const { return results_; }
 
 private:
     static void append(std::vector<std::uint32_t>& words, std::uint32_t word) {
         constexpr std::uint32_t infinity = 0x7F800000;  // the sign of a NaN is nobody's promise
         words.push_back((word & ~0x80000000U) > infinity ? infinity + 1 : word);
     }
-    void put(int value) { results.words.push_back(static_cast<std::uint32_t>(value)); }
+    void put(int value) { results_.words.push_back(static_cast<std::uint32_t>(value)); }
     void put(std::vector<std::uint32_t>& words) {
         words.push_back(static_cast<std::uint32_t>(status_));
-        results.computed += status_ == 1;
+        results_.computed += status_ == 1;
         for (const float& value : f_) {
             std::uint32_t word = 0;
             std::memcpy(&word, &value, sizeof word);
@@ -67,7 +60,7 @@ private:
         }
         std::memset(f_, 0, sizeof f_);
     }
-    void put() { put(results.words); }
+    void put() { put(results_.words); }
 
     void gas() {
         float* const f = f_;
@@ -95,7 +88,7 @@ private:
                         library_->mg_int_param(channel, integrator, 0, 1000, 2, -3, &status_, f, f + 1, f + 2);
                         library_->mg_int_param_1(channel, integrator, 0, 12, 990, 3, &status_, f + 3, f + 4,
                                                  f + 5);
-                        put(results.totals);
+                        put(results_.totals);
                     }
                     routines();
                 }
@@ -129,7 +122,7 @@ private:
                                        f + 5, f + 6);
                 put();
                 library_->mt_int_param(channel, 1, 0, 1000, 2, 0, &status_, f, f + 1, f + 2);
-                put(results.totals);
+                put(results_.totals);
             }
     }
 
@@ -141,7 +134,7 @@ private:
                 put(library_->t_param_1(t_C, p_MPa, t_C < 300 && p_MPa < 1 ? 3 : 1, d, d + 1, d + 2, d + 3));
                 put(library_->t_phase_1(p_MPa, t_C, 0.01, d + 4));
                 std::memcpy(words, d, sizeof words);
-                for (int k = 0; k < 8; ++k) append(results.words, words[k]);
+                for (const std::uint32_t word : words) append(results_.words, word);
             }
     }
 
@@ -163,8 +156,13 @@ private:
         library_->ini_end(file);
         dlclose(handle);
     }
+
+    const kalorfix::host::Library library_;
+    char status_ = 9;
+    float f_[8] = {};
+    Results results_;
 };
 
 }  // namespace
 
-Results session(const char* library) { return Session(library).results; }
+Results session(const char* library) { return Session(library).results(); }
