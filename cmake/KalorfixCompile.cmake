@@ -3,7 +3,7 @@ add_library(kalorfix_options INTERFACE)
 target_compile_features(kalorfix_options INTERFACE cxx_std_20 c_std_99)
 target_compile_options(
   kalorfix_options
-  INTERFACE -Wall -Wextra -Wconversion -Wshadow -Wdouble-promotion -Wpedantic
+  INTERFACE -Wall -Wextra -Wconversion -Wshadow -Wpedantic
             # The last digit is part of the contract: no fused multiply-add, whatever the processor offers.
             -ffp-contract=off
             # Builds from two directories give the same bytes.

@@ -17,17 +17,21 @@ configure_file(frame/identity.cpp.in "${PROJECT_BINARY_DIR}/identity.cpp" @ONLY)
 add_library(
   kalorfix_objects OBJECT
   "${PROJECT_BINARY_DIR}/identity.cpp"
-  flow/calculators.cpp
-  flow/device_tables.cpp
+  flow/amounts.cpp
+  flow/averaging.cpp
+  flow/device.cpp
   flow/discharge.cpp
-  flow/equation.cpp
+  flow/edge/calculators.cpp
+  flow/edge/flow_rate.cpp
+  flow/edge/pipeline.cpp
+  flow/edge/totals.cpp
+  flow/expansibility.cpp
   flow/flow_rate.cpp
   flow/geometry.cpp
   flow/integration.cpp
+  flow/material_tables.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
-  flow/pipeline.cpp
-  flow/totals.cpp
   flow/venturi.cpp
   frame/gas_exports.cpp
   frame/heat_exports.cpp
@@ -37,25 +41,24 @@ add_library(
   gas/aga8.cpp
   gas/aga8_constants.cpp
   gas/aga8_isotherm.cpp
-  gas/aga8_method.cpp
   gas/composition.cpp
-  gas/composition_exports.cpp
-  gas/density_methods.cpp
-  gas/gas_channel.cpp
-  gas/gas_data.cpp
-  gas/gas_state.cpp
+  gas/edge/exports.cpp
+  gas/edge/gas_channel.cpp
+  gas/edge/gas_data.cpp
+  gas/edge/loaded_constants.cpp
+  gas/edge/methods.cpp
+  gas/edge/module_state.cpp
   gas/gerg91.cpp
-  gas/loaded_constants.cpp
   gas/nx19.cpp
-  gas/vnic_method.cpp
   gas/vnic_smv.cpp
-  gas/working_state.cpp
+  props/edge/gas_channel.cpp
+  props/edge/gas_properties.cpp
+  props/edge/heat_carrier.cpp
   props/gas_by_composition.cpp
   props/gas_by_density.cpp
-  props/gas_channel.cpp
-  props/gas_properties.cpp
   props/heat_carrier.cpp
   props/heat_of_combustion.cpp
+  props/humid_gas.cpp
   props/water/density.cpp
   props/water/ideal.cpp
   props/water/residual.cpp

@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "gas/gas_data.h"
+#include "gas/edge/gas_data.h"
 #include "kalorfix_gas.h"
 #include "memory_file.h"
 
@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::snprintf(PATH_SRAM_FOR_LOADTABL, sizeof PATH_SRAM_FOR_LOADTABL, "%s", memory.name().c_str());
     require(INIT_GAS() == 0 && Gas_Not_Init == 1);
     std::size_t at = 0;
-    for (const gas::Block& block : gas::blocks)
+    for (const gas::edge::Block& block : gas::edge::blocks)
         for (int k = 0; k < block.values; ++k, at += 4) {
             unsigned char bytes[4];
             std::memcpy(bytes, *block.table + k, 4);
@@ -30,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             else if (block.table != &V_Mi && block.table != &Roki)
                 require(std::memcmp(bytes, "\0\0\0\0", 4) == 0);
         }
-    require(at == gas::file_bytes);
+    require(at == gas::edge::file_bytes);
     REINIT_GAS();
     require(!V_Mi && !B1ij);
     return 0;

@@ -1,5 +1,6 @@
 #include "gas_host.h"
 
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 
 namespace fuzz {

@@ -12,8 +12,8 @@
 #include <span>
 #include <string>
 
-#include "gas/gas_data.h"
-#include "gas/loaded_constants.h"
+#include "gas/edge/gas_data.h"
+#include "gas/edge/loaded_constants.h"
 #include "kalorfix_gas.h"
 #include "kalorfix_runtime.h"
 
@@ -122,11 +122,11 @@ void write_module_state(std::uint32_t place, float value, short code) {
 }
 
 void write_table(std::uint32_t place, float value) {
-    const kalorfix::gas::Block& block = kalorfix::gas::blocks[place % kalorfix::gas::block_count];
+    const kalorfix::gas::edge::Block& block = kalorfix::gas::edge::blocks[place % kalorfix::gas::edge::block_count];
     whole_tables = false;
     if (float* const table = *block.table)
         table[(place >> 8) % static_cast<std::uint32_t>(block.values)] = value;
-    kalorfix::gas::tables_changed();
+    kalorfix::gas::edge::tables_changed();
 }
 
 GasFile& GasFile::instance() {
@@ -137,7 +137,7 @@ GasFile& GasFile::instance() {
 GasFile::GasFile() : descriptor_(memfd_create("gas.dat", MFD_CLOEXEC)) {
     std::ifstream in(KALORFIX_BUILD "/gas.dat", std::ios::binary);
     content_.assign(std::istreambuf_iterator<char>(in), {});
-    if (content_.size() != kalorfix::gas::file_bytes || descriptor_ < 0) give_up(KALORFIX_BUILD "/gas.dat");
+    if (content_.size() != kalorfix::gas::edge::file_bytes || descriptor_ < 0) give_up(KALORFIX_BUILD "/gas.dat");
     whole_ = false;
     mend();
 }

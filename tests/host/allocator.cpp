@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 
 extern "C" {

@@ -10,7 +10,9 @@
 #include <string>
 #include <typeinfo>
 
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 
 extern "C" {
 #include "workplace.h"

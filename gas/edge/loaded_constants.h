@@ -5,7 +5,7 @@
 #include "gas/aga8_constants.h"
 #include "gas/vnic_smv.h"
 
-namespace kalorfix::gas {
+namespace kalorfix::gas::edge {
 
 /// The constants of the tables in place, all of which must be there.
 [[nodiscard]] const aga8::Constants& aga8_constants();
@@ -14,4 +14,4 @@ namespace kalorfix::gas {
 /// Makes them anew. To be called whenever tables were loaded, replaced or released.
 void tables_changed();
 
-}  // namespace kalorfix::gas
+}  // namespace kalorfix::gas::edge

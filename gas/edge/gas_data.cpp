@@ -1,5 +1,5 @@
 // Loading and releasing the gas data tables.
-#include "gas/gas_data.h"
+#include "gas/edge/gas_data.h"
 
 #include <algorithm>
 #include <array>
@@ -7,11 +7,11 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "gas/loaded_constants.h"
+#include "gas/edge/loaded_constants.h"
 #include "kalorfix_gas.h"
 #include "runtime/files.h"
 
-namespace gas = kalorfix::gas;
+namespace gas = kalorfix::gas::edge;
 
 namespace {
 

@@ -5,9 +5,10 @@
 #include <cstdint>
 #include <iterator>
 
-#include "flow/device_tables.h"
+#include "flow/device.h"
 #include "flow/integration.h"
-#include "kalorfix.h"
+#include "kalorfix_calculators.h"
+#include "kalorfix_runtime.h"
 #include "runtime/judged.h"
 
 namespace flow = kalorfix::flow;
@@ -38,7 +39,7 @@ std::size_t index_of(const Calculator& c, unsigned short integrator) {
 
 // The host's register survives restarts of the library, so it replaces a stored value that differs from it.
 void take_host_value(double& stored, float host) {
-    if (static_cast<float>(stored) != host) stored = static_cast<double>(host);
+    if (static_cast<float>(stored) != host) stored = host;
 }
 
 struct TotalOutputs {
@@ -47,16 +48,31 @@ struct TotalOutputs {
     double& downtime_min;
 };
 
+// Counts a passage on from a total. What is negative or no number refuses, before anything is written.
+bool count(double total_prev, const flow::Passage& passage, const TotalOutputs& out) {
+    const double step = flow::increment(passage);
+    const double next = flow::advance(total_prev, step);
+    if (passage.flow_per_h < 0.0 || total_prev < 0.0) return false;
+    // A register is single precision at the host.
+    if (!all_finite(passage.substitute_per_h, static_cast<float>(passage.downtime_min),
+                    static_cast<float>(step), static_cast<float>(next)))
+        return false;
+    out.total = next;
+    out.downtime_part = passage.downtime_min == 0.0 ? 0.0 : step;
+    out.downtime_min = passage.downtime_min;
+    return true;
+}
+
 template <class Calculator>
 char integrate(Calculator& c, unsigned short integrator, double q_ext, float total_host, double q_subst,
                short exp10, const TotalOutputs& out) {
     const std::size_t k = index_of(c, integrator);
     const auto now = static_cast<std::uint32_t>(abs_clock());
-    out.total = static_cast<double>(total_host);
+    out.total = total_host;
     out.downtime_part = 0.0;
     out.downtime_min = 0.0;
 
-    const bool external = c.device_type == flow::code(flow::Device::external);
+    const bool external = flow::device_row(c.device_type).family == flow::Family::external;
     if (external ? q_ext < 0.0 : c.valid == 0) {
         c.last_tick[k] = now;  // the failed cycle's time is passed over
         return judged(c, false);
@@ -66,12 +82,12 @@ char integrate(Calculator& c, unsigned short integrator, double q_ext, float tot
     c.dt[k] =
         static_cast<float>(flow::elapsed_s(now, static_cast<std::uint32_t>(c.last_tick[k]), ticks_per_second));
     c.last_tick[k] = now;
-    c.in_Param(q, c.total[k], static_cast<double>(c.dt[k]), exp10, q_subst, static_cast<char>(c.first_call[k]),
-               out.downtime_min, out.total, out.downtime_part);
+    const bool counted =
+        count(c.total[k], {q, c.dt[k], q_subst, c.first_call[k] != 0 ? ProstoyTime : 0.0, exp10}, out);
     c.total[k] = out.total;
     c.first_call[k] = 0;
     c.downtime_min[k] = static_cast<float>(out.downtime_min);
-    return static_cast<char>(c.valid);
+    return judged(c, counted);
 }
 
 struct IntervalInputs {
@@ -85,20 +101,18 @@ char carry_interval_on(Calculator& c, const IntervalInputs& in, double& time_out
                        double& result) {
     if (c.valid == 0 || in.set >= flow::interval_length_s.size()) return 0;
     const std::size_t k = index_of(c, in.integrator);
-    double start = c.interval_start[in.set][k];
-    double time = c.interval_time[in.set][k];
-    double amount = 0.0;
-    take_host_value(start, in.start_host);
-    take_host_value(time, in.time_host);
-    c.in2_Param(c.dt[k], c.downtime_min[k], in.set, c.total[k], time, start, in.last_result, time, start,
-                amount);
-    // A register of the host's that is not a number stops its own interval alone.
-    if (!all_finite(in.time_host, in.start_host, static_cast<float>(time), static_cast<float>(start),
-                    static_cast<float>(amount)))
+    flow::Interval interval{c.interval_time[in.set][k], c.interval_start[in.set][k], in.last_result};
+    take_host_value(interval.start_total, in.start_host);
+    take_host_value(interval.time_s, in.time_host);
+    const flow::Interval next = flow::carry_on(interval, {c.dt[k], c.downtime_min[k], c.total[k], tick_s()},
+                                               flow::interval_length_s[in.set]);
+    // A register of the host's that is no number stops its own interval alone.
+    if (!all_finite(in.time_host, in.start_host, static_cast<float>(next.time_s),
+                    static_cast<float>(next.start_total), static_cast<float>(next.result)))
         return 0;
-    c.interval_time[in.set][k] = time_out = time;
-    c.interval_start[in.set][k] = start_out = start;
-    result = amount;
+    c.interval_time[in.set][k] = time_out = next.time_s;
+    c.interval_start[in.set][k] = start_out = next.start_total;
+    result = next.result;
     return static_cast<char>(c.valid);
 }
 
@@ -108,14 +122,8 @@ char cCommon2005::in_Param(double q, double total_prev, double dt_s, short exp10
                            char apply_downtime, double& downtime_min_out, double& total_out,
                            double& downtime_part) {
     const double minutes = apply_downtime != 0 ? ProstoyTime : 0.0;
-    const double step = flow::increment({q, dt_s, q_subst, minutes, exp10});
-    const double next = flow::advance(total_prev, step);
-    if (q < 0.0 || total_prev < 0.0 || !all_finite(q_subst, static_cast<float>(step), static_cast<float>(next)))
-        return judged(*this, false);
-    downtime_min_out = minutes;
-    total_out = next;
-    downtime_part = minutes == 0.0 ? 0.0 : step;
-    return judged(*this, true);
+    return judged(*this, count(total_prev, {q, dt_s, q_subst, minutes, exp10},
+                               {total_out, downtime_part, downtime_min_out}));
 }
 
 char cCommon2005::in2_Param(float dt_s, float downtime_minutes, unsigned short set, double total_now,
@@ -124,12 +132,11 @@ char cCommon2005::in2_Param(float dt_s, float downtime_minutes, unsigned short s
     if (set >= flow::interval_length_s.size()) return 0;
     const flow::Interval next =
         flow::carry_on({interval_time_s, interval_start_total, last_result},
-                       {static_cast<double>(dt_s), static_cast<double>(downtime_minutes), total_now, tick_s()},
-                       flow::interval_length_s[set]);
+                       {dt_s, downtime_minutes, total_now, tick_s()}, flow::interval_length_s[set]);
     interval_time_out = next.time_s;
     interval_start_out = next.start_total;
     result = next.result;
-    return 1;
+    return all_finite(dt_s, downtime_minutes, next.time_s, next.start_total, next.result) ? 1 : 0;
 }
 
 char cGas2005::int_Param(unsigned short integrator, double q_ext, float total_host, double q_subst, short exp10,

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstddef>
 
-namespace kalorfix::gas {
+namespace kalorfix::gas::edge {
 
 /// One block of the file: a table of single-precision values, stored in index order.
 struct Block {
@@ -24,4 +24,4 @@ extern const std::array<Block, block_count> blocks;
 [[nodiscard]] bool table_not_whole(const float* table);
 [[nodiscard]] bool some_table_not_whole();
 
-}  // namespace kalorfix::gas
+}  // namespace kalorfix::gas::edge

@@ -1,6 +1,9 @@
-// The module state of the gas methods: its one definition.
-#include "gas/composition.h"
-#include "gas/gas_data.h"
+// The module state of the gas methods: its one definition, and what the edge asks of it.
+#include "gas/edge/module_state.h"
+
+#include <algorithm>
+
+#include "gas/edge/gas_data.h"
 #include "kalorfix_gas.h"
 
 char PATH_SRAM_FOR_LOADTABL[100];
@@ -31,7 +34,7 @@ const float Tc = 293.15F;
 const float Pc = 0.101325F;
 const float R = kalorfix::gas::molar_gas_constant;
 
-namespace kalorfix::gas {
+namespace kalorfix::gas::edge {
 
 constexpr std::array<Block, block_count> blocks{{
     {&V_Mi, "V_Mi", 8},  {&Roki, "Roki", 8},   {&Tki, "Tki", 8},      {&FPi, "FPi", 8},     {&Lij, "Lij", 64},
@@ -50,4 +53,43 @@ constexpr std::size_t total_values() {
 }
 static_assert(total_values() == file_values);
 
-}  // namespace kalorfix::gas
+namespace {
+
+template <class... Pointers>
+bool all_loaded(Pointers... tables) {
+    return (... && (tables != nullptr)) && !(some_table_not_whole() && (... || table_not_whole(tables)));
+}
+
+}  // namespace
+
+void store(const Composition& gas) {
+    std::copy(gas.x.begin(), gas.x.end(), Xi);
+    for (std::size_t n = 0; n < gas.count; ++n) Index[n] = static_cast<short>(gas.present[n]);
+    NumXi = static_cast<short>(gas.count);
+}
+
+Composition working_composition() {
+    Composition gas;
+    std::copy(std::begin(Xi), std::end(Xi), gas.x.begin());
+    const std::size_t listed = NumXi < 0 ? 0 : std::min(static_cast<std::size_t>(NumXi), component_count);
+    for (std::size_t n = 0; n < listed; ++n)
+        if (Index[n] >= 0 && static_cast<std::size_t>(Index[n]) < component_count)
+            gas.present[gas.count++] = static_cast<std::size_t>(Index[n]);
+    return gas;
+}
+
+bool aga8_tables_loaded() {
+    return all_loaded(Ei, Ki, Gi, Qi, Fi, Eij_, Uij, Kij, Gij_, an, bn, cn, kn, un, gn, qn, fn);
+}
+
+bool vnic_tables_loaded() { return all_loaded(V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl); }
+
+bool mole_fraction_tables_loaded() { return all_loaded(Zci); }
+
+bool standard_density_tables_loaded() { return all_loaded(Bi, Rocui); }
+
+bool molar_mass_table_loaded() { return all_loaded(Mi); }
+
+bool heat_capacity_tables_loaded() { return all_loaded(L1ij, B1ij); }
+
+}  // namespace kalorfix::gas::edge
