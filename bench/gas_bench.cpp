@@ -8,7 +8,7 @@
 
 #include "gas/aga8.h"
 #include "gas/aga8_isotherm.h"
-#include "gas/working_state.h"
+#include "gas/edge/module_state.h"
 #include "kalorfix.h"
 #include "kalorfix_gas.h"
 

@@ -86,7 +86,7 @@ WaterRoot water_root(const WaterState& s) {
     const water::ResidualAt residual(water::critical_temperature_K / T_K);
     const water::DensityRoot root =
         water::solve_density(residual, s.mode == 3 ? water::saturated_vapour_problem(T_K)
-                                                   : water::single_phase_problem(T_K, s.p_MPa));
+                                                   : water::single_phase_problem(residual, T_K, s.p_MPa));
     return {water::critical_temperature_K / T_K, root.delta, root.steps};
 }
 

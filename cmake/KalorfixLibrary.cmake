@@ -7,9 +7,6 @@ execute_process(
 string(TOUPPER "${CMAKE_BUILD_TYPE}" _build)
 string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*|-isystem (\"[^\"]*\"|[^ ]*)" "" KALORFIX_FLAGS
                      "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${_build}} -ffp-contract=off -fno-math-errno")
-if(KALORFIX_UNSIGNED_CHAR)
-  string(APPEND KALORFIX_FLAGS " -funsigned-char")
-endif()
 if(KALORFIX_SANITIZE)
   string(APPEND KALORFIX_FLAGS " -fsanitize=address,undefined")
 endif()
@@ -20,17 +17,21 @@ configure_file(frame/identity.cpp.in "${PROJECT_BINARY_DIR}/identity.cpp" @ONLY)
 add_library(
   kalorfix_objects OBJECT
   "${PROJECT_BINARY_DIR}/identity.cpp"
-  flow/calculators.cpp
-  flow/device_tables.cpp
+  flow/amounts.cpp
+  flow/averaging.cpp
+  flow/device.cpp
   flow/discharge.cpp
-  flow/equation.cpp
+  flow/edge/calculators.cpp
+  flow/edge/flow_rate.cpp
+  flow/edge/pipeline.cpp
+  flow/edge/totals.cpp
+  flow/expansibility.cpp
   flow/flow_rate.cpp
   flow/geometry.cpp
   flow/integration.cpp
+  flow/material_tables.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
-  flow/pipeline.cpp
-  flow/totals.cpp
   flow/venturi.cpp
   frame/gas_exports.cpp
   frame/heat_exports.cpp
@@ -40,25 +41,24 @@ add_library(
   gas/aga8.cpp
   gas/aga8_constants.cpp
   gas/aga8_isotherm.cpp
-  gas/aga8_method.cpp
   gas/composition.cpp
-  gas/composition_exports.cpp
-  gas/density_methods.cpp
-  gas/gas_channel.cpp
-  gas/gas_data.cpp
-  gas/gas_state.cpp
+  gas/edge/exports.cpp
+  gas/edge/gas_channel.cpp
+  gas/edge/gas_data.cpp
+  gas/edge/loaded_constants.cpp
+  gas/edge/methods.cpp
+  gas/edge/module_state.cpp
   gas/gerg91.cpp
-  gas/loaded_constants.cpp
   gas/nx19.cpp
-  gas/vnic_method.cpp
   gas/vnic_smv.cpp
-  gas/working_state.cpp
+  props/edge/gas_channel.cpp
+  props/edge/gas_properties.cpp
+  props/edge/heat_carrier.cpp
   props/gas_by_composition.cpp
   props/gas_by_density.cpp
-  props/gas_channel.cpp
-  props/gas_properties.cpp
   props/heat_carrier.cpp
   props/heat_of_combustion.cpp
+  props/humid_gas.cpp
   props/water/density.cpp
   props/water/ideal.cpp
   props/water/residual.cpp
@@ -84,11 +84,6 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # A unique symbol would keep dlclose from unloading the library.
   target_compile_options(kalorfix_objects PRIVATE -fno-gnu-unique)
 endif()
-if(KALORFIX_COVERAGE)
-  # Unoptimised, so that every condition keeps a branch of its own. The counters are written when the library is unloaded.
-  target_compile_options(kalorfix_objects PRIVATE -O0 --coverage)
-  target_link_options(kalorfix_options INTERFACE --coverage)
-endif()
 
 # The version script is made from the list that the tests compare with the built object.
 set(KALORFIX_EXPORT_LIST "${PROJECT_SOURCE_DIR}/frame/exports.list")
@@ -99,6 +94,7 @@ list(JOIN _exports ";\n    " _exports)
 file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports};\n  local:\n    *;\n};\n")
 
 add_library(kalorfix SHARED)
+add_library(kalorfix::kalorfix ALIAS kalorfix)
 target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/pure_virtual.cpp)
 target_include_directories(kalorfix INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>")
 target_link_libraries(kalorfix PRIVATE kalorfix_options m)

@@ -1,5 +1,8 @@
-# Sourced by ./demo, ./check, ./package and .ci/run: installs the Debian packages that are missing.
+# Sourced by ./demo, ./check, ./package and .ci/run: installs the Debian packages that are missing, and lets builds use
+# all processors.
 # Usage: need_packages NAME...
+
+export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL-$(nproc)}"
 
 need_packages() {
     missing=""

@@ -15,7 +15,7 @@
     *(void**)&p_##name = dlsym(library, #name)
 
 int main(int argc, char** argv) {
-    enum { channel = 1, by_material = 1, flange_tappings = 3, aga8_92dc = 2, mole_percent = 0 };
+    enum { channel = 1, by_material = 1, mole_percent = 0 };
     char status;
     float sum, K, rho_c, rho, mu, kappa, lower_heat, higher_heat;
     float D, d, beta, E, K_p, q_m, q_v, q_c, q_e, K_sh, C, Re, epsilon;
@@ -33,11 +33,12 @@ int main(int argc, char** argv) {
     LOAD(library, mg_mgn_param);
 
     p_Init();
-    p_mg_init_tr(channel, 1, flange_tappings, by_material, 7, 32, 400, 220, 0.05F, 0.05F, 0, 1, 0, &status);
+    p_mg_init_tr(channel, KALORFIX_CLASS_1, KALORFIX_ORIFICE_FLANGE, by_material, 7, 32, 400, 220, 0.05F, 0.05F,
+                 0, 1, 0, &status);
     if (status != 1) return puts("pipeline constants refused"), 1;
 
-    p_mg_param_gs(channel, 15, 5.5e6F, 0, 0, aga8_92dc, mole_percent, 96.5F, 1.8F, 0.45F, 0.1F, 0.1F, 0.03F,
-                  0.05F, 0.07F, 0, 0, 0.3F, 0.6F, 0, 0, 0, 0, &status, &sum, &K, &rho_c);
+    p_mg_param_gs(channel, 15, 5.5e6F, 0, 0, KALORFIX_AGA8_92DC, mole_percent, 96.5F, 1.8F, 0.45F, 0.1F, 0.1F,
+                  0.03F, 0.05F, 0.07F, 0, 0, 0.3F, 0.6F, 0, 0, 0, 0, &status, &sum, &K, &rho_c);
     if (status != 1) return puts("state refused: is gas.dat in the system directory?"), 1;
     p_mg_tf_param(channel, 0, 0, 0, &status, &rho, &mu, &kappa, &lower_heat, &higher_heat);
     p_mg_param_tr(channel, &status, &D, &d, &beta, &E, &K_p);

@@ -35,7 +35,7 @@ static struct {
     __typeof__(&mt_mgn_param) mt_mgn_param;
     __typeof__(&mg_int_param) mg_int_param, mt_int_param;
     __typeof__(&mg_int_param_1) mg_int_param_1, mt_int_param_1;
-    const double* ProstoyTime;
+    double* ProstoyTime;
     const char* Gas_Not_Init;
 } lib;
 
@@ -62,8 +62,9 @@ static void* load_library(const char* file) {
 enum { hour, day, interval_sets };
 enum { gas_integrators = 4, heat_integrators = 3, total_integrators = gas_integrators + heat_integrators };
 
-/* What the host keeps of one integrator, as the library handed it out. */
+/* What the host keeps of one integrator, as the library handed it out; the register counts 10^exp10 of its unit. */
 struct reg {
+    short exp10;
     float total;
     struct {
         float seconds, start, result;
@@ -106,7 +107,8 @@ static int save_registers(const struct registers* r) {
     size_t length = 0;
     for (int k = 0; k < total_integrators; ++k) {
         const struct reg* const one = k < gas_integrators ? &r->gas[k] : &r->heat[k - gas_integrators];
-        length += (size_t)snprintf(text + length, sizeof text - length, "%.9g", (double)one->total);
+        length +=
+            (size_t)snprintf(text + length, sizeof text - length, "%hd %.9g", one->exp10, (double)one->total);
         for (int set = 0; set < interval_sets; ++set)
             length += (size_t)snprintf(text + length, sizeof text - length, " %.9g %.9g %.9g",
                                        (double)one->interval[set].seconds, (double)one->interval[set].start,
@@ -116,21 +118,35 @@ static int save_registers(const struct registers* r) {
     return replace_file("registers.txt", text, length);
 }
 
-/* 1 read, 0 there is no such file, -1 it is damaged: then nobody knows the totals, and zeros would be a lie. */
+/* Not a number fails too. */
+static int within(float value, float most) { return value >= 0 && value <= most; }
+
+static int can_be(const struct reg* r, short exp10) {
+    const float wrap = 1e6F, length_s[interval_sets] = {3600, 86400};
+    int good = exp10 == r->exp10 && within(r->total, wrap);
+    for (int set = 0; set < interval_sets; ++set)
+        good = good && within(r->interval[set].seconds, length_s[set]) &&
+               within(r->interval[set].start, wrap) && within(r->interval[set].result, wrap);
+    return good;
+}
+
+/* 1 read, 0 there is no such file, -1 it holds what cannot be: then nobody knows the totals, and zeros would be a lie. */
 static int load_registers(struct registers* r) {
     char path[100];
     FILE* const file = fopen(in_data(path, sizeof path, "registers.txt"), "r");
     if (!file) return errno == ENOENT ? 0 : -1;
-    int count = 0;
-    for (int k = 0; k < total_integrators; ++k) {
+    int good = 1;
+    for (int k = 0; k < total_integrators && good; ++k) {
         struct reg* const one = k < gas_integrators ? &r->gas[k] : &r->heat[k - gas_integrators];
-        count += fscanf(file, "%f", &one->total);
+        short exp10 = -1;
+        int count = fscanf(file, "%hd %f", &exp10, &one->total);
         for (int set = 0; set < interval_sets; ++set)
             count += fscanf(file, "%f %f %f", &one->interval[set].seconds, &one->interval[set].start,
                             &one->interval[set].result);
+        good = count == 2 + 3 * interval_sets && getc(file) == '\n' && can_be(one, exp10);
     }
     fclose(file);
-    return count == total_integrators * (1 + 3 * interval_sets) ? 1 : -1;
+    return good ? 1 : -1;
 }
 
 /* ---- Readings ------------------------------------------------------------------------------------------------------- */
@@ -149,7 +165,7 @@ static struct reading read_steam(int cycle) {
     return (struct reading){300.0F, 1.2e6F, cycle % 10 == 3 ? NAN : 40000.0F + 500.0F * (float)(cycle % 5)};
 }
 
-/* Not every function refuses a broken reading, and totals would carry it for ever. No temperature stops the cycle at once. */
+/* A broken reading costs the whole cycle: no temperature stops it at the first step. */
 static struct reading checked(struct reading in) {
     if (!isfinite(in.t) || !isfinite(in.p) || !isfinite(in.dp)) in.t = NAN;
     return in;
@@ -165,32 +181,50 @@ static char worth_computing(struct reading in) {
 
 enum { gas_channel = 1, contents_channel = 2, steam_channel = 1 };
 
-/* Flows (per hour) that fill a downtime in, for each integrator. */
-static float gas_substitute[gas_integrators] = {100, 2500, 150000, 5000};
-static float steam_substitute[heat_integrators] = {50, 10000, 150};
+/* Of each integrator, per hour: the largest flow that can come, and the one that fills a downtime in. */
+struct flow {
+    double largest, substitute;
+};
+static const struct flow gas_flows[gas_integrators] = {
+    {200, 100}, {5000, 2500}, {300000, 150000}, {10000, 5000}};
+static const struct flow steam_flows[heat_integrators] = {{80, 50}, {20000, 10000}, {250, 150}};
+
+/* What is longer is a clock that lost its battery. */
+static const double longest_downtime_min = 7.0 * 24 * 60;
+
+/* The least exponent with which a day and a downtime in it stay below 10^6; else the amount of an interval lacks 10^6. */
+static short exponent_for(struct flow of) {
+    double most = of.largest * 24 + of.substitute * longest_downtime_min / 60;
+    short exp10 = 0;
+    for (; most >= 1e6; most /= 10) ++exp10;
+    return exp10;
+}
+
+static double in_units(const struct reg* r, float value) { return (double)value * pow(10, r->exp10); }
 
 /* Registers change on status 1 only: on status 0 the intervals come back as zeros. */
 static void totalise(__typeof__(&mg_int_param) int_param, __typeof__(&mg_int_param_1) int_param_1, int channel,
-                     int integrators, const float* substitute, struct reg* regs) {
-    const short exp10 = 0;
+                     int integrators, const struct flow* flows, struct reg* regs) {
     for (int k = 0; k < integrators; ++k) {
         const unsigned short number = (unsigned short)(k + 1);
         struct reg* const r = &regs[k];
         char status;
         float total, part, downtime, seconds, start, result;
-        int_param(channel, number, 0, r->total, substitute[k], exp10, &status, &total, &part, &downtime);
+        int_param(channel, number, 0, r->total, (float)flows[k].substitute, r->exp10, &status, &total, &part,
+                  &downtime);
         if (status != 1) continue;
         r->total = total;
         if (downtime > 0)
             printf("channel %d integrator %d: %.6g for %.2f minutes of downtime\n", channel, k + 1,
-                   (double)part, (double)downtime);
+                   in_units(r, part), (double)downtime);
         for (unsigned short set = hour; set <= day; ++set) {
             int_param_1(channel, number, set, r->interval[set].seconds, r->interval[set].start,
                         r->interval[set].result, &status, &seconds, &start, &result);
             if (status != 1) continue;
-            if (seconds < r->interval[set].seconds)
+            /* Cycles are two ticks apart, so that time has passed: seconds that did not grow began anew. */
+            if (seconds <= r->interval[set].seconds)
                 printf("channel %d integrator %d: %s closed with %.6g\n", channel, k + 1,
-                       set == hour ? "hour" : "day", (double)result);
+                       set == hour ? "hour" : "day", in_units(r, result));
             r->interval[set].seconds = seconds;
             r->interval[set].start = start;
             r->interval[set].result = result;
@@ -200,18 +234,19 @@ static void totalise(__typeof__(&mg_int_param) int_param, __typeof__(&mg_int_par
 
 /* Each function gives the step that was refused, or NULL. */
 static const char* gas_flow(struct reading in) {
-    enum { gerg91_mod = 1, aga8_92dc = 2, mole_percent = 0 };
+    enum { mole_percent = 0 };
     char status;
     float sum, K, rho_c, rho, mu, kappa, lower_heat, higher_heat;
     float D, d, beta, E, K_p, q_m, q_v, q_c, q_e, K_sh, C, Re, epsilon;
     const float nitrogen = 0.3F, carbon_dioxide = 0.6F;
 
     /* AGA8-92DC takes viscosity and exponent with the contents that the last method by density left. */
-    lib.mg_param_gs(contents_channel, in.t, in.p, 0, 0, gerg91_mod, mole_percent, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                    nitrogen, carbon_dioxide, 0, 0, 0, 0.7F, &status, &sum, &K, &rho_c);
+    lib.mg_param_gs(contents_channel, in.t, in.p, 0, 0, KALORFIX_GERG91, mole_percent, 0, 0, 0, 0, 0, 0, 0, 0,
+                    0, 0, nitrogen, carbon_dioxide, 0, 0, 0, 0.7F, &status, &sum, &K, &rho_c);
 
-    lib.mg_param_gs(gas_channel, in.t, in.p, 0, 0, aga8_92dc, mole_percent, 96.5F, 1.8F, 0.45F, 0.1F, 0.1F,
-                    0.03F, 0.05F, 0.07F, 0, 0, nitrogen, carbon_dioxide, 0, 0, 0, 0, &status, &sum, &K, &rho_c);
+    lib.mg_param_gs(gas_channel, in.t, in.p, 0, 0, KALORFIX_AGA8_92DC, mole_percent, 96.5F, 1.8F, 0.45F, 0.1F,
+                    0.1F, 0.03F, 0.05F, 0.07F, 0, 0, nitrogen, carbon_dioxide, 0, 0, 0, 0, &status, &sum, &K,
+                    &rho_c);
     if (status != 1) return "state";
     /* No other gas calculation between these two. */
     lib.mg_tf_param(gas_channel, 0, 0, 0, &status, &rho, &mu, &kappa, &lower_heat, &higher_heat);
@@ -245,11 +280,11 @@ static const char* steam_flow(struct reading in) {
 static void run_cycle(int cycle, struct registers* r) {
     const char* refused = gas_flow(checked(read_gas(cycle)));
     if (refused) printf("cycle %d: gas refused at %s\n", cycle, refused);
-    totalise(lib.mg_int_param, lib.mg_int_param_1, gas_channel, gas_integrators, gas_substitute, r->gas);
+    totalise(lib.mg_int_param, lib.mg_int_param_1, gas_channel, gas_integrators, gas_flows, r->gas);
 
     refused = steam_flow(checked(read_steam(cycle)));
     if (refused) printf("cycle %d: steam refused at %s\n", cycle, refused);
-    totalise(lib.mt_int_param, lib.mt_int_param_1, steam_channel, heat_integrators, steam_substitute, r->heat);
+    totalise(lib.mt_int_param, lib.mt_int_param_1, steam_channel, heat_integrators, steam_flows, r->heat);
 }
 
 /* ---- Start, loop, end ----------------------------------------------------------------------------------------------- */
@@ -258,21 +293,21 @@ static volatile sig_atomic_t ending = 0;
 static void end_after_this_cycle(int signal_number) { (void)signal_number, ending = 1; }
 
 static void set_up_channels(void) {
-    enum { metering_class = 1, by_material = 1, flange_tappings = 3, isa1932_nozzle = 4 };
+    enum { by_material = 1 };
     char gas, contents, steam;
-    lib.mg_init_tr(gas_channel, metering_class, flange_tappings, by_material, 7, 32, 400, 220, 0.05F, 0.05F, 0,
-                   1, 0, &gas);
-    lib.mg_init_tr(contents_channel, metering_class, flange_tappings, by_material, 7, 32, 400, 220, 0.05F,
-                   0.05F, 0, 1, 0, &contents);
-    lib.mt_init_tr(steam_channel, metering_class, isa1932_nozzle, by_material, 7, 32, 300, 180, 0.1F, 0, 0, 1,
-                   0, &steam);
+    lib.mg_init_tr(gas_channel, KALORFIX_CLASS_1, KALORFIX_ORIFICE_FLANGE, by_material, 7, 32, 400, 220, 0.05F,
+                   0.05F, 0, 1, 0, &gas);
+    lib.mg_init_tr(contents_channel, KALORFIX_CLASS_1, KALORFIX_ORIFICE_FLANGE, by_material, 7, 32, 400, 220,
+                   0.05F, 0.05F, 0, 1, 0, &contents);
+    lib.mt_init_tr(steam_channel, KALORFIX_CLASS_1, KALORFIX_NOZZLE_ISA1932, by_material, 7, 32, 300, 180, 0.1F,
+                   0, 0, 1, 0, &steam);
     if (gas != 1 || contents != 1 || steam != 1) fprintf(stderr, "pipeline constants refused\n"), exit(1);
 }
 
 static void print_registers(const char* when, const struct registers* r) {
-    printf("%s: gas %.9g m3, hour %.9g s; steam %.9g t, hour %.9g s\n", when, (double)r->gas[2].total,
-           (double)r->gas[2].interval[hour].seconds, (double)r->heat[0].total,
-           (double)r->heat[0].interval[hour].seconds);
+    printf("%s: gas %.9g m3, hour %.9g s; steam %.9g t, hour %.9g s\n", when,
+           in_units(&r->gas[2], r->gas[2].total), (double)r->gas[2].interval[hour].seconds,
+           in_units(&r->heat[0], r->heat[0].total), (double)r->heat[0].interval[hour].seconds);
 }
 
 int main(int argc, char** argv) {
@@ -280,7 +315,8 @@ int main(int argc, char** argv) {
     if (argc > 3 && strlen(argv[3]) >= sizeof data_directory) return fprintf(stderr, "path too long\n"), 2;
     if (argc > 3) strcpy(data_directory, argv[3]);
     const int cycles = argc > 4 ? atoi(argv[4]) : 10;
-    const long period_ms = argc > 5 ? atol(argv[5]) : 20;
+    const long two_ticks_ms = 20, asked_ms = argc > 5 ? atol(argv[5]) : two_ticks_ms;
+    const long period_ms = asked_ms < two_ticks_ms ? two_ticks_ms : asked_ms;
 
     /* The library reads its directories when it is loaded. */
     setenv("SYSTEM", argv[2], 1);
@@ -289,24 +325,28 @@ int main(int argc, char** argv) {
 
     struct registers regs;
     memset(&regs, 0, sizeof regs);
+    for (int k = 0; k < gas_integrators; ++k) regs.gas[k].exp10 = exponent_for(gas_flows[k]);
+    for (int k = 0; k < heat_integrators; ++k) regs.heat[k].exp10 = exponent_for(steam_flows[k]);
     const int found = load_registers(&regs);
     if (found < 0) return fprintf(stderr, "the registers cannot be read: restore them by hand\n"), 1;
 
-    /* Without a stamp the downtime would count from 1970; an older one must stay until Init has read it. */
+    /* Without a stamp the downtime would count from 1970; an older one must stay until Init has read it. Registers are kept
+     * before the stamp, so that a stamp without them means that they were lost. */
     char path[100];
     struct stat about;
     mkdir(in_data(path, sizeof path, "dat"), 0755);
-    if (stat(in_data(path, sizeof path, "dat/timewait.dat"), &about) != 0 && !write_stamp())
-        return perror(path), 1;
+    const int stamped = stat(in_data(path, sizeof path, "dat/timewait.dat"), &about) == 0;
+    if (stamped && !found) return fprintf(stderr, "a stamp, but no registers: restore them by hand\n"), 1;
+    if ((!found && !save_registers(&regs)) || (!stamped && !write_stamp())) return perror(data_directory), 1;
 
     void* const library = load_library(argv[1]);
     if (lib.Init() != 1) return fprintf(stderr, "the library cannot be initialised\n"), 1;
     if (*lib.Gas_Not_Init != 1) return fprintf(stderr, "no gas.dat in %s\n", argv[2]), 1;
-    const double longest_downtime_min = 30.0 * 24 * 60;
+    /* From January 2038 on the stamp reads 2^32 seconds too old. */
+    *lib.ProstoyTime = fmod(*lib.ProstoyTime, 4294967296.0 / 60);
     if (*lib.ProstoyTime > longest_downtime_min) {
-        /* A clock that lost its battery, not a downtime. */
-        memset(gas_substitute, 0, sizeof gas_substitute);
-        memset(steam_substitute, 0, sizeof steam_substitute);
+        printf("a downtime of %.0f minutes is not filled in\n", *lib.ProstoyTime);
+        *lib.ProstoyTime = 0;
     }
     set_up_channels();
 

@@ -14,7 +14,7 @@
     *(void**)&p_##name = dlsym(library, #name)
 
 int main(int argc, char** argv) {
-    enum { channel = 1, by_material = 1, isa1932_nozzle = 4 };
+    enum { channel = 1, by_material = 1 };
     char status;
     short phase;
     float ps, ts, rho, mu, h, kappa, D, d, beta, E, K_p, q_m, q_v, q_h, K_sh, C, Re, epsilon;
@@ -27,7 +27,8 @@ int main(int argc, char** argv) {
     LOAD(library, mt_param_tr);
     LOAD(library, mt_mgn_param);
 
-    p_mt_init_tr(channel, 1, isa1932_nozzle, by_material, 7, 32, 300, 180, 0.1F, 0, 0, 1, 0, &status);
+    p_mt_init_tr(channel, KALORFIX_CLASS_1, KALORFIX_NOZZLE_ISA1932, by_material, 7, 32, 300, 180, 0.1F, 0, 0,
+                 1, 0, &status);
     if (status != 1) return puts("pipeline constants refused"), 1;
 
     p_mt_param_tn(channel, 300, 1.2e6F, 0, 0, 1000, 0.5F, &status, &phase, &ps, &ts);

@@ -3,11 +3,9 @@
 
 #include <cmath>
 
-namespace kalorfix::flow {
+#include "flow/limit.h"
 
-/// Between the steps that C (Venturi tubes) and the roughness correction have in Re some flows alternate for ever, hence
-/// the cap.
-inline constexpr int max_passes = 100;
+namespace kalorfix::flow {
 
 /// Relative change of the flow at which the iteration ends: class 1 is solved more closely.
 [[nodiscard]] constexpr double tolerance(unsigned char metering_class) {
@@ -20,6 +18,7 @@ struct FixedPoint {
     bool converged;  ///< two passes agree
 };
 
+/// Between the steps that C (Venturi tubes) and the roughness correction have in Re some flows alternate for ever: hence a cap.
 /// Repeats `pass(number, previous flow, flow)`, which gives false to refuse, until the relative change of the flow is below
 /// the tolerance. The first pass has no flow to start from and ends nothing; a change that is not finite ends without
 /// convergence. What a pass leaves depends on the previous flow alone: once a flow comes back, the passes up to the cap go

@@ -2,35 +2,36 @@
 
 #include <cmath>
 
+#include "flow/material.h"
+
 namespace kalorfix::flow {
+namespace {
 
-const Material* find_material(double material_code) {
-    if (!(material_code >= 1.0 && material_code < material_count + 1.0)) return nullptr;
-    return &materials[static_cast<std::size_t>(material_code) - 1];
+double expanded(const Part& part, double expansion, double t_C) {
+    return part.diameter_20_m * (1.0 + expansion * (t_C - 20.0));
 }
 
-double expansion_coefficient(const Material& material, double t_C) {
-    const double x = t_C / 1000.0;
-    return (material.a0 + material.a1 * x + material.a2 * (x * x)) * 1e-6;
+// The coefficient of a part at t; false for a code that is none, and outside the temperatures of its material. A NaN is not outside.
+bool find_expansion(const Part& part, double t_C, double& expansion) {
+    const Material* const material = find_material(part.material);
+    if (!material || t_C < material->t_min_C || t_C > material->t_max_C) return false;
+    expansion = material->expansion(t_C);
+    return true;
 }
 
-double expanded_diameter(double diameter_20, double expansion, double t_C) {
-    return diameter_20 * (1.0 + expansion * (t_C - 20.0));
-}
+}  // namespace
 
-bool size_accepted(Device device, double D_m, double d_m, double R_a_m) {
-    if (!is_standard(device)) return is_direct(device) || is_meter(device);
-    const SizeLimits& limits = size_limits[static_cast<std::size_t>(code(device)) - 1];
-    if (!(limits.D_min_m <= D_m && D_m <= limits.D_max_m)) return false;
-    if (limits.d_min_m > 0.0 && !(d_m >= limits.d_min_m)) return false;
-    return device != Device::nozzle_long_radius || R_a_m / D_m <= long_radius_max_roughness;
-}
-
-bool beta_accepted(Device device, double beta) {
-    if (!is_standard(device)) return true;
-    const BetaLimits& limits = beta_limits[static_cast<std::size_t>(code(device)) - 1];
-    if (is_orifice(device)) return !(beta < limits.min || beta > limits.max);
-    return limits.min <= beta && beta <= limits.max;
+Diameters working_diameters(const DeviceRow& device, const Part& pipe, const Part& throat, bool by_material,
+                            double R_a_m, double t_C) {
+    double pipe_expansion = pipe.material;
+    double throat_expansion = throat.material;
+    if (by_material) {
+        if (!find_expansion(throat, t_C, throat_expansion)) return {0.0, 0.0, Limit::device_temperature};
+        if (!find_expansion(pipe, t_C, pipe_expansion)) return {0.0, 0.0, Limit::pipe_temperature};
+    }
+    const double D_m = expanded(pipe, pipe_expansion, t_C);
+    const double d_m = expanded(throat, throat_expansion, t_C);
+    return {D_m, d_m, check_size(device, D_m, d_m, R_a_m)};
 }
 
 double approach_factor(double beta) {

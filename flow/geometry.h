@@ -1,27 +1,25 @@
 // Pipe and device at the working temperature.
 #pragma once
 
-#include "flow/device_tables.h"
+#include "flow/device.h"
 
 namespace kalorfix::flow {
 
-/// The row of a material code (its fraction is dropped), or null when the code is not a finite number from 1
-/// to below 40. GOST 8.586.1-2005, annex G.
-[[nodiscard]] const Material* find_material(double material_code);
+/// A part with its diameter at 20 degC; its material is a code of GOST 8.586.1-2005, annex G, or a coefficient of linear thermal
+/// expansion in 1/degC.
+struct Part {
+    double diameter_20_m;
+    double material;
+};
 
-/// Linear thermal-expansion coefficient in 1/degC at t_C.
-[[nodiscard]] double expansion_coefficient(const Material& material, double t_C);
+struct Diameters {
+    double D_m, d_m;  ///< 0 where a material refuses the temperature
+    Limit limit;
+};
 
-/// A diameter at t_C from the one at 20 degC. GOST 8.586.1-2005, 5.5.
-[[nodiscard]] double expanded_diameter(double diameter_20, double expansion, double t_C);
-
-/// Whether pipe, device and roughness (all m) lie within the size limits of the device; devices 10..23 have
-/// none, other codes never pass. GOST 8.586.2..4-2005, limits of use.
-[[nodiscard]] bool size_accepted(Device device, double D_m, double d_m, double R_a_m);
-
-/// Whether the diameter ratio is within the limits of a standard device (1..9). An orifice plate refuses a
-/// ratio outside its limits, the others accept one inside theirs: only an orifice passes a NaN on.
-[[nodiscard]] bool beta_accepted(Device device, double beta);
+/// The diameters at t, checked against the limits of materials, device and roughness R_a (m). GOST 8.586.1-2005, 5.5.
+[[nodiscard]] Diameters working_diameters(const DeviceRow& device, const Part& pipe, const Part& throat,
+                                          bool by_material, double R_a_m, double t_C);
 
 /// Velocity-of-approach factor 1 / sqrt(1 - beta^4). GOST 8.586.1-2005, 3.2.
 [[nodiscard]] double approach_factor(double beta);

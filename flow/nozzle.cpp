@@ -2,33 +2,28 @@
 #include <cmath>
 
 #include "flow/discharge.h"
+#include "flow/nozzle_tables.h"
 
 namespace kalorfix::flow {
 namespace {
-
-bool isa1932_reynolds_accepted(double beta, double Re) {
-    if (0.3 <= beta && beta < 0.44) return 70000.0 <= Re && Re <= 5e7;
-    if (0.44 <= beta && beta <= 0.8) return 20000.0 <= Re && Re <= 5e7;
-    return true;
-}
 
 // GOST 8.586.3-2005, 5.2.6.2.
 double long_radius_coefficient(double beta, double Re) {
     return 0.9965 - 0.00653 * std::sqrt(million * beta / Re);
 }
 
-// False when the pipe is too rough.
-bool roughness_correction(const Bore& bore, const NozzleConstants& c, double Re, double& K_sh) {
+Limit roughness_correction(const Bore& bore, const NozzleConstants& c, double Re, double& K_sh) {
     K_sh = 1.0;
-    if (c.smooth) return true;
-    if (bore.R_sh_m > 30.0 * bore.D_m / 1e4) return false;
+    if (c.smooth) return Limit::none;
+    if (bore.R_sh_m > 30.0 * bore.D_m / 1e4) return Limit::nozzle_roughness;
     double f = 1.0;
     if (!(Re >= million)) {
         const double decades = std::log10(Re) - 6.0;
         f = 1.0 - 0.25 * decades * decades;
     }
     K_sh = 1.0 + f * c.correction;
-    return !(bore.device == Device::nozzle_isa1932 && 0.5 < bore.D_m && bore.D_m <= 1.0 && K_sh > 1.03);
+    const bool large = bore.device.device == Device::nozzle_isa1932 && 0.5 < bore.D_m && bore.D_m <= 1.0;
+    return large && K_sh > max_roughness_correction ? Limit::roughness_correction : Limit::none;
 }
 
 }  // namespace
@@ -48,9 +43,9 @@ double nozzle_roughness_limit(double beta) {
 NozzleConstants nozzle_constants(const Bore& bore) {
     const double beta = bore.beta;
     NozzleConstants c{};
-    if (bore.device == Device::nozzle_long_radius) return c;
+    if (bore.device.device == Device::nozzle_long_radius) return c;
     const double beta2 = beta * beta, beta4 = beta2 * beta2;
-    if (bore.device == Device::venturi_nozzle) {
+    if (bore.device.device == Device::venturi_nozzle) {
         c.C_inf = 0.9858 - 0.196 * std::pow(beta, 4.5);  // GOST 8.586.3-2005, 5.3.4.2
     } else {
         // GOST 8.586.3-2005, 5.1.6.2.
@@ -64,18 +59,17 @@ NozzleConstants nozzle_constants(const Bore& bore) {
     return c;
 }
 
-bool nozzle_discharge(const Bore& bore, const NozzleConstants& c, double Re, Discharge& out) {
-    if (bore.device == Device::nozzle_long_radius) {
-        if (!(1e4 <= Re && Re <= 1e7)) return false;
+Limit nozzle_discharge(const Bore& bore, const NozzleConstants& c, double Re, Discharge& out) {
+    if (bore.device.device == Device::nozzle_long_radius) {
         out = {long_radius_coefficient(bore.beta, Re), 1.0};
-        return true;
+        return Limit::none;
     }
-    const bool isa = bore.device == Device::nozzle_isa1932;
-    if (isa ? !isa1932_reynolds_accepted(bore.beta, Re) : !(150000.0 <= Re && Re <= 2e6)) return false;
     double K_sh = 1.0;
-    if (!roughness_correction(bore, c, Re, K_sh)) return false;
+    const Limit limit = roughness_correction(bore, c, Re, K_sh);
+    if (limit != Limit::none) return limit;
+    const bool isa = bore.device.device == Device::nozzle_isa1932;
     out = {isa ? c.C_inf - c.slope * std::pow(million / Re, 1.15) : c.C_inf, K_sh};
-    return true;
+    return Limit::none;
 }
 
 }  // namespace kalorfix::flow

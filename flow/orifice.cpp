@@ -3,11 +3,13 @@
 #include <numbers>
 
 #include "flow/discharge.h"
+#include "flow/orifice_tables.h"
+#include "runtime/units.h"
 
 namespace kalorfix::flow {
 namespace {
 
-constexpr double inch_m = 0.0254;
+using units::inch_m;
 
 struct Tappings {
     double L1;  // distance of the upstream tapping from the plate, in pipe diameters
@@ -20,12 +22,6 @@ Tappings tappings(Device device, double D_m) {
     return {0.0, 0.0};
 }
 
-bool reynolds_accepted(const Bore& bore, double Re) {
-    const double beta2 = bore.beta * bore.beta;
-    if (bore.device == Device::orifice_flange) return Re > 5000.0 && Re > 170000.0 * beta2 * bore.D_m;
-    return bore.beta <= 0.56 ? Re >= 5000.0 : Re >= 16000.0 * beta2;
-}
-
 // Reader-Harris/Gallagher equation, GOST 8.586.2-2005, 5.3.2.1, with t = Re^-0.1:
 //   C = 0.5961 + 0.0261 beta^2 - 0.216 beta^8 + 0.000521 (10^6 beta/Re)^0.7
 //     + (0.0188 + 0.0063 A) beta^3.5 (10^6/Re)^0.3
@@ -34,7 +30,7 @@ bool reynolds_accepted(const Bore& bore, double Re) {
 //   A = (19000 beta/Re)^0.8, M2 = 2 L2/(1 - beta).
 double discharge_coefficient(const OrificeConstants& c, double t) {
     const double t2 = t * t, t3 = t2 * t, t4 = t2 * t2, t8 = t4 * t4;
-    return c.C_inf + c.c7 * (t4 * t3) + (c.c3 + c.c11 * t8) * t3 - c.up * t8;
+    return c.C_inf + c.c7 * (t4 * t3) + (c.c3 + c.c11 * t8) * t3 - c.c8 * t8;
 }
 
 double cubic(const std::array<double, 4>& c, double L) {
@@ -51,7 +47,7 @@ const RoughnessSet& roughness_set(double Re) {
 // Upper bound of 10^4 R_a/D, to two decimals.
 double upper_limit(double beta, double ln_beta, double Re, double lg_Re) {
     double x = 0.0;
-    if (Re > orifice_roughness.back().Re_to) return 0.0 * lg_Re;  // all coefficients are 0
+    if (Re > orifice_roughness.back().Re_to) return 0.0;  // all coefficients are 0
     if (Re > orifice_roughness.front().Re_above) {
         const RoughnessSet& set = roughness_set(Re);
         x = cubic(set.A, lg_Re) * std::exp(cubic(set.B, lg_Re) * ln_beta) + cubic(set.C, lg_Re);
@@ -69,7 +65,8 @@ double lower_limit(double beta, double L) {
     return std::rint(1000.0 * y) / 1000.0;
 }
 
-// Friction factor of a pipe with the uniform roughness R (m).
+// Friction factor lambda of a pipe with the uniform roughness R (m), an explicit form of Colebrook's equation, GOST 8.586.2-2005,
+// 5.3.2.3: lambda^-1/2 = 1.74 - 2 lg(2 R/D - 37.36/Re lg(k - 5.035/Re lg(k + 3.3333 5.035/Re))), k = 0.26954 R/D.
 double friction_factor(double R_m, double D_m, double Re) {
     const double relative = 0.26954 * R_m / D_m;
     const double inner = std::log10(relative + 3.3333 * 5.035 / Re);
@@ -111,7 +108,7 @@ OrificeConstants orifice_constants(const Bore& bore) {
     constexpr double n19000_0_8 = 2648.517706696731573;
     const double A = n19000_0_8 * (tenth4 * tenth4);
 
-    const Tappings tap = tappings(bore.device, bore.D_m);
+    const Tappings tap = tappings(bore.device.device, bore.D_m);
     const double M2 = 2.0 * tap.L2 / (1.0 - beta);
     const double upstream =
         (0.043 + 0.080 * std::exp(-10.0 * tap.L1) - 0.123 * std::exp(-7.0 * tap.L1)) * beta4 / (1.0 - beta4);
@@ -126,13 +123,13 @@ OrificeConstants orifice_constants(const Bore& bore) {
             5.22 * beta_3_5};
 }
 
-bool orifice_discharge(const Bore& bore, const OrificeConstants& c, double Re, Discharge& out) {
-    if (!reynolds_accepted(bore, Re)) return false;
+Limit orifice_discharge(const Bore& bore, const OrificeConstants& c, double Re, Discharge& out) {
     const double lg_Re = std::log10(Re);
     const double K_sh = roughness_correction(bore, c, Re, lg_Re);
-    if (bore.device == Device::orifice_corner && 1.0 < bore.D_m && bore.D_m <= 3.0 && K_sh > 1.03) return false;
+    const bool large = bore.device.device == Device::orifice_corner && 1.0 < bore.D_m && bore.D_m <= 3.0;
+    if (large && K_sh > max_roughness_correction) return Limit::roughness_correction;
     out = {discharge_coefficient(c, std::exp(-0.1 * std::numbers::ln10 * lg_Re)), K_sh};
-    return true;
+    return Limit::none;
 }
 
 }  // namespace kalorfix::flow

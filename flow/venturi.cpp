@@ -18,20 +18,15 @@ double machined_coefficient(double beta, double Re) {
 
 }  // namespace
 
-bool venturi_discharge(const Bore& bore, double Re, Discharge& out) {
-    double C = 0.0;
-    if (bore.device == Device::venturi_machined) {
-        if (!(40000.0 * bore.beta <= Re && Re <= 1e8 * bore.beta)) return false;
-        C = machined_coefficient(bore.beta, Re);
-    } else {
-        if (!(Re >= 40000.0)) return false;
-        if (bore.device == Device::venturi_cast)
-            C = Re < constant_from_Re ? 0.991 - 1400.0 / Re : 0.984;
-        else
-            C = Re < constant_from_Re ? 0.992 - 1300.0 / Re : 0.985;
+Discharge venturi_discharge(const Bore& bore, double Re) {
+    switch (bore.device.device) {
+        case Device::venturi_machined:
+            return {machined_coefficient(bore.beta, Re), 1.0};
+        case Device::venturi_cast:
+            return {Re < constant_from_Re ? 0.991 - 1400.0 / Re : 0.984, 1.0};
+        default:  // rough-welded
+            return {Re < constant_from_Re ? 0.992 - 1300.0 / Re : 0.985, 1.0};
     }
-    out = {C, 1.0};
-    return true;
 }
 
 }  // namespace kalorfix::flow

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cmath>
 #include <cstddef>
 
 #include "frame/registry.h"
@@ -27,13 +26,13 @@ int channel_call(LocVect<Calculator>& registry, int channel, char* status, const
     char outcome = 0;
     Calculator* const calculator = registry.GetVar(channel);
     if (calculator) outcome = operation(*calculator, results);
-    bool finite = true;
+    float off = 0.0F;  // 0 while all results are finite
     for (std::size_t k = 0; k < N; ++k) {
         const auto result = static_cast<float>(results[k]);
-        finite = finite && std::isfinite(result);
+        off += result - result;
         if (outputs[k]) *outputs[k] = result;
     }
-    if (undefined == Undefined::never && outcome == 1 && !finite) outcome = judged(*calculator, false);
+    if (undefined == Undefined::never && outcome == 1 && off != 0.0F) outcome = judged(*calculator, false);
     if (status) *status = outcome;
     return 1;
 }

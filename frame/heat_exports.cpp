@@ -4,6 +4,7 @@
 #include "props/water/iapws95_tables.h"
 #include "props/water/water.h"
 #include "runtime/judged.h"
+#include "runtime/units.h"
 
 namespace frame = kalorfix::frame;
 namespace water = kalorfix::water;
@@ -28,9 +29,7 @@ int mt_param_tn(int channel, float t, float p, float hA, float hB, float dP, flo
     return frame::channel_call<frame::Undefined::where_there_is_none>(
         frame::heat_channels, channel, status, std::array{ps, ts},
         [=, &phase_out](cTeplo2005& calculator, auto& r) {
-            return calculator.Param_tn(static_cast<double>(t), static_cast<double>(p), static_cast<double>(hA),
-                                       static_cast<double>(hB), static_cast<double>(dP),
-                                       static_cast<double>(dT), phase_out, r[0], r[1]);
+            return calculator.Param_tn(t, p, hA, hB, dP, dT, phase_out, r[0], r[1]);
         });
 }
 
@@ -38,14 +37,13 @@ int mt_tf_param(int channel, char source, unsigned short phase_req, float x, cha
                 float* h, float* kappa) {
     return frame::channel_call(frame::heat_channels, channel, status, std::array{ro, mu, h, kappa},
                                [=](cTeplo2005& calculator, auto& r) {
-                                   return calculator.tf_Param(source, phase_req, static_cast<double>(x), r[0],
-                                                              r[1], r[2], r[3]);
+                                   return calculator.tf_Param(source, phase_req, x, r[0], r[1], r[2], r[3]);
                                });
 }
 
 short t_param_1(double t_C, double p_MPa, short mode, double* ro, double* mu, double* h, double* kappa) {
     const kalorfix::FloatEnvironment guard;
-    const double T_K = t_C + water::zero_celsius_K;
+    const double T_K = t_C + kalorfix::units::zero_celsius_K;
     water::Properties found{};
     bool done = false;
     if (mode == saturated_vapour_mode)
@@ -66,7 +64,8 @@ short t_param_1(double t_C, double p_MPa, short mode, double* ro, double* mu, do
 short t_phase_1(double p_MPa, double t_C, double dp_MPa, double* ps) {
     const kalorfix::FloatEnvironment guard;
     double saturation_MPa = 0.0;
-    const water::Phase phase = water::phase(p_MPa, t_C + water::zero_celsius_K, dp_MPa, saturation_MPa);
+    const water::Phase phase =
+        water::phase(p_MPa, t_C + kalorfix::units::zero_celsius_K, dp_MPa, saturation_MPa);
     store(ps, saturation_MPa);
     return static_cast<short>(phase);
 }

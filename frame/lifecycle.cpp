@@ -12,6 +12,7 @@
 #include <ctime>
 
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 #include "runtime/cp866.h"
 #include "runtime/files.h"
 #include "runtime/float_environment.h"

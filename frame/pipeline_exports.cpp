@@ -25,11 +25,9 @@ int init_tr(LocVect<Calculator>& registry, int channel, const PipelineConstants&
     return frame::channel_call(
         registry, channel, status, std::array<float*, 0>{}, [&c](cCommon2005& calculator, auto&) {
             char first_init = 0;
-            return calculator.Init_TR(
-                c.metering_class, c.device_type, c.by_material, static_cast<double>(c.mat_D),
-                static_cast<double>(c.mat_d), static_cast<double>(c.D20_mm), static_cast<double>(c.d20_mm),
-                static_cast<double>(c.R_sh_mm), static_cast<double>(c.r_n0_mm), c.r_n_at_end,
-                static_cast<double>(c.tau_years), static_cast<double>(c.alpha_eps), first_init);
+            return calculator.Init_TR(c.metering_class, c.device_type, c.by_material, c.mat_D, c.mat_d,
+                                      c.D20_mm, c.d20_mm, c.R_sh_mm, c.r_n0_mm, c.r_n_at_end, c.tau_years,
+                                      c.alpha_eps, first_init);
         });
 }
 
@@ -70,13 +68,12 @@ int mt_param_tr(int channel, char* status, float* D_mm, float* d_mm, float* beta
 
 int mg_mgn_param(int channel, char calc, float dp, float rho, float rho_c, float k, char* status, float* q_m,
                  float* q_v, float* q_c, float* q_e, float* K_sh, float* C, float* Re, float* epsilon) {
-    return frame::channel_call(
-        frame::gas_channels, channel, status, std::array{q_m, q_v, q_c, q_e, K_sh, C, Re, epsilon},
-        [=](cGas2005& calculator, auto& r) {
-            return calculator.mgn_Param(calc, static_cast<double>(dp), static_cast<double>(rho),
-                                        static_cast<double>(rho_c), static_cast<double>(k), r[0], r[1], r[2],
-                                        r[3], r[4], r[5], r[6], r[7]);
-        });
+    return frame::channel_call(frame::gas_channels, channel, status,
+                               std::array{q_m, q_v, q_c, q_e, K_sh, C, Re, epsilon},
+                               [=](cGas2005& calculator, auto& r) {
+                                   return calculator.mgn_Param(calc, dp, rho, rho_c, k, r[0], r[1], r[2], r[3],
+                                                               r[4], r[5], r[6], r[7]);
+                               });
 }
 
 int mt_mgn_param(int channel, char calc, float dp, float rho, float h, char* status, float* q_m, float* q_v,
@@ -84,7 +81,6 @@ int mt_mgn_param(int channel, char calc, float dp, float rho, float h, char* sta
     return frame::channel_call(
         frame::heat_channels, channel, status, std::array{q_m, q_v, q_h, K_sh, C, Re, epsilon},
         [=](cTeplo2005& calculator, auto& r) {
-            return calculator.mgn_Param(calc, static_cast<double>(dp), static_cast<double>(rho),
-                                        static_cast<double>(h), r[0], r[1], r[2], r[3], r[4], r[5], r[6]);
+            return calculator.mgn_Param(calc, dp, rho, h, r[0], r[1], r[2], r[3], r[4], r[5], r[6]);
         });
 }

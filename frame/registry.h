@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "runtime/owned.h"
 
 inline constexpr int max_channel = 20000;

@@ -10,8 +10,7 @@ int int_param(LocVect<Calculator>& registry, int channel, unsigned short integra
               float total_host, float q_subst, short exp10, char* status,
               const std::array<float*, 3>& outputs) {
     return frame::channel_call(registry, channel, status, outputs, [=](Calculator& calculator, auto& r) {
-        return calculator.int_Param(integrator, static_cast<double>(q_ext), total_host,
-                                    static_cast<double>(q_subst), exp10, r[0], r[1], r[2]);
+        return calculator.int_Param(integrator, q_ext, total_host, q_subst, exp10, r[0], r[1], r[2]);
     });
 }
 
@@ -20,8 +19,7 @@ int int_param_1(LocVect<Calculator>& registry, int channel, unsigned short integ
                 float time_host, float start_host, float last_result, char* status,
                 const std::array<float*, 3>& outputs) {
     return frame::channel_call(registry, channel, status, outputs, [=](Calculator& calculator, auto& r) {
-        return calculator.int2_Param(integrator, set, time_host, start_host, static_cast<double>(last_result),
-                                     r[0], r[1], r[2]);
+        return calculator.int2_Param(integrator, set, time_host, start_host, last_result, r[0], r[1], r[2]);
     });
 }
 

@@ -31,7 +31,7 @@ Mixture mix(const Composition& gas, const Constants& constants) {
     Mixture mixture;
     for (std::size_t n = 0; n < gas.count; ++n) {
         const std::size_t i = gas.present[n];
-        x[n] = static_cast<double>(gas.x[i]);
+        x[n] = gas.x[i];
         size_sum += x[n] * constants.size[i];
         energy_sum += x[n] * constants.energy[i];
         mixture.orientation += x[n] * constants.orientation[i];
@@ -51,7 +51,7 @@ double second_virial(double T_K, const Constants& constants, const VirialFactors
     const PowerBase temperature(T_K, constants.virial_u);
     double sum = 0.0;
     for (std::size_t n = 0; n < virial_terms; ++n)
-        sum += constants.a[n] * static_cast<double>(factors[n]) / temperature.to(constants.u[n]);
+        sum += constants.a[n] * factors[n] / temperature.to(constants.u[n]);
     return sum;
 }
 

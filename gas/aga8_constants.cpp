@@ -6,10 +6,8 @@
 namespace kalorfix::gas::aga8 {
 namespace {
 
-double at(const float* table, std::size_t i) { return static_cast<double>(table[i]); }
-double at(const float* table, std::size_t i, std::size_t j) {
-    return static_cast<double>(table[i * component_count + j]);
-}
+double at(const float* table, std::size_t i) { return table[i]; }
+double at(const float* table, std::size_t i, std::size_t j) { return table[i * component_count + j]; }
 
 double power_2_5(double value) { return value * value * std::sqrt(value); }
 
@@ -40,10 +38,10 @@ void make_forms(const Tables& t, Constants& c) {
             Forms& forms = c.forms[i][j];
             const double K = at(t.pure.size, i) * at(t.pure.size, j);
             const double size = K * std::sqrt(K);
-            const auto G = static_cast<double>(c.pair_orientation[i][j]);
+            const double G = c.pair_orientation[i][j];
             const double Q = c.quadrupole[i] * c.quadrupole[j];
             const double F = std::sqrt(c.high_temperature[i] * c.high_temperature[j]);
-            const PowerBase E(static_cast<double>(c.pair_energy[i][j]), c.virial_u);
+            const PowerBase E(c.pair_energy[i][j], c.virial_u);
             for (std::size_t n = 0; n < virial_terms; ++n)
                 forms[n] = size * E.to(c.u[n]) * flagged(G, c.g[n]) * flagged(Q, c.q[n]) * flagged(F, c.f[n]);
             const bool unlike = i != j;

@@ -10,7 +10,7 @@ Isotherm::Isotherm(const DensityLayout& layout, const Coefficients& coefficients
     : layout_(layout), linear_(linear), reduced_temperature_(reduced_temperature) {
     for (std::size_t cell = 0; cell < layout.cell_count; ++cell) weight_[cell] = 0.0;
     for (std::size_t n = 0; n < density_terms; ++n)
-        weight_[layout.cell_of[n]] += static_cast<double>(coefficients[first_density_term + n]);
+        weight_[layout.cell_of[n]] += coefficients[first_density_term + n];
 }
 
 // S = sum of C (b - c k r^k) r^b exp(-c r^k). With P_m = sum(b^m C r^b) of the terms of one group, e = exp(-c r^k) and s = c k r^k

@@ -26,8 +26,8 @@ public:
     /// Isotherms that fall lie beyond these bounds, by a map of mixtures of all kinds over 70..1500 K and up to 100 MPa; pipeline gas
     /// from 250 K up to 30 MPa lies within (docs/accuracy.md).
     [[nodiscard]] bool rises_up_to(double r) const {
-        return reduced_temperature_ > 1.16 && linear_ > (reduced_temperature_ < 1.3 ? -1.04 : -0.92) &&
-               r < 1.95;
+        const double t = reduced_temperature_;
+        return 1.16 < t && t < 5.0 && linear_ > std::min(-0.92, -1.04 + 0.9 * (t - 1.16)) && r < 2.1;
     }
 
 private:

@@ -11,19 +11,19 @@ float sum(const Fractions& values) {
 
 }  // namespace
 
-Fractions from_mole_percent(const Fractions& percent) {
+Composition from_mole_percent(const Fractions& percent) {
     Fractions x{};
     for (std::size_t i = 0; i < component_count; ++i) x[i] = percent[i] / 100.0F;
-    return x;
+    return with_present_components(x);
 }
 
-Fractions from_volume_fractions(const Fractions& volume, const float* z_standard) {
+Composition from_volume_fractions(const Fractions& volume, const float* z_standard) {
     const float given = sum(volume);
     Fractions x{};
     for (std::size_t i = 0; i < component_count; ++i) x[i] = volume[i] / given / z_standard[i];
     const float moles = sum(x);
     for (float& value : x) value /= moles;
-    return x;
+    return with_present_components(x);
 }
 
 Composition with_present_components(const Fractions& x) {
@@ -41,19 +41,27 @@ float standard_density(const Composition& gas, const float* summation_factor, co
         factor += gas.x[i] * summation_factor[i];
         ideal += gas.x[i] * ideal_density[i];
     }
-    const double squared = static_cast<double>(factor) * static_cast<double>(factor);
+    const double squared = static_cast<double>(factor) * factor;
     const auto z = static_cast<float>(1.0 - squared);
     return ideal / z;
+}
+
+float molar_mass(const Composition& gas, const float* of_components) {
+    double sum = 0.0;
+    for (std::size_t n = 0; n < gas.count; ++n) {
+        const std::size_t i = gas.present[n];
+        sum += static_cast<double>(gas.x[i]) * of_components[i];
+    }
+    return static_cast<float>(sum);
 }
 
 double standard_compressibility(const Composition& gas) {
     double carbon = 0.0;
     for (std::size_t n = 0; n < gas.count; ++n) {
         const std::size_t i = gas.present[n];
-        carbon += carbon_number[i] * static_cast<double>(gas.x[i]);
+        carbon += static_cast<double>(gas.x[i]) * carbon_number[i];
     }
-    const double root = 0.0458 * carbon - 0.0022 + 0.0195 * static_cast<double>(gas.x[nitrogen]) +
-                        0.075 * static_cast<double>(gas.x[carbon_dioxide]);
+    const double root = 0.0458 * carbon - 0.0022 + 0.0195 * gas.x[nitrogen] + 0.075 * gas.x[carbon_dioxide];
     return 1.0 - root * root;
 }
 

@@ -31,12 +31,12 @@ struct Composition {
     std::size_t count = 0;
 };
 
-/// Mole per cent to mole fractions, not normalised.
-[[nodiscard]] Fractions from_mole_percent(const Fractions& percent);
+/// The composition of mole per cent, not normalised.
+[[nodiscard]] Composition from_mole_percent(const Fractions& percent);
 
-/// Volume fractions to mole fractions, normalised: x_i = (r_i / z_i) / sum(r_j / z_j), z_i the compressibility factors of
-/// the pure components at standard conditions. All zero gives NaN.
-[[nodiscard]] Fractions from_volume_fractions(const Fractions& volume, const float* z_standard);
+/// The composition of volume fractions, normalised: x_i = (r_i / z_i) / sum(r_j / z_j), z_i the compressibility factors of the pure
+/// components at standard conditions. All zero gives NaN.
+[[nodiscard]] Composition from_volume_fractions(const Fractions& volume, const float* z_standard);
 
 /// Lists the components whose fraction is not exactly zero.
 [[nodiscard]] Composition with_present_components(const Fractions& x);
@@ -45,6 +45,9 @@ struct Composition {
 /// Sums in single precision. 0 for no component.
 [[nodiscard]] float standard_density(const Composition& gas, const float* summation_factor,
                                      const float* ideal_density);
+
+/// Molar mass, kg/kmol, of components with the given ones.
+[[nodiscard]] float molar_mass(const Composition& gas, const float* of_components);
 
 /// Compressibility factor at standard conditions from the carbon numbers, nitrogen and carbon dioxide. GOST 30319.2-96.
 [[nodiscard]] double standard_compressibility(const Composition& gas);

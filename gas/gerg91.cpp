@@ -1,3 +1,6 @@
+// Notation of GOST 30319.2-96: xe, xa, xy mole fractions of the equivalent hydrocarbon (1), nitrogen (2) and carbon dioxide (3); H
+// the parameter of the hydrocarbon, from its molar mass; Bm and Cm second and third virial coefficient of the mixture, here `second`
+// (m3/kmol) and `third` (m6/kmol2); B0 = b Bm, C0 = b^2 Cm with b = 1000 p/(2.7715 T); A0, A1, A2 of the closed form.
 #include "gas/gerg91.h"
 
 #include <cmath>
@@ -21,7 +24,7 @@ double equivalent_hydrocarbon(const DensityGas& gas) {
     const auto molar_mass = static_cast<float>(
         (molar_volume * Zc * gas.rho_c - molar_mass_nitrogen * gas.xa - molar_mass_carbon_dioxide * gas.xy) /
         (1.0 - gas.xa - gas.xy));
-    return 128.64 + 47.479 * static_cast<double>(molar_mass);
+    return 128.64 + 47.479 * molar_mass;
 }
 
 }  // namespace

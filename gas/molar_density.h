@@ -78,12 +78,12 @@ private:
         constexpr double tolerance = 1e-7;
         constexpr double largest_step = 0.05;  // equations of state have no finer structure
         if (!(target_ > 0.0 && std::isfinite(target_))) return none;
-        IsothermPoint low = point<Order::curvature>(1e-6 * std::min(target_, 1.0));
+        IsothermPoint low{0.0, 0.0, 1.0, 0.0};
         for (int step = 0; step < climb_steps; ++step) {
-            if (!(low.slope > 0.0)) return none;
             const double wanted = (target_ - low.y) / low.slope;
             double change = std::min(wanted, largest_step * (1.0 + low.x));
             if (low.curvature < 0.0) change = std::min(change, -0.9 * low.slope / low.curvature);
+            if (step == 0) change = 1e-6 * std::min(target_, 1.0);  // the curvature is not known yet
             const IsothermPoint high = point<Order::curvature>(low.x + change);
             if (!std::isfinite(high.y) || !std::isfinite(high.slope)) return none;
             if (!(high.slope > 0.0)) return below_maximum(low, high);

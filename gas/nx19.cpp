@@ -1,3 +1,6 @@
+// Notation of GOST 30319.2-96: rho_c density at standard conditions, xa and xy mole fractions of nitrogen and carbon dioxide, Tpk
+// and Ppk pseudo-critical temperature and pressure, Ta and pa adjusted temperature and pressure, dT = Ta - 1.09, B the correction
+// of the cubic, m, n, B0, B1, B2 its coefficients, Fz the correction of Z. Temperatures in K, pressures in MPa.
 #include "gas/nx19.h"
 
 #include <cmath>
@@ -32,8 +35,7 @@ double correction(double pa, double dT) {
 
 double nx19(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind) {
     // The adjusted temperature is carried in single precision.
-    const auto Ta =
-        static_cast<double>(static_cast<float>(0.71892 * T_K / pseudo_critical_temperature(gas) + 0.0007));
+    const double Ta = static_cast<float>(0.71892 * T_K / pseudo_critical_temperature(gas) + 0.0007);
     const double pa = 0.6714 * p_MPa / pseudo_critical_pressure(gas) + 0.0147;
     const double Ta2 = Ta * Ta;
     const double Ta4 = Ta2 * Ta2;

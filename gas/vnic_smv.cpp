@@ -7,14 +7,14 @@
 namespace kalorfix::gas::vnic {
 namespace {
 
-double at(const float* table, std::size_t i) { return static_cast<double>(table[i]); }
+double at(const float* table, std::size_t i) { return table[i]; }
 
 }  // namespace
 
 Fractions fold(const gas::Fractions& x) {
     constexpr std::array<std::size_t, gas::component_count> target{0, 1, 2, 3, 4, 3, 3, 3, 3, 3, 5, 6, 7, 5, 5};
     std::array<double, component_count> sums{};
-    for (std::size_t i = 0; i < x.size(); ++i) sums[target[i]] += static_cast<double>(x[i]);
+    for (std::size_t i = 0; i < x.size(); ++i) sums[target[i]] += x[i];
     Fractions folded{};
     for (std::size_t i = 0; i < folded.size(); ++i) folded[i] = static_cast<float>(sums[i]);
     return folded;
@@ -53,7 +53,7 @@ PseudoCritical pseudo_critical(const Fractions& x, const Constants& constants, d
     const PairConstants* pair = constants.data();
     for (std::size_t i = 0; i < component_count; ++i)
         for (std::size_t j = i; j < component_count; ++j, ++pair) {
-            const double weight = static_cast<double>(x[i]) * static_cast<double>(x[j]);
+            const double weight = static_cast<double>(x[i]) * x[j];
             sum.volume += weight * pair->volume;
             sum.temperature += weight * pair->temperature;
             sum.acentric += weight * pair->acentric;
@@ -62,9 +62,8 @@ PseudoCritical pseudo_critical(const Fractions& x, const Constants& constants, d
     mixture.density = 1.0 / sum.volume;
     mixture.temperature = static_cast<float>(std::sqrt(sum.temperature * mixture.density));
     mixture.acentric = static_cast<float>(sum.acentric * mixture.density);
-    mixture.pressure =
-        static_cast<float>(R * 0.001 * mixture.density * static_cast<double>(mixture.temperature) *
-                           (0.28707 - 0.05559 * static_cast<double>(mixture.acentric)));
+    mixture.pressure = static_cast<float>(R * 0.001 * mixture.density * mixture.temperature *
+                                          (0.28707 - 0.05559 * mixture.acentric));
     return mixture;
 }
 
@@ -72,7 +71,7 @@ void equation_coefficients(const float* a, const float* b, float acentric, Coeff
     for (std::size_t k = 0; k < density_powers; ++k)
         for (std::size_t l = 0; l < static_cast<std::size_t>(temperature_terms[k]); ++l) {
             const std::size_t position = k * columns + l;
-            c[k][l] = static_cast<float>(at(a, position) + static_cast<double>(acentric) * at(b, position));
+            c[k][l] = static_cast<float>(at(a, position) + acentric * at(b, position));
         }
 }
 
@@ -81,8 +80,7 @@ Isotherm::Isotherm(const Coefficients& c, double reduced_temperature)
     const double inverse = 1.0 / reduced_temperature;
     for (std::size_t k = 0; k < density_powers; ++k) {
         double sum = 0.0;
-        for (auto l = static_cast<std::size_t>(temperature_terms[k]); l-- > 0;)
-            sum = sum * inverse + static_cast<double>(c[k][l]);
+        for (auto l = static_cast<std::size_t>(temperature_terms[k]); l-- > 0;) sum = sum * inverse + c[k][l];
         coefficient_[k] = sum;
     }
 }

@@ -7,7 +7,8 @@
  *
  * The steps of a cycle hand their outcome on through `valid`: the state operation sets it, each following step
  * requires it, clears it while it works and sets it again on success. All operations return the status:
- * 1 computed and within limits, 0 not computed. None throws. One object must be used by one thread at a time.
+ * 1 computed, within limits and finite, 0 not computed. None throws. Nothing is locked: all calls come from one thread
+ * at a time, also those of different objects.
  */
 #ifndef KALORFIX_CALCULATORS_H
 #define KALORFIX_CALCULATORS_H
@@ -62,48 +63,49 @@ public:
 
     /// One integration step of a flow q (per hour) over dt seconds. With `apply_downtime` the downtime measured at
     /// Init is filled in with q_subst (per hour, its 1/60 a minute). `total` = increment * 10^-exp10 + total_prev, less 10^6
-    /// once when above it. Refused, outputs unwritten, when q or total_prev is negative.
+    /// once when above it. Refused, outputs unwritten: q or total_prev negative or not finite, q_subst not finite.
     char in_Param(double q, double total_prev, double dt_s, short exp10, double q_subst, char apply_downtime,
                   double& downtime_min_out, double& total_out, double& downtime_part);
 
     /// One step of an hourly (set 0) or daily (set 1) interval; closes it with the difference of totals as its
-    /// result. Returns 1; a set above 1 is refused with the outputs unwritten.
+    /// result, plus 10^6 when it is negative. Returns 1; 0 for a set above 1, with the outputs unwritten, and for numbers
+    /// that are not finite.
     char in2_Param(float dt_s, float downtime_minutes, unsigned short set, double total_now,
                    double interval_time_s, double interval_start_total, double last_result,
                    double& interval_time_out, double& interval_start_out, double& result);
 
-    unsigned char metering_class;  ///< 0 or 1; 3 = never configured
-    unsigned char device_type;     ///< 1..23
-    unsigned char by_material;     ///< 1: mat_D, mat_d are codes 1..39; 0: expansion coefficients
-    double mat_D;                  ///< pipe: material code, or linear expansion coefficient, 1/degC
-    double mat_d;                  ///< device: the same
-    double D20;                    ///< pipe inner diameter at 20 degC, m
-    double d20;                    ///< device diameter at 20 degC, m
-    double R_sh;                   ///< equivalent uniform roughness of the pipe wall, m
-    double r_n0;                   ///< initial radius of the orifice inlet edge, m
-    unsigned char r_n_at_end;      ///< 1: edge radius at the end of the check interval, 0: its mean
-    double tau;                    ///< interval between checks, years
-    double alpha_eps;              ///< alpha*epsilon of devices 10..19
-    unsigned char valid;           ///< outcome of the last step
-    double t;                      ///< temperature, degC
-    double T;                      ///< temperature, K
-    double p;                      ///< absolute pressure, Pa
-    double R_a;                    ///< arithmetic mean roughness, m
-    double D;                      ///< pipe diameter at `t`, m
-    double d;                      ///< device diameter at `t`, m
-    double beta;                   ///< d/D
-    double E;                      ///< velocity-of-approach factor
-    double K_p;                    ///< correction for edge bluntness
-    double rho_w;                  ///< density at working conditions, kg/m3
-    double mu;                     ///< dynamic viscosity, Pa s
-    double kappa;                  ///< isentropic exponent
-    unsigned short phase;          ///< phase of a heat carrier: 1 water, 2 steam, 3 wet steam; 0 for gas
-    double q_m;                    ///< mass flow: kg/s while it is solved, then t/h
-    double q_v;                    ///< volume flow at working conditions, m3/h
-    double Re;                     ///< Reynolds number of the pipe
-    double C;                      ///< discharge coefficient
-    double K_sh;                   ///< correction for pipe roughness
-    double epsilon;                ///< expansibility factor
+    unsigned char metering_class = 3;  ///< 0 or 1; 3 = never configured
+    unsigned char device_type = 0;     ///< 1..23
+    unsigned char by_material = 0;     ///< 1: mat_D, mat_d are codes 1..39; 0: expansion coefficients
+    double mat_D = 0.0;                ///< pipe: material code, or linear expansion coefficient, 1/degC
+    double mat_d = 0.0;                ///< device: the same
+    double D20 = 0.0;                  ///< pipe inner diameter at 20 degC, m
+    double d20 = 0.0;                  ///< device diameter at 20 degC, m
+    double R_sh = 0.0;                 ///< equivalent uniform roughness of the pipe wall, m
+    double r_n0 = 0.0;                 ///< initial radius of the orifice inlet edge, m
+    unsigned char r_n_at_end = 0;      ///< 1: edge radius at the end of the check interval, 0: its mean
+    double tau = 0.0;                  ///< interval between checks, years
+    double alpha_eps = 0.0;            ///< alpha*epsilon of devices 10..19
+    unsigned char valid = 0;           ///< outcome of the last step
+    double t = 0.0;                    ///< temperature, degC
+    double T = 0.0;                    ///< temperature, K
+    double p = 0.0;                    ///< absolute pressure, Pa
+    double R_a = 0.0;                  ///< arithmetic mean roughness, m
+    double D = 0.0;                    ///< pipe diameter at `t`, m
+    double d = 0.0;                    ///< device diameter at `t`, m
+    double beta = 0.0;                 ///< d/D
+    double E = 0.0;                    ///< velocity-of-approach factor
+    double K_p = 0.0;                  ///< correction for edge bluntness
+    double rho_w = 0.0;                ///< density at working conditions, kg/m3
+    double mu = 0.0;                   ///< dynamic viscosity, Pa s
+    double kappa = 0.0;                ///< isentropic exponent
+    unsigned short phase = 0;          ///< phase of a heat carrier: 1 water, 2 steam, 3 wet steam; 0 for gas
+    double q_m = 0.0;                  ///< mass flow: kg/s while it is solved, then t/h
+    double q_v = 0.0;                  ///< volume flow at working conditions, m3/h
+    double Re = 0.0;                   ///< Reynolds number of the pipe
+    double C = 0.0;                    ///< discharge coefficient
+    double K_sh = 0.0;                 ///< correction for pipe roughness
+    double epsilon = 0.0;              ///< expansibility factor
 };
 
 /// A natural-gas channel.
@@ -121,7 +123,8 @@ public:
                   double rho_c_in, double& sum_out, double& K_out, double& rho_c_out);
 
     /// Density, viscosity (uPa s), isentropic exponent and heats of combustion (arguments as in mg_tf_param). On a state
-    /// that is not valid the last values are handed out; outside the range of the water vapour nothing is written.
+    /// that is not valid the last values are handed out, zeros where there was none yet; outside the range of the water
+    /// vapour nothing is written.
     char tf_Param(char unit, char tempBasis, double roVap, double& ro_out, double& mu_out, double& kappa_out,
                   double& hLow, double& hHigh);
 
@@ -142,23 +145,23 @@ public:
                     float interval_start_host, double last_result, double& interval_time_out,
                     double& interval_start_out, double& result);
 
-    short Method;                 ///< compressibility method as given
-    double Xi_in[15];             ///< composition as given
-    double Xi_sum;                ///< its sum
-    double Ro_c;                  ///< density at standard conditions, kg/m3
-    double K_c;                   ///< compressibility coefficient K = Z/Zc
-    double H_low;                 ///< lower heat of combustion
-    double H_high;                ///< higher heat of combustion
-    double Ro_vap;                ///< water vapour in the working cubic metre, kg/m3
-    double q_c;                   ///< volume flow at standard conditions, m3/h
-    double q_e;                   ///< q_c * 0.001 * factor of the host
-    double total[4];              ///< running totals
-    double interval_start[2][4];  ///< total at the start of the hour [0] and the day [1]
-    double interval_time[2][4];   ///< seconds elapsed in the hour and the day
-    unsigned char first_call[4];  ///< 1 until the first totalising call
-    unsigned long last_tick[4];   ///< clock at the last totalising call
-    float dt[4];                  ///< seconds between the last two calls
-    float downtime_min[4];        ///< minutes of downtime applied at the last call
+    short Method = 0;               ///< compressibility method as given
+    double Xi_in[15]{};             ///< composition as given
+    double Xi_sum = 0.0;            ///< its sum
+    double Ro_c = 0.0;              ///< density at standard conditions, kg/m3
+    double K_c = 0.0;               ///< compressibility coefficient K = Z/Zc
+    double H_low = 0.0;             ///< lower heat of combustion
+    double H_high = 0.0;            ///< higher heat of combustion
+    double Ro_vap = 0.0;            ///< water vapour in the working cubic metre, kg/m3
+    double q_c = 0.0;               ///< volume flow at standard conditions, m3/h
+    double q_e = 0.0;               ///< q_c * 0.001 * factor of the host
+    double total[4]{};              ///< running totals
+    double interval_start[2][4]{};  ///< total at the start of the hour [0] and the day [1]
+    double interval_time[2][4]{};   ///< seconds elapsed in the hour and the day
+    unsigned char first_call[4]{};  ///< 1 until the first totalising call
+    unsigned long last_tick[4]{};   ///< clock at the last totalising call
+    float dt[4]{};                  ///< seconds between the last two calls
+    float downtime_min[4]{};        ///< minutes of downtime applied at the last call
 };
 
 /// A heat-carrier channel: water, superheated or wet steam.
@@ -194,19 +197,19 @@ public:
                     float interval_start_host, double last_result, double& interval_time_out,
                     double& interval_start_out, double& result);
 
-    double dP_sat;                ///< pressure tolerance of the saturation test, Pa
-    double T_sat;                 ///< saturation temperature at `p`, degC
-    double p_sat;                 ///< saturation pressure at `T`, MPa
-    short phase_tn;               ///< phase decided by Param_tn; 0 undecided
-    double h_w;                   ///< specific enthalpy, kJ/kg
-    double q_h;                   ///< heat flow
-    double total[3];              ///< running totals
-    double interval_start[2][3];  ///< total at the start of the hour [0] and the day [1]
-    double interval_time[2][3];   ///< seconds elapsed in the hour and the day
-    unsigned char first_call[3];  ///< 1 until the first totalising call
-    unsigned long last_tick[3];   ///< clock at the last totalising call
-    float dt[3];                  ///< seconds between the last two calls
-    float downtime_min[3];        ///< minutes of downtime applied at the last call
+    double dP_sat = 0.0;            ///< pressure tolerance of the saturation test, Pa
+    double T_sat = 0.0;             ///< saturation temperature at `p`, degC
+    double p_sat = 0.0;             ///< saturation pressure at `T`, MPa
+    short phase_tn = 0;             ///< phase decided by Param_tn; 0 undecided
+    double h_w = 0.0;               ///< specific enthalpy, kJ/kg
+    double q_h = 0.0;               ///< heat flow
+    double total[3]{};              ///< running totals
+    double interval_start[2][3]{};  ///< total at the start of the hour [0] and the day [1]
+    double interval_time[2][3]{};   ///< seconds elapsed in the hour and the day
+    unsigned char first_call[3]{};  ///< 1 until the first totalising call
+    unsigned long last_tick[3]{};   ///< clock at the last totalising call
+    float dt[3]{};                  ///< seconds between the last two calls
+    float downtime_min[3]{};        ///< minutes of downtime applied at the last call
 };
 
 #endif /* KALORFIX_CALCULATORS_H */

@@ -16,10 +16,6 @@ extern "C" {
 /* Full path of the gas data file, written by Init. */
 KALORFIX_API extern char PATH_SRAM_FOR_LOADTABL[100];
 
-/* 1 when the last load allocated the tables and read the file, 0 when it failed or there was none; Done leaves it alone.
- * The name says the opposite. */
-KALORFIX_API extern char Gas_Not_Init;
-
 /* VNIC SMV, 8 components: methane, ethane, propane, n-butane, i-butane, nitrogen, carbon dioxide, hydrogen sulphide. */
 KALORFIX_API extern float* V_Mi; /* [8] molar mass, kg/kmol */
 KALORFIX_API extern float* Roki; /* [8] critical density, kg/m3 */
@@ -117,7 +113,7 @@ KALORFIX_API int Step_Init(int block);
 KALORFIX_API int Watcom_Init();
 
 /// Reads the file into the tables: 0 done, 1 not opened or no tables. Values missing at the end of a short file are 0
-/// (in the first two blocks, the last value that was read).
+/// (in the first two blocks, the last value that was read), and a table that was not read whole counts as missing.
 KALORFIX_API int Watcom_Load();
 
 /// The whole load from PATH_SRAM_FOR_LOADTABL: 0 loaded, 1 failed. Sets Gas_Not_Init. Tables of an earlier load are released in
@@ -130,8 +126,8 @@ KALORFIX_API void REINIT_GAS();
 // The methods. They work on the module state above and leave it filled; mg_param_gs and mg_tf_param call them. T_K is the
 // temperature in K, p_MPa the absolute pressure in MPa, dp_kPa a differential pressure in kPa that is only checked.
 // A method fails (status 1, result 0) for T <= 70 or >= 1500 K, p <= 0 or >= 100 MPa, dp < 0 or >= 0.25 p; a NaN passes these
-// limits. PF3_3 and PF3_4 fail too while the tables that they read are not loaded, and for a composition without any
-// component. Status 0 is success.
+// limits and fails in the method. PF3_3 and PF3_4 fail too while the tables that they read are not loaded whole, and for
+// a composition without any component. K of 0 or below, or not finite, is a failure of every method. Status 0 is success.
 
 /// Working composition from 15 mole per cent (not normalised).
 KALORFIX_API void PF1_1(float x0, float x1, float x2, float x3, float x4, float x5, float x6, float x7,
@@ -146,23 +142,23 @@ KALORFIX_API void PF1_2(float r0, float r1, float r2, float r3, float r4, float 
 KALORFIX_API float PF2();
 
 /// K by NX19 mod. (1) and GERG-91 mod. (2) from density at standard conditions, kg/m3, and nitrogen and carbon dioxide, mole
-/// per cent. A result that is not finite is a failure. GOST 30319.2-96.
+/// per cent. GOST 30319.2-96.
 KALORFIX_API float NF1_1(float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c,
                          short& status);
 KALORFIX_API float NF1_2(float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c,
                          short& status);
 
-/// The same for the working composition and Roc (after PF1_1 or PF1_2, and PF2). Cube roots are taken as powers: a negative
-/// number gives NaN, with status 0.
+/// The same for the working composition and Roc (after PF1_1 or PF1_2, and PF2). Cube roots are taken as powers: that of
+/// a negative number, as dense gas has, is a failure.
 KALORFIX_API float PF3_1(float T_K, float dp_kPa, float p_MPa, short& status);
 KALORFIX_API float PF3_2(float T_K, float dp_kPa, float p_MPa, short& status);
 
-/// K of the working composition by AGA8-92DC. Fails too when no density is found within 100 and then 50 steps: K is then
-/// that of the last density. AGA Report No. 8 (1992); GOST 30319.2-96.
+/// K of the working composition by AGA8-92DC, at the gas root: the density at which the pressure, rising along the
+/// isotherm from density zero, reaches p_MPa before it first falls. Fails where there is none. AGA Report No. 8 (1992);
+/// GOST 30319.2-96.
 KALORFIX_API float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status);
 
-/// K of the working composition by VNIC SMV. Fails too when no density is found within 100 steps or K is not finite.
-/// GOST 30319.2-96.
+/// K of the working composition by VNIC SMV, at the gas root, as PF3_3. GOST 30319.2-96.
 KALORFIX_API float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status);
 
 /// Working density Rom * SM, kg/m3, also in Ro; runs PF3_4 first when the last method was another one. SM is what the last

@@ -23,36 +23,36 @@ constexpr std::array<HeatCapacityRange, vnic::component_count> ranges{{{10, 100.
 constexpr std::size_t positive_columns = 11;
 constexpr std::size_t negative_columns = 6;
 
-void add(float& sum, double term) { sum = static_cast<float>(static_cast<double>(sum) + term); }
+void add(float& sum, double term) { sum = static_cast<float>(sum + term); }
 
 }  // namespace
 
 float viscosity(const ReducedState& state, float molar_mass) {
-    const auto t = static_cast<double>(state.temperature);
-    const auto w = static_cast<double>(state.density);
-    const auto F = static_cast<double>(state.acentric);
+    const double t = state.temperature;
+    const double w = state.density;
+    const double F = state.acentric;
     const double w2 = w * w;
     const auto density_part =
         static_cast<float>(78.037 + 3.85612 * F - 29.0053 * F * F - 156.728 / t + 145.519 / (t * t) -
                            51.1082 / (t * t * t) + 6.57895 * w + (11.7452 - 95.7215 * F * F / t) * w2 +
                            17.1027 * F * w2 * w + 0.519623 * w2 * w2 * w / (t * t));
-    const auto scale = static_cast<float>(std::pow(static_cast<double>(state.critical_temperature), 1.0 / 6.0) /
-                                          (std::sqrt(static_cast<double>(molar_mass)) *
-                                           std::pow(static_cast<double>(state.critical_pressure), 2.0 / 3.0)));
-    return static_cast<float>(static_cast<double>(density_part) / (10.0 * static_cast<double>(scale)));
+    const auto scale = static_cast<float>(
+        std::pow(state.critical_temperature, 1.0 / 6.0) /
+        (std::sqrt(static_cast<double>(molar_mass)) * std::pow(state.critical_pressure, 2.0 / 3.0)));
+    return static_cast<float>(density_part / (10.0 * scale));
 }
 
 float ideal_heat_capacity(std::size_t component, float T_K, const float* positive, const float* negative) {
     const HeatCapacityRange& range = ranges[component];
-    const double ratio = static_cast<double>(T_K) / range.theta_K;
+    const double ratio = T_K / range.theta_K;
     float rising = 0.0F;
     double power = 1.0;
     for (std::size_t m = 0; m <= static_cast<std::size_t>(range.degree); ++m, power *= ratio)
-        add(rising, static_cast<double>(positive[component * positive_columns + m]) * power);
+        add(rising, positive[component * positive_columns + m] * power);
     float falling = 0.0F;
     power = 1.0 / ratio;
     for (std::size_t m = 0; m < static_cast<std::size_t>(range.negative_terms); ++m, power /= ratio)
-        add(falling, static_cast<double>(negative[component * negative_columns + m]) * power);
+        add(falling, negative[component * negative_columns + m] * power);
     return rising + falling;
 }
 
@@ -60,8 +60,7 @@ float ideal_heat_capacity(const vnic::Fractions& x, float T_K, const float* posi
     float mixture = 0.0F;
     for (std::size_t k = 0; k < x.size(); ++k)
         if (x[k] != 0.0F)
-            add(mixture, static_cast<double>(x[k]) *
-                             static_cast<double>(ideal_heat_capacity(k, T_K, positive, negative)));
+            add(mixture, static_cast<double>(x[k]) * ideal_heat_capacity(k, T_K, positive, negative));
     return mixture;
 }
 
@@ -75,22 +74,22 @@ float isentropic_exponent(const vnic::Coefficients& c, float reduced_temperature
     double w_power = 1.0;
     for (std::size_t k = 0; k < vnic::density_powers; ++k) {
         const auto i = static_cast<double>(k + 1);
-        w_power *= static_cast<double>(reduced_density);
+        w_power *= reduced_density;
         double t_power = 1.0;
         for (short l = 0; l < vnic::temperature_terms[k]; ++l) {
-            const auto j = static_cast<double>(l);
-            const double term = static_cast<double>(c[k][l]) * w_power / t_power;
+            const double j = l;
+            const double term = c[k][l] * w_power / t_power;
             add(A0, (i + 1.0) * term);
             add(A1, (1.0 - j) * term);
             add(A2, j * (1.0 - j) * term / i);
-            t_power *= static_cast<double>(reduced_temperature);
+            t_power *= reduced_temperature;
         }
     }
     const float ideal_cv = ideal_cp - 1.0F;
-    const auto cv = static_cast<double>(A2 + ideal_cv);
-    const double bulk = 1.0 + static_cast<double>(A0);
-    const double thermal = 1.0 + static_cast<double>(A1);
-    return static_cast<float>(bulk * (cv + thermal * thermal / bulk) / (cv * static_cast<double>(Z_factor)));
+    const double cv = A2 + ideal_cv;
+    const double bulk = 1.0 + A0;
+    const double thermal = 1.0 + A1;
+    return static_cast<float>(bulk * (cv + thermal * thermal / bulk) / (cv * Z_factor));
 }
 
 }  // namespace kalorfix::gas

@@ -6,7 +6,7 @@ namespace kalorfix::gas {
 
 double viscosity(double T_K, double p_MPa, const DensityGas& gas) {
     // The reduced temperature is carried in single precision.
-    const auto Tr = static_cast<double>(static_cast<float>(T_K / pseudo_critical_temperature(gas)));
+    const double Tr = static_cast<float>(T_K / pseudo_critical_temperature(gas));
     const double pr = p_MPa / pseudo_critical_pressure(gas);
     const double at_low_pressure = 3.24 * (std::sqrt(T_K) + 1.37 - 9.09 * std::pow(gas.rho_c, 0.125)) /
                                    (std::sqrt(gas.rho_c) + 2.08 - 1.5 * (gas.xa + gas.xy));

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "frame/lifecycle.h"
-#include "gas/gas_data.h"
-#include "gas/loaded_constants.h"
+#include "gas/edge/gas_data.h"
+#include "gas/edge/loaded_constants.h"
 #include "kalorfix_gas.h"
 
 namespace gas = kalorfix::gas;
@@ -29,7 +29,7 @@ protected:
 
     // K of AGA8-92DC after a change of the tables.
     float K_aga8() {
-        gas::tables_changed();
+        gas::edge::tables_changed();
         return PF3_3(290.0F, 0.0F, 8.0F, failed);
     }
 };
@@ -94,7 +94,7 @@ TEST_F(AlteredTables, GiveASolutionOrAFailure) {
 // A table that a host has taken away, and a file that is no longer there.
 TEST_F(AlteredTables, AreLoadedAgainOrMissed) {
     const float K = K_aga8();
-    for (const gas::Block& block : gas::blocks) {
+    for (const gas::edge::Block& block : gas::edge::blocks) {
         float* const table = std::exchange(*block.table, nullptr);
         EXPECT_EQ(Watcom_Load(), 1) << block.name;
         *block.table = table;

@@ -306,8 +306,7 @@ def main():
         elif not re.search(rf"\b{signature(declaration.text)[0].strip('~')}\b", block[2]) and "~" not in function:
             fault(parts["Example"].line, f"{section.title}: the example does not use it")
         else:
-            header = "kalorfix_gas.h" if declaration.header == "kalorfix_gas.h" else "kalorfix.h"
-            fragments[language, header].append((DOCUMENT, *block[1:]))
+            fragments[language, declaration.header].append((DOCUMENT, *block[1:]))
     for function in functions:
         if function not in seen:
             fault(0, f"{function} has no section")

@@ -14,7 +14,8 @@
 #include <utility>
 #include <vector>
 
-#include "gas/gas_data.h"
+#include "gas/edge/gas_data.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 
 namespace fs = std::filesystem;
@@ -53,17 +54,17 @@ protected:
     }
     static std::size_t tables() {
         std::size_t count = 0;
-        for (const gas::Block& block : gas::blocks) count += *block.table != nullptr;
+        for (const gas::edge::Block& block : gas::edge::blocks) count += *block.table != nullptr;
         return count;
     }
 };
 
 TEST_F(GasData, FillsEveryTableInTheOrderOfTheFile) {
-    write(gas::file_bytes + 100);
+    write(gas::edge::file_bytes + 100);
     EXPECT_EQ(INIT_GAS(), 0);
     EXPECT_EQ(Gas_Not_Init, 1);
     std::size_t at = 0;
-    for (const gas::Block& block : gas::blocks)
+    for (const gas::edge::Block& block : gas::edge::blocks)
         for (int k = 0; k < block.values; ++k, ++at)
             ASSERT_EQ((*block.table)[k], static_cast<float>(at) + 0.5F) << block.name << '[' << k << ']';
     EXPECT_EQ(at, 1915U);
@@ -100,13 +101,13 @@ TEST_F(GasData, FailsWithoutAFile) {
     EXPECT_EQ(INIT_GAS(), 1);
     EXPECT_EQ(tables(), 0U);
 
-    write(gas::file_bytes);
+    write(gas::edge::file_bytes);
     point_to("gas.dat");
     EXPECT_EQ(Watcom_Load(), 1) << "a file, but no tables";
 }
 
 TEST_F(GasData, IsReleasedAndLoadedAgain) {
-    write(gas::file_bytes);
+    write(gas::edge::file_bytes);
     for (int round = 0; round < 3; ++round) {
         EXPECT_EQ(INIT_GAS(), 0);
         EXPECT_EQ(tables(), 31U);
@@ -149,7 +150,7 @@ std::set<std::string> readers(const std::string& name) {
     if (name == "Rocui" || name == "Bi") return {"PF2"};
     if (name == "L1ij" || name == "B1ij") return {"PF6"};
     for (std::size_t b = 0; b < 8; ++b)
-        if (name == gas::blocks[b].name) return {"PF3_4", "PF4_1"};
+        if (name == gas::edge::blocks[b].name) return {"PF3_4", "PF4_1"};
     return {"PF3_3"};
 }
 
@@ -160,21 +161,21 @@ TEST_F(GasData, IsRefusedTableByTable) {
     std::ofstream(directory / "gas.dat", std::ios::binary) << whole;
     ASSERT_EQ(INIT_GAS(), 0);
     EXPECT_EQ(refusing(), std::set<std::string>());
-    for (const gas::Block& block : gas::blocks) {
+    for (const gas::edge::Block& block : gas::edge::blocks) {
         float* const table = std::exchange(*block.table, nullptr);
         EXPECT_EQ(refusing(), readers(block.name)) << block.name;
         *block.table = table;
     }
-    std::size_t bytes = gas::file_bytes;
+    std::size_t bytes = gas::edge::file_bytes;
     std::set<std::string> expected;
-    for (std::size_t b = gas::block_count; b-- > 0;
-         bytes -= 4 * static_cast<std::size_t>(gas::blocks[b].values)) {
-        expected.merge(readers(gas::blocks[b].name));
+    for (std::size_t b = gas::edge::block_count; b-- > 0;
+         bytes -= 4 * static_cast<std::size_t>(gas::edge::blocks[b].values)) {
+        expected.merge(readers(gas::edge::blocks[b].name));
         if (expected.contains("PF3_4")) expected.insert("PF5");  // for want of the state that it starts from
         std::ofstream(directory / "gas.dat", std::ios::binary) << whole.substr(0, bytes - 1);
         EXPECT_EQ(INIT_GAS(), 0);
         VNIC_FLAG = 0;
-        EXPECT_EQ(refusing(), expected) << "cut within " << gas::blocks[b].name;
+        EXPECT_EQ(refusing(), expected) << "cut within " << gas::edge::blocks[b].name;
     }
     // A channel whose tables are not whole has no state, or no properties.
     cGas2005 c;
@@ -184,9 +185,9 @@ TEST_F(GasData, IsRefusedTableByTable) {
         std::size_t bytes;
         short method;
         char state, properties;
-    } rows[] = {{gas::file_bytes, 3, 1, 1},
-                {gas::file_bytes - 1, 3, 1, 0},
-                {gas::file_bytes - 1, 2, 1, 1},
+    } rows[] = {{gas::edge::file_bytes, 3, 1, 1},
+                {gas::edge::file_bytes - 1, 3, 1, 0},
+                {gas::edge::file_bytes - 1, 2, 1, 1},
                 {6757, 2, 0, 0},
                 {1279, 3, 0, 0},
                 {0, 1, 1, 1}};

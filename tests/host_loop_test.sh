@@ -59,10 +59,36 @@ rm "$data/dat/timewait.dat"
 run fourth 3
 grep -q ' for [0-9]*[1-9][0-9]*\.[0-9]* minutes' "$data/fourth" && fail "a downtime without a stamp"
 
-# Half a line: the loop does not begin with zeros.
-head -c 20 "$data/registers.txt" >"$data/half" && cp "$data/half" "$data/registers.txt"
-"$program" "$library" "$system" "$data" 3 20 >"$data/out" 2>"$data/err" && fail "damaged registers are accepted"
-grep -q 'registers cannot be read' "$data/err" || fail "no word about damaged registers"
-cmp -s "$data/half" "$data/registers.txt" || fail "damaged registers are overwritten"
+# The minutes of a long downtime close an hour that has just begun, in one step: its seconds do not fall.
+sed -i 's/^\([^ ]* [^ ]*\) [^ ]*/\1 0.00100000005/' "$data/registers.txt"
+stamp $(($(date +%s) - 3601 * 60)) >"$data/dat/timewait.dat"
+run fifth 3
+[ "$(grep -c ': hour closed with [1-9]' "$data/fifth")" -eq 7 ] || fail "hours that close in one step are not seen"
+stamp $(($(date +%s) - 8 * 86400)) >"$data/dat/timewait.dat"
+run sixth 3
+grep -q '^a downtime of 1152[0-9] minutes is not filled in$' "$data/sixth" || fail "a clock that lost its battery"
+grep -q ' minutes of downtime$' "$data/sixth" && fail "more than a week is filled in"
+
+# The loop begins neither with zeros nor with what cannot be. A row: what, and how the first line of the registers is spoilt.
+cp "$data/registers.txt" "$data/kept"
+while read -r what expression; do
+    sed "$expression" "$data/kept" >"$data/registers.txt"
+    cp "$data/registers.txt" "$data/spoilt"
+    "$program" "$library" "$system" "$data" 3 20 >"$data/out" 2>"$data/err" && fail "$what: accepted"
+    grep -q 'registers cannot be read' "$data/err" || fail "$what: no word about it"
+    cmp -s "$data/spoilt" "$data/registers.txt" || fail "$what: overwritten"
+done <<'END'
+cut-off 1s/[0-9]*$//;1q
+not-a-number 1s/ [^ ]*/ nan/
+infinite 1s/ [^ ]*/ 1e99/
+above-the-wrap 1s/ [^ ]*/ 1000001/
+negative 1s/ [^ ]*/ -1/
+too-many-seconds 1s/^\([^ ]* [^ ]*\) [^ ]*/\1 3601/
+another-exponent 1s/^0/1/
+END
+rm "$data/registers.txt"
+"$program" "$library" "$system" "$data" 3 20 >"$data/out" 2>"$data/err" && fail "a stamp without registers is accepted"
+grep -q 'a stamp, but no registers' "$data/err" || fail "no word about lost registers"
+[ -e "$data/registers.txt" ] && fail "lost registers are made anew"
 
 finish "host loop"

@@ -46,7 +46,7 @@ protected:
 };
 
 TEST_F(Ini, IndexesHeadersWithTheirLines) {
-    ASSERT_EQ(open("x=0 [A] \n: [B]\n[C D]\n\n[E\nF G]\n[  H\tI ]"), 0);
+    ASSERT_EQ(open("x=0 [A] \n: \r[B]\n[C D]\n\n[E\nF G]\n[  H\tI ]"), 0);
     const struct {
         const char *section, *sub1, *sub2;
         int status, line;
@@ -92,7 +92,7 @@ TEST_F(Ini, MalformedHeadersKeepWhatStandsBefore) {
 }
 
 TEST_F(Ini, FindsKeys) {
-    ASSERT_EQ(open("[S]\na = 1\n b b=2\nc : x=3\nd=4=5\n:e=6\n\rf=7\n" + std::string(1000, 'g') +
+    ASSERT_EQ(open("[S]\na = 1\n b b=2\nc : x=3\nd=4=5\n:\re=6\n\rf=7\n" + std::string(1000, 'g') +
                    "=8\nh=9 : i=10\nj : [ = 11\n\x01k=12\n" + "[T]\nz=0\n" + std::string(1000, 'g')),
               0);
     const struct {
@@ -181,7 +181,7 @@ TEST_F(Ini, ReadsNumbers) {
 }
 
 TEST_F(Ini, WalksTheLinesOfASection) {
-    ASSERT_EQ(open("[A]\n[S]\n\n a = 1 \r\n\r\n: note\nno sign\nb=x=y:z\nlast" + std::string(1000, '.') +
+    ASSERT_EQ(open("[A]\n[S]\n\n a = 1 \r\n\r\n: note\rg=1\nno sign\nb=x=y:z\nlast" + std::string(1000, '.') +
                    "\n[T]\nc=3"),
               0);
     const struct {
@@ -203,6 +203,9 @@ TEST_F(Ini, WalksTheLinesOfASection) {
     EXPECT_STREQ(key, "c");
     EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, key, value, nullptr), 1);
     EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, nullptr, nullptr, nullptr), 0) << "none is wanted";
+    EXPECT_EQ(file.Close(), 0);
+    EXPECT_EQ(file.Open(), 0);
+    EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, key, value, &line), 1) << "the walk outlived the file";
     EXPECT_EQ(file.Close(), 0);
     EXPECT_EQ(file.GetNextKey("T", nullptr, nullptr, key, value, &line), 1) << "no file";
 }

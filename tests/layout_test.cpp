@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
+#include "kalorfix_runtime.h"
 
 namespace {
 

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 #include "props/water/saturation.h"
 #include "props/water/water.h"

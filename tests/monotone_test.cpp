@@ -7,6 +7,7 @@
 #include <random>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 
 namespace {

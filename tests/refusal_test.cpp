@@ -13,6 +13,7 @@
 
 #include "frame/registry.h"
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 
 namespace {

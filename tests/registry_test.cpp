@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "frame/registry.h"
+#include "kalorfix_runtime.h"
 #include "runtime/files.h"
 
 namespace {

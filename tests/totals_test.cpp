@@ -10,6 +10,8 @@
 
 #include "flow/integration.h"
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
+#include "kalorfix_runtime.h"
 #include "runtime/tick_source.h"
 
 namespace {

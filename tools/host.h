@@ -5,7 +5,9 @@
 #include <string>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 
 namespace kalorfix::host {
 

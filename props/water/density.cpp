@@ -59,18 +59,38 @@ bool bracket(const ResidualAt& residual, const DensityProblem& problem, DensityR
     return false;
 }
 
+// Compressed liquid: Tait's equation over the saturated liquid, its constants fitted to IAPWS-95 up to 610 K and 100 MPa, where it
+// is within 0.2 %. Closer to the critical point a density above all roots is the safer start.
+double liquid_start(double T_K, double p_MPa, double p_sat_MPa) {
+    constexpr double fitted_to_K = 630.0;
+    constexpr double dense = 3.2;
+    if (T_K > fitted_to_K) return dense;
+    const double x = T_K / critical_temperature_K;
+    const double B_MPa = -2708.29291 + x * (16841.4359 + x * (-32573.9465 + x * (25791.9053 - x * 7355.92341)));
+    const double compression = (0.161114622 - 0.0164353062 * x) * std::log1p((p_MPa - p_sat_MPa) / B_MPa);
+    return saturated_liquid_density_kgm3(T_K) / critical_density_kgm3 * (1.0 + compression);
+}
+
+// Vapour and gas: the virial equation delta (1 + B delta) = target, as far as it has a solution.
+double gas_start(double second_virial, double target) {
+    const double discriminant = 1.0 + 4.0 * second_virial * target;
+    return discriminant > 0.0 ? 2.0 * target / (1.0 + std::sqrt(discriminant)) : target;
+}
+
 }  // namespace
 
-DensityProblem single_phase_problem(double T_K, double p_MPa) {
+DensityProblem single_phase_problem(const ResidualAt& residual, double T_K, double p_MPa) {
     const double theta = T_K / critical_temperature_K;
-    const double pi = p_MPa / critical_pressure_MPa;
     const double target = ideal_density(p_MPa, theta);
     if (theta < 1.0) {
-        constexpr double liquid_start = 3.2;
-        if (pi >= saturation_pressure_MPa(T_K) / critical_pressure_MPa) return {target, liquid_start};
-        return {target, target};
+        const double p_sat_MPa = saturation_pressure_MPa(T_K);
+        if (p_MPa / critical_pressure_MPa >= p_sat_MPa / critical_pressure_MPa)
+            return {target, liquid_start(T_K, p_MPa, p_sat_MPa)};
+        return {target, gas_start(residual.second_virial(), target)};
     }
-    const double start = pi < 1.05 ? target : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
+    const double pi = p_MPa / critical_pressure_MPa;
+    const double start = pi < 1.05 ? gas_start(residual.second_virial(), target)
+                                   : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
     return {target, start};
 }
 

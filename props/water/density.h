@@ -7,11 +7,11 @@ namespace kalorfix::water {
 
 struct DensityProblem {
     double target;  ///< p / (rho_c R T)
-    double start;   ///< start value of the reduced density; below T_c it selects the liquid or the vapour root
+    double start;   ///< start value of the reduced density, near the root that is wanted
 };
 
 /// Single phase at T and p: at and above the saturation pressure the liquid root, below it the vapour's.
-[[nodiscard]] DensityProblem single_phase_problem(double T_K, double p_MPa);
+[[nodiscard]] DensityProblem single_phase_problem(const ResidualAt& residual, double T_K, double p_MPa);
 
 /// Saturated vapour at T, from the auxiliary equation of its density.
 [[nodiscard]] DensityProblem saturated_vapour_problem(double T_K);

@@ -13,10 +13,10 @@ IdealGas ideal_gas(double T_K) {
     for (const PlanckEinsteinTerm& term : ideal_terms) {
         const double x = term.gamma * tau;
         const double decay = std::exp(-x);
-        const double occupied = 1.0 / (1.0 - decay);
-        const double share = term.n * x * decay * occupied;
+        const double inverse = 1.0 / (1.0 - decay);
+        const double share = term.n * x * decay * inverse;
         h += share;
-        cv += share * x * occupied;
+        cv += share * x * inverse;
     }
     return {gas_constant_kJ_kgK * cv, gas_constant_kJ_kgK * T_K * h};
 }

@@ -261,13 +261,18 @@ ResidualAt::ResidualAt(double tau) : tau_(tau) {
         merged_[layout.merged_of[k]] += term_[k];
     });
 
-    bell_sum_ = 0.0;
+    second_virial_ = 0.0;
+    unrolled<merged_term_count>([&]<std::size_t m>() {
+        if constexpr (layout.merged[m].d == 1) second_virial_ += merged_[m];
+    });
+
+    gaussian_sum_ = 0.0;
     for (std::size_t k = 0; k < gaussian_terms.size(); ++k) {
         const GaussianTerm& g = gaussian_terms[k];
         const double exponent = g.beta * square(tau - g.gamma);
         const double tau_power = g.t == 0 ? 1.0 : power[static_cast<std::size_t>(g.t)];
-        bell_[k] = exponent > negligible_exponent ? 0.0 : g.n * tau_power * std::exp(-exponent);
-        bell_sum_ += bell_[k];
+        gaussian_factor_[k] = exponent > negligible_exponent ? 0.0 : g.n * tau_power * std::exp(-exponent);
+        gaussian_sum_ += gaussian_factor_[k];
     }
 
     double least = negligible_exponent + 1.0;
@@ -286,9 +291,9 @@ DensityDerivatives ResidualAt::density_derivatives(double delta) const {
         sum.dd += e.dd(m);
     });
 
-    if (bell_sum_ != 0.0) {
+    if (gaussian_sum_ != 0.0) {
         const double x = delta - gaussian_epsilon;
-        const double e = bell_sum_ * powers.power[gaussian_d] * std::exp(-gaussian_alpha * x * x);
+        const double e = gaussian_sum_ * powers.power[gaussian_d] * std::exp(-gaussian_alpha * x * x);
         const double factor = gaussian_d - 2.0 * gaussian_alpha * delta * x;
         sum.d += e * factor;
         sum.dd += e * (factor * factor - gaussian_d - 2.0 * gaussian_alpha * delta * delta);
@@ -329,13 +334,13 @@ Helmholtz ResidualAt::all(double delta) const {
         sum.dt += e.d(mt);
     });
 
-    if (bell_sum_ != 0.0) {
+    if (gaussian_sum_ != 0.0) {
         const double x = delta - gaussian_epsilon;
         const double e = powers.power[gaussian_d] * std::exp(-gaussian_alpha * x * x);
         const double factor = gaussian_d - 2.0 * gaussian_alpha * delta * x;
         for (std::size_t k = 0; k < gaussian_terms.size(); ++k) {
             const GaussianTerm& g = gaussian_terms[k];
-            const double value = e * bell_[k];
+            const double value = e * gaussian_factor_[k];
             const double tau_factor = g.t - 2.0 * g.beta * tau_ * (tau_ - g.gamma);
             sum.phi += value;
             sum.d += value * factor;

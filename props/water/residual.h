@@ -54,15 +54,19 @@ public:
     /// delta phi_d and delta^2 phi_dd at a reduced density.
     [[nodiscard]] DensityDerivatives density_derivatives(double delta) const;
 
+    /// Second virial coefficient, reduced by the critical density: what delta phi_d rises with at delta = 0.
+    [[nodiscard]] double second_virial() const { return second_virial_; }
+
     /// The function and all first and second derivatives at a reduced density.
     [[nodiscard]] Helmholtz all(double delta) const;
 
 private:
     double tau_;
-    std::array<double, power_terms.size()> term_;     // n tau^t
-    std::array<double, merged_term_count> merged_;    // sums of term_ over equal (c, d)
-    std::array<double, gaussian_terms.size()> bell_;  // n tau^t exp(-beta (tau - gamma)^2)
-    double bell_sum_;
+    std::array<double, power_terms.size()> term_;                // n tau^t
+    std::array<double, merged_term_count> merged_;               // sums of term_ over equal (c, d)
+    std::array<double, gaussian_terms.size()> gaussian_factor_;  // n tau^t exp(-beta (tau - gamma)^2)
+    double gaussian_sum_;
+    double second_virial_;
     bool near_critical_;  // terms 55 and 56 can be felt at this temperature
 };
 

@@ -18,6 +18,16 @@ double saturation_pressure_MPa(double T_K) {
     return critical_pressure_MPa * std::exp(sum / theta);
 }
 
+double saturated_liquid_density_kgm3(double T_K) {
+    const double v = 1.0 - T_K / critical_temperature_K;
+    const double c = std::cbrt(v);
+    const double c2 = c * c, v2 = v * v, v4 = v2 * v2, v8 = v4 * v4, v16 = v8 * v8;
+    const auto& b = liquid_density_b;
+    // v to the powers 1/3, 2/3, 5/3, 16/3, 43/3, 110/3
+    return critical_density_kgm3 * (1.0 + b[0] * c + b[1] * c2 + b[2] * v * c2 + b[3] * v4 * v * c +
+                                    b[4] * v8 * v4 * v2 * c + b[5] * v16 * v16 * v4 * c2);
+}
+
 double saturated_vapour_density_kgm3(double T_K) {
     const double v = 1.0 - T_K / critical_temperature_K;
     const double s = std::cbrt(std::sqrt(v));  // v^(1/6)

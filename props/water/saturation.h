@@ -9,6 +9,9 @@ namespace kalorfix::water {
 /// Saturation pressure in MPa at T_K, 273.15 K to the critical temperature; NaN above it.
 [[nodiscard]] double saturation_pressure_MPa(double T_K);
 
+/// Density of saturated liquid at T, kg/m3, 273.15..647.096 K. IAPWS SR1-86(1992), eq. 2.
+[[nodiscard]] double saturated_liquid_density_kgm3(double T_K);
+
 /// Density of saturated vapour in kg/m3 at T_K, 273.15 K to the critical temperature; NaN above it.
 [[nodiscard]] double saturated_vapour_density_kgm3(double T_K);
 

@@ -1,5 +1,5 @@
-// Coefficients of the saturation equations of water. Dimensionless; the variable of the first two is
-// 1 - T / T_c, of the third |ln(p / p_c)|.
+// Coefficients of the saturation equations of water. Dimensionless; the variable of the first three is
+// 1 - T / T_c, of the last |ln(p / p_c)|.
 #pragma once
 
 #include <array>
@@ -9,6 +9,10 @@ namespace kalorfix::water {
 /// ln(p_s / p_c) T / T_c, exponents 1, 1.5, 3, 3.5, 4, 7.5. IAPWS SR1-86(1992), eq. 1.
 inline constexpr std::array<double, 6> vapour_pressure_a{-7.85951783, 1.84408259,  -11.7866497,
                                                          22.6807411,  -15.9618719, 1.80122502};
+
+/// rho' / rho_c - 1, exponents 1/3, 2/3, 5/3, 16/3, 43/3, 110/3. IAPWS SR1-86(1992), eq. 2.
+inline constexpr std::array<double, 6> liquid_density_b{1.99274064,  1.09965342,  -0.510839303,
+                                                        -1.75493479, -45.5170352, -6.74694450e5};
 
 /// ln(rho'' / rho_c), exponents 2/6, 4/6, 8/6, 18/6, 37/6, 71/6. IAPWS SR1-86(1992), eq. 3.
 inline constexpr std::array<double, 6> vapour_density_c{-2.03150240, -2.68302940, -5.38626492,

@@ -29,8 +29,7 @@ Properties properties_at(double T_K, const ResidualAt& residual, double delta) {
             stiffness * cp / (z * cv)};
 }
 
-bool solve(double T_K, const DensityProblem& problem, Properties& out) {
-    const ResidualAt residual(critical_temperature_K / T_K);
+bool solve(double T_K, const ResidualAt& residual, const DensityProblem& problem, Properties& out) {
     const DensityRoot root = solve_density(residual, problem);
     if (!root.found) return false;
     out = properties_at(T_K, residual, root.delta);
@@ -42,13 +41,14 @@ bool solve(double T_K, const DensityProblem& problem, Properties& out) {
 bool single_phase(double T_K, double p_MPa, Properties& out) {
     out = Properties{};
     if (!temperature_in_range(T_K) || !pressure_in_range(p_MPa)) return false;
-    return solve(T_K, single_phase_problem(T_K, p_MPa), out);
+    const ResidualAt residual(critical_temperature_K / T_K);
+    return solve(T_K, residual, single_phase_problem(residual, T_K, p_MPa), out);
 }
 
 bool saturated_vapour(double T_K, Properties& out) {
     out = Properties{};
     if (!(min_temperature_K <= T_K && T_K <= near_critical_K)) return false;
-    return solve(T_K, saturated_vapour_problem(T_K), out);
+    return solve(T_K, ResidualAt(critical_temperature_K / T_K), saturated_vapour_problem(T_K), out);
 }
 
 Phase phase(double p_MPa, double T_K, double tolerance_MPa, double& saturation_MPa) {

@@ -8,9 +8,6 @@ inline constexpr double min_temperature_K = 273.15;
 inline constexpr double max_temperature_K = 1073.15;
 inline constexpr double max_pressure_MPa = 100.0;
 
-/// 0 degC.
-inline constexpr double zero_celsius_K = 273.15;
-
 /// From this temperature on the saturation line is left alone: no saturated vapour, no wet steam.
 inline constexpr double near_critical_K = 645.0;
 

@@ -21,7 +21,9 @@
 #include "arguments.h"
 #include "frame/registry.h"
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 
 #ifdef __SSE2__
 #include <xmmintrin.h>

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "kalorfix.h"
+#include "kalorfix_calculators.h"
 
 extern "C" {
 #include "host.h"

@@ -9,7 +9,9 @@
 #include <string>
 #include <typeinfo>
 
+#include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 #include "tools/runtime.h"
 
 namespace {

@@ -2,24 +2,22 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
 #include <numbers>
 #include <string_view>
-#include <utility>
 
-#include "flow/discharge.h"
-#include "flow/equation.h"
+#include "flow/averaging.h"
+#include "flow/fixed_point.h"
+#include "flow/flow_rate.h"
 #include "flow/geometry.h"
+#include "flow/material.h"
+#include "runtime/units.h"
 
 namespace kalorfix::tool::station {
 namespace {
 
-constexpr double zero_celsius_K = 273.15;
-constexpr double standard_gravity = 9.80665;
-constexpr double MPa_per_Pa = 1e-6, m_per_mm = 1e-3, mm_per_m = 1e3;
-constexpr double no_limit = std::numeric_limits<double>::infinity();
+using units::MPa_per_Pa;
+using units::standard_gravity;
+using units::zero_celsius_K;
 
 double d(float value) { return static_cast<double>(value); }
 
@@ -105,146 +103,125 @@ std::string heat_properties(const Outcome& out) {
     return {};
 }
 
-struct Expanded {
-    double D_m = 0, d_m = 0;
+// A limit of the formulas in flow/ in words: what it is called, its value and bounds, and their unit.
+struct Told {
+    std::string what;
+    double value;
+    flow::Range range;
+    std::string_view unit = "";
+    double units_per_SI = 1.0;
 };
+std::string in_words(const Told& told) {
+    const bool low = told.range.above_min ? told.value <= told.range.min : told.value < told.range.min;
+    return broken(told.what, told.value * told.units_per_SI, low ? "below" : "above",
+                  (low ? told.range.min : told.range.max) * told.units_per_SI, told.unit);
+}
+
+struct Point {
+    const flow::DeviceRow& device;
+    flow::Diameters size;
+    double beta, R_sh_m;
+};
+Point point_of(const Channel& c, double t_C) {
+    const flow::DeviceRow& device = flow::device_row(c.device);
+    const double R_sh_m = d(c.roughness_mm) * units::m_per_mm;
+    const flow::Diameters size = flow::working_diameters(
+        device, {d(c.D20_mm) * units::m_per_mm, d(c.pipe_material)},
+        {d(c.d20_mm) * units::m_per_mm, d(c.device_material)}, c.by_material, R_sh_m / std::numbers::pi, t_C);
+    return {device, size, size.d_m / size.D_m, R_sh_m};
+}
 
 // Temperature range of a material. GOST 8.586.1-2005, annex G.
 std::string material(std::string_view of, float code, double t_C) {
     const flow::Material* const m = flow::find_material(d(code));
     if (!m) return {};
-    const std::string what = fmt::format("t of the {} (material {})", of, static_cast<int>(code));
-    if (t_C < m->t_min_C) return broken(what, t_C, "below", m->t_min_C, "degC");
-    if (t_C > m->t_max_C) return broken(what, t_C, "above", m->t_max_C, "degC");
-    return {};
+    return in_words({fmt::format("t of the {} (material {})", of, static_cast<int>(code)),
+                     t_C,
+                     {m->t_min_C, m->t_max_C},
+                     "degC"});
 }
 
-Expanded expanded(const Channel& c, double t_C) {
-    const auto at = [&](float diameter_mm, float expansion) {
-        const flow::Material* const m = c.by_material ? flow::find_material(d(expansion)) : nullptr;
-        const double alpha = m ? flow::expansion_coefficient(*m, t_C) : d(expansion);
-        return flow::expanded_diameter(d(diameter_mm) * m_per_mm, alpha, t_C);
-    };
-    return {at(c.D20_mm, c.pipe_material), at(c.d20_mm, c.device_material)};
-}
-
-// Limits of use of a device. GOST 8.586.2..4-2005.
 std::string geometry(const Channel& c, const Outcome& out) {
+    using flow::Limit;
     const double t = d(out.input.t_C);
-    const auto device = static_cast<flow::Device>(c.device);
-    if (c.by_material) {
-        for (const auto& [of, code] :
-             {std::pair{"device", c.device_material}, std::pair{"pipe", c.pipe_material}})
-            if (std::string text = material(of, code, t); !text.empty()) return text;
-    }
-    if (!flow::is_standard(device)) return {};
-    const Expanded size = expanded(c, t);
-    const auto row = static_cast<std::size_t>(c.device) - 1;
-    const flow::SizeLimits& limits = flow::size_limits[row];
-    if (size.D_m < limits.D_min_m)
-        return broken("pipe diameter", size.D_m * mm_per_m, "below", limits.D_min_m * mm_per_m, "mm");
-    if (size.D_m > limits.D_max_m)
-        return broken("pipe diameter", size.D_m * mm_per_m, "above", limits.D_max_m * mm_per_m, "mm");
-    if (limits.d_min_m > 0.0 && size.d_m < limits.d_min_m)
-        return broken("device diameter", size.d_m * mm_per_m, "below", limits.d_min_m * mm_per_m, "mm");
-    const double R_a_D = d(c.roughness_mm) * m_per_mm / std::numbers::pi / size.D_m;
-    if (device == flow::Device::nozzle_long_radius && R_a_D > flow::long_radius_max_roughness)
-        return broken("roughness R_a/D", R_a_D, "above", flow::long_radius_max_roughness, "");
-    const double beta = size.d_m / size.D_m;
-    if (beta < flow::beta_limits[row].min)
-        return broken("diameter ratio", beta, "below", flow::beta_limits[row].min, "");
-    if (beta > flow::beta_limits[row].max)
-        return broken("diameter ratio", beta, "above", flow::beta_limits[row].max, "");
-    return {};
-}
-
-struct ReynoldsRange {
-    double low = 0.0, high = no_limit;
-};
-
-// GOST 8.586.2-2005, 5.3.1; GOST 8.586.3-2005, 5.1.6.1, 5.2.6.1, 5.3.4.1; GOST 8.586.4-2005, 5.5.2 to 5.5.4.
-ReynoldsRange reynolds_range(flow::Device device, double beta, double D_m) {
-    using flow::Device;
-    if (flow::is_averaging(device)) return {flow::averaging_min_Re(device), no_limit};
-    switch (device) {
-        case Device::orifice_corner:
-        case Device::orifice_d_d2:
-            return {beta <= 0.56 ? 5000.0 : 16000.0 * beta * beta, no_limit};
-        case Device::orifice_flange:
-            return {std::max(5000.0, 170000.0 * beta * beta * D_m), no_limit};
-        case Device::nozzle_isa1932:
-            return {beta < 0.44 ? 70000.0 : 20000.0, 5e7};
-        case Device::nozzle_long_radius:
-            return {1e4, 1e7};
-        case Device::venturi_nozzle:
-            return {150000.0, 2e6};
-        case Device::venturi_cast:
-        case Device::venturi_welded:
-            return {40000.0, no_limit};
-        case Device::venturi_machined:
-            return {40000.0 * beta, 1e8 * beta};
+    const Point point = point_of(c, t);
+    Limit limit = point.size.limit;
+    if (limit == Limit::device_temperature) return material("device", c.device_material, t);
+    if (limit == Limit::pipe_temperature) return material("pipe", c.pipe_material, t);
+    if (limit == Limit::none) limit = flow::check_ratio(point.device, point.beta);
+    const flow::Range range = flow::bounds(limit, point.device, point.beta, point.size.D_m);
+    switch (limit) {
+        case Limit::pipe_diameter:
+            return in_words({"pipe diameter", point.size.D_m, range, "mm", units::mm_per_m});
+        case Limit::device_diameter:
+            return in_words({"device diameter", point.size.d_m, range, "mm", units::mm_per_m});
+        case Limit::roughness:
+            return in_words({"roughness R_a/D", point.R_sh_m / std::numbers::pi / point.size.D_m, range});
+        case Limit::diameter_ratio:
+            return in_words({"diameter ratio", point.beta, range});
         default:
             return {};
     }
 }
 
-// The pipe's roughness; that of a nozzle ends before its correction could reach 1.03. GOST 8.586.2-2005, 5.3.2.3; GOST 8.586.3-2005, 5.1.6.3.
-std::string roughness(const flow::Bore& bore, double Re) {
-    constexpr double largest_correction = 1.03, largest_relative = 30e-4, smooth_unit = 1e4;
-    using flow::Device;
-    flow::Discharge found{};
-    if (bore.device == Device::orifice_corner && 1.0 < bore.D_m) {
-        // Other tappings have the same correction and no bound for it.
-        flow::Bore unbounded = bore;
-        unbounded.device = Device::orifice_d_d2;
-        if (flow::DischargeLaw(unbounded).at(Re, found) && found.K_sh > largest_correction)
-            return broken("roughness correction", found.K_sh, "above", largest_correction, "");
-    }
-    if (bore.device != Device::nozzle_isa1932 && bore.device != Device::venturi_nozzle) return {};
-    if (!(flow::nozzle_roughness_limit(bore.beta) < smooth_unit * bore.R_a_m / bore.D_m)) return {};
-    if (bore.R_sh_m > largest_relative * bore.D_m)
-        return broken("roughness R/D", bore.R_sh_m / bore.D_m, "above", largest_relative, "");
-    return {};
-}
-
 double working_pressure_Pa(const Channel& c, const Outcome& out) {
-    constexpr short wet_steam = 3;
     // Wet steam flows at the saturation pressure.
-    if (c.medium == Medium::heat_carrier && out.phase == wet_steam) return d(out.ps_MPa) / MPa_per_Pa;
+    if (c.medium == Medium::heat_carrier && out.phase == KALORFIX_WET_STEAM)
+        return d(out.ps_MPa) / units::MPa_per_Pa;
     return corrected_pressure_Pa(c, out);
 }
 
+// K_sh of an orifice plate: other tappings have the same correction and no bound for it.
+double rough(const Point& point, double Re) {
+    flow::Discharge found{};
+    const flow::Bore unbounded{flow::device_row(KALORFIX_ORIFICE_D_D2), point.size.D_m, point.beta,
+                               point.R_sh_m, point.R_sh_m / std::numbers::pi};
+    static_cast<void>(flow::DischargeLaw(unbounded).at(Re, found));
+    return found.K_sh;
+}
+
+// The flow solved again, from the single precision that the library handed out.
+flow::FlowSolution solved_again(const Channel& c, const Outcome& out, const Point& point) {
+    const bool liquid = c.medium == Medium::heat_carrier && out.phase == KALORFIX_WATER;
+    const flow::Medium medium{working_pressure_Pa(c, out), d(out.kappa), d(out.mu_uPas) * units::Pas_per_uPas,
+                              liquid};
+    const flow::Reading reading{d(out.input.dp), d(out.rho)};
+    if (point.device.is_direct())
+        return flow::averaging_flow({point.device, point.size.D_m, point.size.d_m, d(c.alpha_eps)}, medium,
+                                    reading);
+    const flow::Bore bore{point.device, point.size.D_m, point.beta, point.R_sh_m,
+                          point.R_sh_m / std::numbers::pi};
+    return flow::solve_flow({bore, point.size.d_m, d(out.E), d(out.K_p)}, medium, reading,
+                            flow::tolerance(static_cast<unsigned char>(c.metering_class)));
+}
+
 std::string flow_step(const Channel& c, const Outcome& out) {
-    constexpr short liquid = 1;
-    const auto device = static_cast<flow::Device>(c.device);
+    using flow::Limit;
     const double dp = d(out.input.dp), Re = d(out.Re);
     if (c.medium == Medium::heat_carrier && c.device == meter_standard_volume)
         return "a meter of standard volume has no meaning for a heat carrier";
     if (is_meter(c.device)) return {};
-    if (flow::is_standard(device) && !(c.medium == Medium::heat_carrier && out.phase == liquid)) {
-        const double ratio = dp / working_pressure_Pa(c, out);
-        if (ratio > flow::max_pressure_ratio)
-            return broken("dp/p", ratio, "exceeds", flow::max_pressure_ratio, "");
-    }
+    const Point point = point_of(c, d(out.input.t_C));
+    const flow::FlowSolution found = solved_again(c, out, point);
+    const flow::Range range = flow::bounds(found.limit, point.device, point.beta, point.size.D_m);
+    if (found.limit == Limit::pressure_ratio)
+        return broken("dp/p", dp / working_pressure_Pa(c, out), "exceeds", range.max, "");
     if (dp < 0.0) return broken("dp", dp, "below", 0.0, "Pa");
     if (dp == 0.0) return "dp is 0: there is no flow to solve for";
-    const Expanded size = expanded(c, d(out.input.t_C));
-    const double beta = size.d_m / size.D_m;
-    const ReynoldsRange range = reynolds_range(device, beta, size.D_m);
-    const std::string_view depends = c.device <= 9 ? " for this device and beta" : " for this device";
-    // The Reynolds number is known in single precision only.
-    constexpr double last_digit = 1e-7;
-    if (Re < range.low * (1.0 + last_digit))
-        return broken("Re", Re, "below", range.low, "") + std::string(depends);
-    if (Re > range.high * (1.0 - last_digit))
-        return broken("Re", Re, "above", range.high, "") + std::string(depends);
-    if (!flow::is_standard(device)) return {};
-    const double R_sh = d(c.roughness_mm) * m_per_mm;
-    if (std::string text = roughness({device, size.D_m, beta, R_sh, R_sh / std::numbers::pi}, Re);
-        !text.empty())
-        return text;
-    // Every documented reason but one has been looked at.
-    return fmt::format("the flow does not settle within 100 passes, the last at Re {:.5g}", Re);
+    switch (found.limit) {
+        case Limit::reynolds:
+            return in_words({"Re", Re, range}) +
+                   (c.device <= 9 ? " for this device and beta" : " for this device");
+        case Limit::nozzle_roughness:
+            return in_words({"roughness R/D", point.R_sh_m / point.size.D_m, range});
+        case Limit::roughness_correction:
+            return in_words({"roughness correction", rough(point, found.Re), range});
+        case Limit::passes:
+            return fmt::format("the flow does not settle within {} passes, the last at Re {:.5g}",
+                               flow::max_passes, Re);
+        default:
+            return {};
+    }
 }
 
 std::string totals(const Channel& c, const Outcome& out, const Registers& before, std::size_t accepted) {

@@ -1,5 +1,5 @@
 // The same water through a calculator of this program's own.
-#include <kalorfix.h>
+#include <kalorfix_calculators.h>
 
 #include <cstdio>
 

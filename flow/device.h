@@ -1,0 +1,85 @@
+// The devices that a metering point may have, with their limits of use: one row a device.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "flow/limit.h"
+
+namespace kalorfix::flow {
+
+enum class Device : std::uint8_t {
+    none = 0,
+    orifice_corner = 1,
+    orifice_d_d2 = 2,
+    orifice_flange = 3,
+    nozzle_isa1932 = 4,
+    nozzle_long_radius = 5,
+    venturi_nozzle = 6,
+    venturi_cast = 7,
+    venturi_machined = 8,
+    venturi_welded = 9,
+    averaging_first = 10,
+    averaging_linear_last = 11,  // the first two have a linear flow coefficient, the others a tabulated one
+    averaging_last = 18,
+    configured_coefficient = 19,
+    meter_mass = 20,
+    meter_volume = 21,
+    meter_standard_volume = 22,
+    external = 23,
+};
+
+enum class Family : std::uint8_t {
+    none,
+    orifice,
+    nozzle,  ///< ISA 1932, long-radius and Venturi nozzles
+    venturi_tube,
+    averaging,   ///< flow coefficient from the blockage
+    configured,  ///< flow coefficient as configured
+    meter,
+    external,  ///< the flow is given to the totals
+};
+
+/// Bounds are inclusive; lengths in m, at the working temperature.
+struct DeviceRow {
+    Device device;
+    Family family;
+    double D_min, D_max;
+    double d_min;
+    double beta_min, beta_max;
+    double R_a_max;  ///< R_a/D of the pipe
+    Range (*reynolds)(double beta, double D_m);
+    const char* clause;  ///< where the limits stand
+
+    /// Devices 1..9: their discharge coefficient depends on the Reynolds number.
+    [[nodiscard]] constexpr bool is_standard() const {
+        return family == Family::orifice || family == Family::nozzle || family == Family::venturi_tube;
+    }
+    /// Devices 10..19: a direct formula.
+    [[nodiscard]] constexpr bool is_direct() const {
+        return family == Family::averaging || family == Family::configured;
+    }
+};
+
+inline constexpr int last_device = 23;
+
+/// Row k is that of device code k; the first is that of no device.
+extern const std::array<DeviceRow, last_device + 1> devices;
+
+/// The row of a device code; for a code that is none the first.
+[[nodiscard]] inline const DeviceRow& device_row(int code) {
+    return devices[code > 0 && code <= last_device ? static_cast<std::size_t>(code) : 0];
+}
+
+/// Whether pipe, device and the roughness R_a (all m) are within the limits.
+[[nodiscard]] Limit check_size(const DeviceRow& row, double D_m, double d_m, double R_a_m);
+
+/// Whether the diameter ratio is. An orifice plate refuses a ratio outside, the others accept one inside: only an orifice passes a
+/// NaN on.
+[[nodiscard]] Limit check_ratio(const DeviceRow& row, double beta);
+
+/// The bounds of a limit, for those who explain it; unbounded for limits of other parts than the device.
+[[nodiscard]] Range bounds(Limit limit, const DeviceRow& row, double beta, double D_m);
+
+}  // namespace kalorfix::flow

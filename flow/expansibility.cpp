@@ -1,0 +1,33 @@
+#include "flow/expansibility.h"
+
+#include <cmath>
+
+namespace kalorfix::flow {
+
+double orifice_expansibility(double beta, double kappa, double tau) {
+    const double beta4 = beta * beta * beta * beta;
+    return 1.0 - (0.351 + 0.265 * beta4 + 0.93 * (beta4 * beta4)) * (1.0 - std::pow(tau, 1.0 / kappa));
+}
+
+double nozzle_expansibility(double beta, double kappa, double tau) {
+    const double beta4 = beta * beta * beta * beta;
+    const double tau_2k = std::pow(tau, 2.0 / kappa);
+    return std::sqrt(kappa * tau_2k / (kappa - 1.0) * ((1.0 - beta4) / (1.0 - beta4 * tau_2k)) *
+                     ((1.0 - std::pow(tau, (kappa - 1.0) / kappa)) / (1.0 - tau)));
+}
+
+Limit expand(const DeviceRow& device, double beta, const Medium& medium, double dp_Pa, double& epsilon) {
+    if (medium.liquid) {
+        epsilon = 1.0;
+        return Limit::none;
+    }
+    const double ratio = dp_Pa / medium.p_Pa;
+    if (ratio > max_pressure_ratio) return Limit::pressure_ratio;
+    if (device.family == Family::orifice)
+        epsilon = orifice_expansibility(beta, medium.kappa, 1.0 - ratio);
+    else if (device.is_standard())
+        epsilon = nozzle_expansibility(beta, medium.kappa, 1.0 - ratio);
+    return Limit::none;
+}
+
+}  // namespace kalorfix::flow

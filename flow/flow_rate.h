@@ -1,0 +1,26 @@
+// The flow equation of the standard devices, solved for the mass flow.
+#pragma once
+
+#include "flow/discharge.h"
+#include "flow/medium.h"
+
+namespace kalorfix::flow {
+
+/// Pipe and device of a metering point at the working temperature.
+struct StandardPoint {
+    Bore bore;
+    double d_m;
+    double approach_factor;       ///< E
+    double bluntness_correction;  ///< K_p
+};
+
+/// One pass: Reynolds number of the previous flow (10^6 in the first pass), discharge coefficient, flow. Needs the expansibility.
+/// A refusal leaves all but the Reynolds number alone.
+void flow_pass(const StandardPoint& point, const DischargeLaw& law, const Medium& medium,
+               const Reading& reading, int pass, double q_prev_kgs, FlowSolution& solution);
+
+/// The whole solution, until the relative change of the flow is below the tolerance. GOST 8.586.1-2005, 8.
+[[nodiscard]] FlowSolution solve_flow(const StandardPoint& point, const Medium& medium, const Reading& reading,
+                                      double tolerance);
+
+}  // namespace kalorfix::flow

@@ -1,0 +1,34 @@
+// Orifice plates: the cubics from which the largest roughness of a smooth pipe follows, 10^4 R_a/D = A b^B + C with b the diameter
+// ratio; c0..c3 of c0 + c1 L + c2 L^2 + c3 L^3, L = lg Re. GOST 8.586.2-2005, 5.3.1.
+#pragma once
+
+#include <array>
+
+namespace kalorfix::flow {
+
+struct RoughnessSet {
+    double Re_above, Re_to;  ///< applies for Re_above < Re <= Re_to
+    std::array<double, 4> A, B, C;
+};
+
+// The third coefficient of C in the first set joins the second set only with the opposite sign; it is kept as it stands (see
+// docs/deviations.md).
+inline constexpr std::array<RoughnessSet, 3> orifice_roughness{{
+    {1e4,
+     1e5,
+     {{8.87, -3.7114, 0.41841, 0.0}},
+     {{6.7307, -5.5844, 0.732485, 0.0}},
+     {{-10.244, 5.7094, 0.76477, 0.0}}},
+    {1e5,
+     3e6,
+     {{27.23, -11.458, 1.6117, -0.07567}},
+     {{-25.928, 12.426, -2.09397, 0.106143}},
+     {{1.7622, -3.8765, 1.05567, -0.076764}}},
+    {3e6,
+     1e8,
+     {{16.5416, -6.60709, 0.88147, -0.039226}},
+     {{322.594, -132.2, 17.795, -0.799765}},
+     {{-92.029, 37.935, -5.1885, 0.23583}}},
+}};
+
+}  // namespace kalorfix::flow

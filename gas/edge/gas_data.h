@@ -1,0 +1,27 @@
+// The layout of the gas data file.
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace kalorfix::gas::edge {
+
+/// One block of the file: a table of single-precision values, stored in index order.
+struct Block {
+    float** table;     ///< exported pointer
+    const char* name;  ///< its name
+    int values;
+};
+
+inline constexpr std::size_t block_count = 31;
+inline constexpr std::size_t file_values = 1915;
+inline constexpr std::size_t file_bytes = 4 * file_values;
+
+/// The blocks in the order of the file.
+extern const std::array<Block, block_count> blocks;
+
+/// Whether a table was allocated but not filled to its end by the file; it then counts as absent.
+[[nodiscard]] bool table_not_whole(const float* table);
+[[nodiscard]] bool some_table_not_whole();
+
+}  // namespace kalorfix::gas::edge

@@ -1,0 +1,38 @@
+// The four methods as they are handed out: run on a gas, with the module state left filled.
+#pragma once
+
+#include "gas/composition.h"
+#include "gas/cube_root.h"
+#include "gas/density_gas.h"
+
+namespace kalorfix::gas::edge {
+
+/// What a method is asked for; the differential pressure is only checked.
+struct Query {
+    float T_K, dp_kPa, p_MPa;
+};
+
+/// K, and whether it is usable: finite and above 0.
+struct Found {
+    float K;
+    bool done;
+};
+
+enum class DensityMethod { nx19, gerg91 };
+
+/// By density and contents: as they were handed in, or those of the working composition.
+[[nodiscard]] Found by_density(DensityMethod method, const Query& query, float N2_pct, float CO2_pct,
+                               float rho_c);
+[[nodiscard]] Found by_density_of_composition(DensityMethod method, const Query& query);
+
+/// By the equation of state of a composition. Not done, K 0, where the gas has no root or a table is missing.
+[[nodiscard]] Found aga8(const Composition& gas, const Query& query);
+[[nodiscard]] Found vnic(const Composition& gas, const Query& query);
+
+/// Density of a composition at standard conditions, left in Roc; 0 while a table is missing.
+float standard_density(const Composition& gas);
+
+/// The composition of volume fractions; empty while the table is missing, so that every method refuses it.
+[[nodiscard]] Composition from_volume_fractions(const Fractions& volume);
+
+}  // namespace kalorfix::gas::edge

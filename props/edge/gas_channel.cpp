@@ -1,0 +1,56 @@
+// Gas channel: the properties at working conditions.
+#include "gas/composition.h"
+#include "gas/edge/module_state.h"
+#include "kalorfix_calculators.h"
+#include "props/edge/gas_properties.h"
+#include "props/gas_by_density.h"
+#include "props/heat_of_combustion.h"
+#include "props/humid_gas.h"
+#include "runtime/judged.h"
+#include "runtime/units.h"
+
+namespace gas = kalorfix::gas;
+namespace edge = kalorfix::gas::edge;
+namespace units = kalorfix::units;
+using kalorfix::judged;
+
+namespace {
+
+bool property_tables_loaded() {
+    return edge::vnic_tables_loaded() && edge::molar_mass_table_loaded() && edge::heat_capacity_tables_loaded();
+}
+
+// Viscosity, exponent and heats of combustion: from the composition after VNIC SMV, else from density, nitrogen and carbon dioxide.
+void find_properties(cGas2005& c, bool by_composition, unsigned heat_row) {
+    const float mu_uPas = by_composition ? edge::viscosity_by_composition() : edge::viscosity_by_density();
+    c.mu = mu_uPas * units::Pas_per_uPas;
+    c.kappa =
+        by_composition ? edge::isentropic_exponent_by_composition() : edge::isentropic_exponent_by_density();
+    const gas::HeatOfCombustion heat =
+        by_composition ? gas::heat_of_combustion(heat_row, c.Xi_in)
+                       : gas::heat_of_combustion(c.Ro_c, c.Xi_in[gas::nitrogen], c.Xi_in[gas::carbon_dioxide]);
+    c.H_low = heat.lower;
+    c.H_high = heat.higher;
+}
+
+}  // namespace
+
+char cGas2005::tf_Param(char unit, char tempBasis, double roVap, double& ro_out, double& mu_out,
+                        double& kappa_out, double& hLow, double& hHigh) {
+    const bool by_composition = Method >= KALORFIX_VNIC_SMV;
+    const bool fresh = valid != 0 && T != 0.0 && (!by_composition || property_tables_loaded());
+    judged(*this, false);
+    if (fresh) {
+        rho_w = 0.0;
+        Ro_vap = roVap;
+        find_properties(*this, by_composition,
+                        static_cast<unsigned char>(unit) + 2U * static_cast<unsigned char>(tempBasis));
+        if (!gas::working_density({T, p * units::MPa_per_Pa, Ro_c, K_c, Ro_vap}, rho_w)) return 0;
+    }
+    ro_out = rho_w;
+    mu_out = mu * units::uPas_per_Pas;
+    kappa_out = kappa;
+    hLow = H_low;
+    hHigh = H_high;
+    return judged(*this, fresh && kalorfix::all_finite(rho_w, mu, kappa, H_low, H_high));
+}

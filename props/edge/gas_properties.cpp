@@ -1,0 +1,84 @@
+// The exported property routines of gas.
+#include "props/edge/gas_properties.h"
+
+#include "gas/edge/methods.h"
+#include "gas/edge/module_state.h"
+#include "kalorfix_gas.h"
+#include "props/gas_by_composition.h"
+#include "props/gas_by_density.h"
+#include "runtime/float_environment.h"
+
+namespace gas = kalorfix::gas;
+namespace edge = kalorfix::gas::edge;
+using kalorfix::FloatEnvironment;
+
+namespace kalorfix::gas::edge {
+
+float viscosity_by_density() { return Mu = static_cast<float>(viscosity(T, P, {Roc, Xa, Xy})); }
+
+float isentropic_exponent_by_density() {
+    return kk = static_cast<float>(isentropic_exponent(T, P, {Roc, Xa, Xy}));
+}
+
+float viscosity_by_composition() {
+    const bool prepared = VNIC_FLAG != 0;
+    if (!molar_mass_table_loaded() || !(prepared || vnic_tables_loaded())) return Mu = 0.0F;
+    const Composition composition = working_composition();
+    if (!prepared) static_cast<void>(vnic(composition, {T, DeltaP, P}));
+    SM = molar_mass(composition, Mi);
+    return Mu = viscosity({Tn, Ron, Tnk, Pnk, FP}, SM);
+}
+
+float isentropic_exponent_by_composition() {
+    if (!heat_capacity_tables_loaded()) return kk = 0.0F;
+    const float ideal_cp = ideal_heat_capacity(std::to_array(Tmp_Xi), T, L1ij, B1ij);
+    return kk = isentropic_exponent(Ckl, Tn, Ron, Z, ideal_cp);
+}
+
+}  // namespace kalorfix::gas::edge
+
+float NF2_1() {
+    const FloatEnvironment guard;
+    Plotnomer = 0;
+    const double standard = P * gas::standard_temperature_K * Roc;
+    const double working = T * gas::standard_pressure_MPa * K;
+    return Ro = static_cast<float>(standard / working);
+}
+
+float NF2_2(float rho_meter, float T_meter_K, float p_meter_MPa) {
+    const FloatEnvironment guard;
+    Plotnomer = 1;
+    const double p = P;
+    const double t = T;
+    return Ro = static_cast<float>(rho_meter / (1.0 - (p - p_meter_MPa) / p) * (1.0 - (t - T_meter_K) / t));
+}
+
+float NF3() {
+    const FloatEnvironment guard;
+    return edge::viscosity_by_density();
+}
+
+float NF4() {
+    const FloatEnvironment guard;
+    return edge::isentropic_exponent_by_density();
+}
+
+float NF6() {
+    const FloatEnvironment guard;
+    return qoi = static_cast<float>(qmi * 1000.0 / Ro);
+}
+
+float NF7() {
+    const FloatEnvironment guard;
+    return qci = static_cast<float>(qmi * 1000.0 / Roc);
+}
+
+float PF5(unsigned long) {
+    const FloatEnvironment guard;
+    return edge::viscosity_by_composition();
+}
+
+float PF6() {
+    const FloatEnvironment guard;
+    return edge::isentropic_exponent_by_composition();
+}

@@ -1,0 +1,23 @@
+#!/bin/sh
+# Holds the arrows of docs/architecture.md: tests/rooms_test.sh SOURCE_DIRECTORY
+# A room may include the rooms behind it, itself, and the system; a pure room knows neither edge nor exported names.
+cd "$1" || exit 1
+status=0
+room() {  # room ROOM INCLUDABLE...
+    allowed=$(shift && IFS='|' && echo "$*")
+    for file in "$1"/*.h "$1"/*.cpp; do
+        [ -e "$file" ] || continue
+        outside=$(sed -n 's/^#include "\(.*\)".*/\1/p' "$file" | grep -vE "^($allowed)$")
+        [ -z "$outside" ] || { echo "$file includes" $outside; status=1; }
+    done
+}
+pure='[^/]+\.h'
+room props/water "props/water/$pure" runtime/units.h
+room flow "flow/$pure" runtime/units.h
+room gas "gas/$pure" runtime/units.h
+room props "props/$pure" "props/water/$pure" "gas/$pure" runtime/units.h
+room runtime "runtime/$pure" kalorfix_runtime.h
+room flow/edge "flow/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
+room gas/edge "gas/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
+room props/edge "props/((edge|water)/)?$pure" "gas/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
+exit $status
