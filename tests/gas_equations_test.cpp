@@ -96,15 +96,6 @@ TEST(Aga8, IsothermIsThatOfThePrintedTermsForAnyExponents) {
         }
 }
 
-TEST(CubeRoots, DifferBelowZero) {
-    for (const auto kind : {gas::CubeRoot::real, gas::CubeRoot::power}) {
-        EXPECT_DOUBLE_EQ(gas::cube_root(27.0, kind), 3.0);
-        EXPECT_EQ(gas::cube_root(0.0, kind), 0.0);
-    }
-    EXPECT_DOUBLE_EQ(gas::cube_root(-27.0, gas::CubeRoot::real), -3.0);
-    EXPECT_TRUE(std::isnan(gas::cube_root(-27.0, gas::CubeRoot::power)));
-}
-
 // 1 - (0.0458 n - 0.0022 + 0.0195 xa + 0.075 xy)^2 with n carbon atoms to a molecule.
 TEST(StandardCompressibility, FollowsFromTheComposition) {
     gas::Fractions x{};
