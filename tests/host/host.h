@@ -13,10 +13,8 @@ extern const int host_mode_count;
 
 extern const char* host_library; /* its file */
 
-/* Before the library is loaded and after it is gone: 0; 1 with a line on standard error; 77 if the machine cannot. */
+/* Before the library is loaded and after it is gone: 0; 1 with a line on standard error. */
 int host_before(const struct host_mode* mode);
 int host_after(const struct host_mode* mode);
-
-enum { host_cannot = 77 };
 
 #endif

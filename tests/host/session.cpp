@@ -1,7 +1,6 @@
 #include "session.h"
 
 #include <dlfcn.h>
-#include <sys/times.h>
 
 #include <cstdlib>
 #include <cstring>
@@ -9,14 +8,7 @@
 
 #include "tools/host.h"
 
-// The library's clock asks times(); this program answers in the C library's place, an hour a call.
-static clock_t ticks;
-extern "C" clock_t times(tms*) noexcept { return ticks += 360000; }
-void restart_clock() { ticks = 0; }
-
 namespace {
-
-// Nothing here computes with fractions: the host may have enabled the trap for inexact results.
 
 constexpr struct {
     char fractions;  // 0 mole per cent, 1 volume fractions
@@ -45,22 +37,21 @@ public:
     [[nodiscard]] const Results& results() const { return results_; }
 
 private:
-    static void append(std::vector<std::uint32_t>& words, std::uint32_t word) {
+    void append(std::uint32_t word) {
         constexpr std::uint32_t infinity = 0x7F800000;  // the sign of a NaN is nobody's promise
-        words.push_back((word & ~0x80000000U) > infinity ? infinity + 1 : word);
+        results_.words.push_back((word & ~0x80000000U) > infinity ? infinity + 1 : word);
     }
     void put(int value) { results_.words.push_back(static_cast<std::uint32_t>(value)); }
-    void put(std::vector<std::uint32_t>& words) {
-        words.push_back(static_cast<std::uint32_t>(status_));
+    void put() {
+        put(status_);
         results_.computed += status_ == 1;
         for (const float& value : f_) {
             std::uint32_t word = 0;
             std::memcpy(&word, &value, sizeof word);
-            append(words, word);
+            append(word);
         }
         std::memset(f_, 0, sizeof f_);
     }
-    void put() { put(results_.words); }
 
     void gas() {
         float* const f = f_;
@@ -84,12 +75,6 @@ private:
                     library_->mg_mgn_param(channel, 1, 25000, rho, 0.7F, 34.2F, &status_, f, f + 1, f + 2,
                                            f + 3, f + 4, f + 5, f + 6, f + 7);
                     put();
-                    for (unsigned short integrator = 1; integrator <= 4; ++integrator) {
-                        library_->mg_int_param(channel, integrator, 0, 1000, 2, -3, &status_, f, f + 1, f + 2);
-                        library_->mg_int_param_1(channel, integrator, 0, 12, 990, 3, &status_, f + 3, f + 4,
-                                                 f + 5);
-                        put(results_.totals);
-                    }
                     routines();
                 }
     }
@@ -121,8 +106,6 @@ private:
                 library_->mt_mgn_param(channel, 1, 40000, rho, h, &status_, f, f + 1, f + 2, f + 3, f + 4,
                                        f + 5, f + 6);
                 put();
-                library_->mt_int_param(channel, 1, 0, 1000, 2, 0, &status_, f, f + 1, f + 2);
-                put(results_.totals);
             }
     }
 
@@ -134,7 +117,7 @@ private:
                 put(library_->t_param_1(t_C, p_MPa, t_C < 300 && p_MPa < 1 ? 3 : 1, d, d + 1, d + 2, d + 3));
                 put(library_->t_phase_1(p_MPa, t_C, 0.01, d + 4));
                 std::memcpy(words, d, sizeof words);
-                for (const std::uint32_t word : words) append(results_.words, word);
+                for (const std::uint32_t word : words) append(word);
             }
     }
 

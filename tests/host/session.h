@@ -5,12 +5,9 @@
 #include <vector>
 
 struct Results {
-    std::vector<std::uint32_t> words, totals;  ///< the totals depend on the clock
-    int computed = 0;                          ///< calls that ended well
+    std::vector<std::uint32_t> words;
+    int computed = 0;  ///< calls that ended well
 };
 
-/// Opens the library and calls it: gas by every method, steam and water, totals, INI numbers. Every result as its bits.
+/// Opens the library and calls it: gas by every method, steam and water, INI numbers. Every result as its bits.
 Results session(const char* library);
-
-/// The clock that the library asks goes back to where it was at the start.
-void restart_clock();
