@@ -301,30 +301,24 @@ TEST_F(Ini, BuildsModeStrings) {
         other.Close();
         EXPECT_EQ(fs::file_size(name) == 0, row.bits == 2) << "writing empties the file, appending does not";
     }
-    IniFile fresh(name.c_str(), 2);
     std::remove(name.c_str());
-    EXPECT_EQ(fresh.Open(), 0) << "writing makes the file";
-    fresh.Close();
+    EXPECT_EQ(IniFile(name.c_str(), 2).Open(), 0) << "writing makes the file";
     std::ofstream(name) << "[S]\nk=1\n";
     for (const bool reading : {false, true}) {
         IniFile appending(name.c_str(), reading ? 4 + 16 : 4);
         EXPECT_EQ(appending.Open(), 0);
         EXPECT_EQ(appending.SectionSearch("S", nullptr, nullptr, nullptr), reading ? 0 : 2);
-        appending.Close();
     }
+    // Too long a mode is an empty one.
+    const struct {
+        const char* mode;
+        int length, status;
+    } modes[] = {{"rtttt", 5, 0}, {"r", 1, 0}, {"rrrrrr", 6, 1}, {"r", 1, 0}, {"", 0, 1}, {nullptr, 0, 1}};
     IniFile other(name.c_str());
-    EXPECT_EQ(other.SetSMode("rtttt"), 5);
-    EXPECT_EQ(other.Open(), 0);
-    other.Close();
-    EXPECT_EQ(other.SetSMode("r"), 1);
-    EXPECT_EQ(other.Open(), 0);
-    other.Close();
-    EXPECT_EQ(other.SetSMode("rrrrrr"), 6) << "too long: the mode is empty";
-    EXPECT_EQ(other.Open(), 1);
-    for (const char* none : {"", static_cast<const char*>(nullptr)}) {
-        EXPECT_EQ(other.SetSMode("r"), 1);
-        EXPECT_EQ(other.SetSMode(none), 0);
-        EXPECT_EQ(other.Open(), 1);
+    for (const auto& row : modes) {
+        EXPECT_EQ(other.SetSMode(row.mode), row.length);
+        EXPECT_EQ(other.Open(), row.status) << row.length;
+        other.Close();
     }
 }
 
