@@ -149,7 +149,7 @@ TEST_F(Calls, LeaveWhatTheTableSays) {
         MEMBER(heat, "heat", cTeplo2005, Param_tr),
         MEMBER(heat, "heat", cTeplo2005, in_Param),
         MEMBER(heat, "heat", cTeplo2005, in2_Param)};
-    std::ifstream table(KALORFIX_CALLS);
+    std::ifstream table(KALORFIX_TABLES "/calls.txt");
     int rows = 0;
     for (std::string line; std::getline(table, line);) {
         const std::size_t space = line.find(' '), arrow = line.find(" ->");

@@ -14,7 +14,13 @@ struct Numbered {
 };
 
 TEST(Registry, MakesLowerChannelsFirstAndKeepsThem) {
-    LocVect<Numbered> registry;
+    // What stands before the slots is not null.
+    struct {
+        const int* before = &Numbered::made;
+        LocVect<Numbered> registry;
+    } memory;
+    LocVect<Numbered>& registry = memory.registry;
+    ASSERT_NE(memory.before, nullptr);
     for (const int refused : {0, -1, 20001, INT32_MIN, INT32_MAX}) EXPECT_EQ(registry.GetVar(refused), nullptr);
     EXPECT_EQ(registry.size(), 0U);
     Numbered* const seventh = registry.GetVar(7);
