@@ -302,27 +302,6 @@ TEST_F(Totals, CloseHoursAndDays) {
     EXPECT_EQ(untouched, -1);
 }
 
-TEST_F(Totals, GoOnAfterARestartWithTheHostsRegisters) {
-    Register r;
-    double integral = 0.0;
-    for (int run = 0; run < 3; ++run) {
-        Channel<cGas2005> channel;  // a new library: nothing but the host's registers is left
-        channel.c->q_c = 1800;
-        ProstoyTime = run == 0 ? 0.0 : 4.0;
-        channel.q_subst = 1800;
-        for (int second = 0; second < 1000; second += 10) {
-            ticks += 10 * rate;
-            ASSERT_EQ(channel.totalise(3, r), 1);
-            ASSERT_EQ(channel.interval(3, 0, r), 1);
-        }
-        integral += 500.0 + (run == 0 ? 0.0 : 120.0);
-    }
-    EXPECT_NEAR(static_cast<double>(r.total), integral, 0.01);
-    EXPECT_EQ(r.closed[0], 0);
-    // 2990 s and two downtimes of 4 minutes, each added as 4 s at every step that still carries it.
-    EXPECT_NEAR(static_cast<double>(r.time[0]), 2990 + 2 * 4, 0.1);
-}
-
 TEST(Interval, AcrossTheWrapOfTheRegister) {
     namespace flow = kalorfix::flow;
     const flow::Interval closed =

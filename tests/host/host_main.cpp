@@ -20,29 +20,26 @@ const char* host_library;
 
 namespace {
 
-using Words = std::vector<std::uint32_t>;
+using Words = std::vector<std::uint64_t>;
 
 // Settings with numbers, and a stamp of 2038-01-19: no downtime before that.
 void furnish() {
     std::ofstream(std::string(std::getenv("SETTINGS")) + "/numbers.ini")
-        << "[NUMBERS] : decimal points, whatever the host's locale says\nhalf = 0.5\nthird = "
-           "0.333333333333333333333\n"
-           "many = 12345678.87654321\nsmall = 0.00000000000000000001234567\nlarge = "
+        << "[NUMBERS]\nhalf = 0.5\nthird = 0.333333333333333333333\nlarge = "
            "340282346638528859811704183484516925440\n"
            "denormal = 0.000000000000000000000000000000000000000012345\nnegative = -273.15\ncomma = 1,5\nbare "
-           "= .25\n"
-           "exact = 16777217\nexponents = 1.5e3\n";
+           "= .25\n";
     std::ofstream(std::string(std::getenv("PATHDB")) + "/dat/timewait.dat")
         .write("\xFF\xFF\xFF\x7F\0\0\0\0\0\0\0", 12);
 }
 
 int write(const char* file) {
     const Results results = session(host_library);
-    constexpr int soundly = 200;  // a reference of refusals would be the same for every host
+    constexpr int soundly = 500;  // a reference of refusals would be the same for every host
     std::printf("%d calls computed something\n", results.computed);
     std::ofstream out(file, std::ios::binary);
     out.write(reinterpret_cast<const char*>(results.words.data()),
-              static_cast<std::streamsize>(results.words.size() * 4));
+              static_cast<std::streamsize>(results.words.size() * 8));
     return results.computed >= soundly && out.flush() ? 0 : 1;
 }
 
@@ -87,7 +84,7 @@ int main(int argc, char** argv) try {
     if (argc > 4) return write(argv[3]);
     std::ifstream in(argv[3], std::ios::binary);
     const std::string content(std::istreambuf_iterator<char>(in), {});
-    Words reference(content.size() / 4);
+    Words reference(content.size() / 8);
     std::memcpy(reference.data(), content.data(), content.size());
     int failed = 0;
     for (int k = 0; k < host_mode_count; ++k) failed += run(host_modes[k], reference) != 0;

@@ -5,9 +5,9 @@
 #include <vector>
 
 struct Results {
-    std::vector<std::uint32_t> words;
+    std::vector<std::uint64_t> words;
     int computed = 0;  ///< calls that ended well
 };
 
-/// Opens the library and calls it: gas by every method, steam and water, INI numbers. Every result as its bits.
+/// Opens the library and calls it: text cases, channels, INI numbers. Every result as its bits.
 Results session(const char* library);
