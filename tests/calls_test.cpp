@@ -166,6 +166,20 @@ TEST_F(Calls, LeaveWhatTheTableSays) {
     EXPECT_GT(rows, 150);
 }
 
+// A number beyond single precision spoils a step though nobody takes it.
+TEST(Flow, IsRefusedForANumberThatIsNotTaken) {
+    char status = 77;
+    short phase = 0;
+    mt_init_tr(15, 0, 20, 0, 0, 0, 100, 50, 0, 0, 0, 0, 0, &status);
+    mt_param_tn(15, 300, 1e6F, 0, 0, 0, 0, &status, &phase, nullptr, nullptr);
+    mt_tf_param(15, 0, 0, 0, &status, nullptr, nullptr, nullptr, nullptr);
+    mt_param_tr(15, &status, nullptr, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(status, 1);
+    mt_mgn_param(15, 1, 1e37F, 4.7e-3F, 3000, &status, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                 nullptr);
+    EXPECT_EQ(status, 0);
+}
+
 TEST(SetUp, LeavesTheChannelAsItWasWhenRefused) {
     constexpr int own = 14;
     for (int wrong = -1; wrong < 13; ++wrong) {
