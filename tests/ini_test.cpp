@@ -197,12 +197,15 @@ TEST_F(Ini, BuildsModeStrings) {
         EXPECT_EQ(fs::file_size(name) == 0, row.bits == 2) << "writing empties the file, appending does not";
     }
     std::remove(name.c_str());
-    EXPECT_EQ(IniFile(name.c_str(), 2).Open(), 0) << "writing makes the file";
+    IniFile fresh(name.c_str(), 2);
+    EXPECT_EQ(fresh.Open(), 0) << "writing makes the file";
+    fresh.Close();
     std::ofstream(name) << "[S]\nk=1\n";
     for (const bool reading : {false, true}) {
         IniFile appending(name.c_str(), reading ? 4 + 16 : 4);
         EXPECT_EQ(appending.Open(), 0);
         EXPECT_EQ(appending.SectionSearch("S", nullptr, nullptr, nullptr), reading ? 0 : 2);
+        appending.Close();
     }
     // Too long a mode is an empty one.
     const struct {
