@@ -19,7 +19,10 @@ def number(name: str, value: Any, low: float, high: float, unit: str = "") -> fl
     accepted = f"{low:g}..{high:g} {unit}".rstrip()
     if isinstance(value, bool) or not isinstance(value, numbers.Real):
         raise ValueError(f"{name}: expected a number within {accepted}, not {value!r}")
-    result = float(value)
+    try:
+        result = float(value)
+    except OverflowError:
+        result = math.inf
     if not low <= result <= high:
         raise ValueError(f"{name} must lie within {accepted}, not {result:.10g}")
     return result

@@ -56,12 +56,13 @@ def find_library(path: str | os.PathLike[str] | None = None) -> Path:
     """The file of the library: `path`, else KALORFIX_LIBRARY, else that of the build tree or installation around this
     package. Raises FileNotFoundError with the places that were looked at."""
     given = path or os.environ.get("KALORFIX_LIBRARY")
-    root = _PACKAGE.parent.parent
-    triplet = sysconfig.get_config_var("MULTIARCH") or ""
-    # In a source tree the package lies in python, in an installation in lib/python3/dist-packages.
-    places = [Path(given)] if given else [
-        *(root / build / "kalorfix.so" for build in ("build/release", "build/demo", "build")),
-        *(_PACKAGE.parents[2] / lib / "kalorfix.so" for lib in (triplet, "", "../lib64"))]
+    if given:
+        places = [Path(given)]
+    elif (_PACKAGE.parents[1] / "include/kalorfix.h").is_file():  # python/kalorfix of a source tree
+        places = [_PACKAGE.parents[1] / build / "kalorfix.so" for build in ("build/release", "build/demo", "build")]
+    else:  # lib/python3/dist-packages/kalorfix of an installation
+        triplet = sysconfig.get_config_var("MULTIARCH") or ""
+        places = [_PACKAGE.parents[2] / lib / "kalorfix.so" for lib in (triplet, "", "../lib64")]
     for place in places:
         if place.is_file():
             return place.resolve()
@@ -154,7 +155,9 @@ class Library:
         return memory
 
     def floats(self, name: str, count: int = 1) -> list[float]:
-        """Values of an exported array or variable of single precision."""
+        """Values of an exported array or variable of single precision. The caller holds the lock."""
+        if self.closed:
+            raise ValueError("the library is closed")
         return list((c_float * count).in_dll(self._dll, name))
 
     def leave_contents(self, contents: tuple[float, float] | None) -> None:

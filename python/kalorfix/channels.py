@@ -454,6 +454,8 @@ class Gas(Channel):
     def contents_pct(self, contents: tuple[float, float]) -> None:
         if self.method != _AGA8:
             raise ValueError("contents_pct: only AGA8-92DC takes them")
+        if not isinstance(contents, (tuple, list)) or len(contents) != 2:
+            raise ValueError(f"contents_pct: expected nitrogen and carbon dioxide, 0..100 mol % each, not {contents!r}")
         nitrogen, carbon_dioxide = contents
         self._contents_pct = (single(number("contents_pct: nitrogen", nitrogen, 0, 100, "mol %")),
                               single(number("contents_pct: carbon_dioxide", carbon_dioxide, 0, 100, "mol %")))

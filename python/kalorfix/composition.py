@@ -48,11 +48,15 @@ def read_composition(given: Composition, volume_fractions: bool) -> tuple[list[f
         raise ValueError(f"composition: expected components with their content, or a file, not {given!r}")
     whole, unit, other = (1.0, "", "per cent") if volume_fractions else (100.0, " mol %", "fractions")
     x = [0.0] * len(COMPONENTS)
+    seen = set()
+    known = {component.replace("-", "_"): k for k, component in enumerate(COMPONENTS)}
     for name, content in given.items():
-        known = {component.replace("-", "_"): k for k, component in enumerate(COMPONENTS)}
         k = known.get(str(name).replace("-", "_"))
         if k is None:
             raise ValueError(f"composition: no such component: {name!r}; there are {', '.join(COMPONENTS)}")
+        if k in seen:
+            raise ValueError(f"composition: {COMPONENTS[k]} stands there for the second time")
+        seen.add(k)
         x[k] = number(f"composition: {name}", content, 0.0, whole, unit.strip())
     total = math.fsum(x)
     apart = abs(total - whole) / whole

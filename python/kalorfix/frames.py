@@ -51,7 +51,7 @@ def _numbers(df: pandas.DataFrame, column: str, convert: Callable[[float], float
 
 def _measured(df: pandas.DataFrame, what: str) -> list[float]:
     units = _UNITS[what]
-    given = [name for name in units if name in df.columns]
+    given = [name for name in df.columns if name in units]
     if len(given) != 1:
         raise ValueError(f"expected one of the columns {', '.join(units)}, not {', '.join(given) or 'none'}")
     return _numbers(df, given[0], units[given[0]])
