@@ -227,7 +227,8 @@ def run(fleet: Path, results: Path, hours: int, each: Each,
 def make(fleet: Path, stations: int, hours: int, seed: int = 1) -> None:
     """Made-up archives for the station of the examples, one hour in a hundred below the range of its devices."""
     examples = Path(__file__).resolve().parent
-    middle = {"GAS 1": (8.0, 1.2, 10.0), "GAS 2": (14.0, 5.5, 14.0), "HEAT 1": (300.0, 1.2, 20.0), "HEAT 2": (90.0, 0.8, 25.0)}
+    middle = {"GAS 1": (8.0, 1.2, 10.0), "GAS 2": (14.0, 5.5, 14.0), "HEAT 1": (300.0, 1.2, 20.0),
+              "HEAT 2": (90.0, 0.8, 25.0)}
     for number in range(1, stations + 1):
         directory = fleet / f"station-{number:04}"
         directory.mkdir(parents=True, exist_ok=True)

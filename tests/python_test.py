@@ -168,7 +168,7 @@ class Equality(unittest.TestCase):
                     continue
                 state = kalorfix.water(t=x["t_C"], p=None if saturated else x.get("p_MPa", 0.1), saturated=saturated)
             else:
-                method = kalorfix.channels.METHODS[int(given["method"])]
+                method = kalorfix.gas_channel.METHODS[int(given["method"])]
                 keys = dict(rho_c_kg_m3=x.get("rho_c"), nitrogen_pct=x.get("n2_pct"), carbon_dioxide_pct=x.get("co2_pct"))
                 if function == "gas_by_composition":
                     content = {name: x.get(f"x{k}", 0.0) for k, name in enumerate(kalorfix.COMPONENTS)}

@@ -10,8 +10,10 @@ cannot be computed is a result with status "refused" and its reason; a wrong arg
 """
 
 from ._native import Library
-from .channels import Channel, Cycle, Gas, Heat
+from .channels import Channel, Cycle
 from .composition import COMPONENTS
+from .gas_channel import Gas
+from .heat_channel import Heat
 from .states import GasState, WaterState, gas, water
 from .station import Station
 from .totals import Interval, Register, Registers

@@ -61,10 +61,11 @@ def read_composition(given: Composition, volume_fractions: bool) -> tuple[list[f
     total = math.fsum(x)
     apart = abs(total - whole) / whole
     if apart > 0.01 * (1 + 1e-9):
-        reason = f"the composition sums to {total:.6g}{unit}, accepted: {0.99 * whole:g}..{1.01 * whole:g}{unit}"
-        if abs(total * (100.0 if whole == 100.0 else 0.01) / whole - 1.0) <= 0.01:
-            reason = f"the composition sums to {total:.6g}: are these {other}? Accepted: {0.99 * whole:g}..{1.01 * whole:g}{unit}"
-        raise ValueError(reason)
+        accepted = f"{0.99 * whole:g}..{1.01 * whole:g}{unit}"
+        # The sum that the other way of giving a composition would have.
+        if abs(total * whole / 100.0 - 1.0) <= 0.01:
+            raise ValueError(f"the composition sums to {total:.6g}: are these {other}? Accepted: {accepted}")
+        raise ValueError(f"the composition sums to {total:.6g}{unit}, accepted: {accepted}")
     if apart > 0.0001 * (1 + 1e-9):
         warnings.warn(f"the composition sums to {total:.6g}{unit}, which is used as it is given", stacklevel=4)
     return x, volume_fractions

@@ -9,7 +9,7 @@ from typing import Any
 
 from ._checks import number, reading
 from ._native import Library, default_library
-from .channels import Gas
+from .gas_channel import Gas
 
 _SATURATED = "saturated vapour"
 

@@ -8,7 +8,9 @@ from pathlib import Path
 from typing import TYPE_CHECKING, Any
 
 from ._native import Library
-from .channels import Channel, Gas, Heat
+from .channels import Channel
+from .gas_channel import Gas
+from .heat_channel import Heat
 
 if TYPE_CHECKING:
     import pandas

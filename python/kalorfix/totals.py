@@ -60,7 +60,8 @@ class Registers:
                 taken.append(False)
                 continue
             dt_s = single(((now - before) & 0xFFFFFFFF) / _TICKS_PER_SECOND)
-            status, (_, total, _) = channel.integrate("in_Param", flows[k], register.total, dt_s, channel.exponents[k], 0.0, 0)
+            status, (_, total, _) = channel.integrate("in_Param", flows[k], register.total, dt_s,
+                                                      channel.exponents[k], 0.0, 0)
             valid = status == 1 and math.isfinite(single(total))
             taken.append(valid)
             if valid:
@@ -72,8 +73,8 @@ class Registers:
 
 
 def _carry_on(channel: Channel, number: int, interval: Interval, dt_s: float, total: float) -> None:
-    status, (time_s, start, result) = channel.integrate("in2_Param", dt_s, 0.0, number, total, interval.time_s, interval.start,
-                                                        interval.result)
+    status, (time_s, start, result) = channel.integrate("in2_Param", dt_s, 0.0, number, total, interval.time_s,
+                                                        interval.start, interval.result)
     if status == 1:
         # A running interval never has the time 0, so a time that went back is a new one.
         interval.closed = interval.time_s != 0.0 and single(time_s) < single(interval.time_s)
