@@ -6,7 +6,7 @@
     fleet.py run FLEET RESULTS --workers 2                  on a cluster of this machine
     fleet.py run FLEET RESULTS --scheduler tcp://host:8786  on a cluster that is there; it sees both directories
 
-FLEET holds a directory a station: station.ini with the files that it names, and hours.csv, a row a channel and hour with the
+    fleet.py run FLEET RESULTS --scheduler tcp://host:8786  on a cluster that is there, which sees both
 means of the hour: time_s or time (its beginning), channel, and the readings as `kalorfix run` takes them.
 
 RESULTS gets NAME/BLOCK.csv, an hour of a channel a line with its amounts, and totals.csv. A block of hours is written whole,
@@ -51,19 +51,26 @@ def read_lines(file: Any) -> pandas.DataFrame:
     return pandas.read_csv(file, comment="#", float_precision="round_trip")
 
 
+def digest_of(file: Path) -> bytes:
+    return hashlib.sha256(file.read_bytes()).digest()
+
+
 @functools.cache
 def library() -> tuple[kalorfix.Library, bytes]:
-    """The library of this worker, and the digest of its file and its gas data."""
+    """The library of this worker, and the digest of its file, its gas data and the module."""
     opened = kalorfix.Library()
-    gas_data = opened.gas_data.read_bytes() if opened.gas_data else b""
-    return opened, hashlib.sha256(opened.sha256().encode() + gas_data).digest()
+    files = sorted(Path(kalorfix.__file__).parent.glob("*.py")) + ([opened.gas_data] if opened.gas_data else [])
+    return opened, hashlib.sha256(opened.sha256().encode() + b"".join(map(digest_of, files))).digest()
 
 
 @functools.lru_cache(maxsize=4)
 def read_archive(path: Path, changed_ns: int) -> pandas.DataFrame:
     """The archive with the column `hour`, hours since 1970. Raises ValueError for two rows of the same channel and hour."""
     rows = read_lines(path)
-    seconds = rows["time_s"] if "time_s" in rows else pandas.to_datetime(rows["time"], utc=True).astype("int64") / 1e9
+    if "time_s" in rows:
+        seconds = rows["time_s"]
+    else:
+        seconds = (pandas.to_datetime(rows["time"], utc=True) - pandas.Timestamp(0, tz="UTC")) / pandas.Timedelta(seconds=1)
     rows["hour"] = (seconds // HOUR_S).astype("int64")
     twice = rows.duplicated(["hour", "channel"])
     if twice.any():
@@ -77,13 +84,9 @@ def archive_of(station: Path) -> pandas.DataFrame:
     return read_archive(path, path.stat().st_mtime_ns)
 
 
-def identity_of(station: Path) -> str:
-    """Digest of all that decides on the results beside the readings: the files of the station, library and gas data."""
-    digest = hashlib.sha256(library()[1])
-    for file in sorted(station.iterdir()):
-        if file.name != "hours.csv" and file.is_file():
-            digest.update(file.name.encode() + b"\0" + hashlib.sha256(file.read_bytes()).digest())
-    return digest.hexdigest()
+def identity_of(station: kalorfix.Station) -> str:
+    """Digest of all that decides on the results beside the readings: station, compositions, library, gas data."""
+    return hashlib.sha256(library()[1] + b"".join(map(digest_of, station.files))).hexdigest()
 
 
 def lines_of(file: Path, heading: str) -> pandas.DataFrame | None:
@@ -100,7 +103,8 @@ def compute_block(station: Path, results: Path, block: int, hours: int) -> dict[
         archive = archive_of(station)
         rows = archive[archive["hour"] // hours == block].reset_index(drop=True)
         file = results / station.name / f"{hours}h-{block}.csv"
-        heading = f"# {identity_of(station)}\n"
+        channels = kalorfix.Station(station / "station.ini", library()[0])
+        heading = f"# {identity_of(channels)}\n"
         there = lines_of(file, heading)
         known = pandas.DataFrame(columns=["hour", "channel"])
         if there is not None and set(rows.columns) <= set(there.columns):
@@ -110,7 +114,7 @@ def compute_block(station: Path, results: Path, block: int, hours: int) -> dict[
         if len(missing) or there is None or len(there) != len(rows):
             readings = missing.drop(columns=["time_s", "time"], errors="ignore")
             if len(missing):
-                computed = kalorfix.Station(station / "station.ini", library()[0]).frame(readings)
+                computed = channels.frame(readings)
                 new = missing.join(computed[["status", "step", "reason"]])
                 for flow, amount in AMOUNTS.items():
                     new[amount] = computed[flow]  # the mean flow, times one hour

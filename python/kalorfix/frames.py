@@ -65,7 +65,7 @@ def _times(df: pandas.DataFrame, registers: Registers) -> list[float]:
         dates = pandas.to_datetime(df["time"], utc=True)
         if dates.isna().any():
             raise ValueError("time: a row has none")
-        seconds = (dates.astype("int64") / 1e9).tolist()
+        seconds = ((dates - pandas.Timestamp(0, tz="UTC")) / pandas.Timedelta(seconds=1)).tolist()
     last = registers.last_s
     for k, now in enumerate(seconds):
         if now < 0.0 or (last is not None and not 0.0 < now - last <= _LONGEST_GAP_S):

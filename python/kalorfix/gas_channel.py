@@ -62,7 +62,7 @@ class Gas(Channel):
                  energy_by: str = "lower_heat", heat_unit: str | None = None, heat_basis_C: int | None = None,
                  library: Library | None = None, **accounting: float) -> None:
         self.method = choice("method", method, METHODS)
-        self.vapour = single(number("vapour_kg_m3", vapour_kg_m3, 0, 1000, "kg/m3"))
+        self.vapour = number("vapour_kg_m3", vapour_kg_m3, 0, 1000, "kg/m3")
         self.by_higher_heat = choice("energy_by", energy_by, ("lower_heat", "higher_heat")) == 1
         self._heats(heat_unit, heat_basis_C)
         pipe = {key: value for key, value in locals().items() if key in PIPE_KEYS}
@@ -71,10 +71,13 @@ class Gas(Channel):
         self._results = Results(3)
         densities = {"rho_c_kg_m3": rho_c_kg_m3, "nitrogen_pct": nitrogen_pct, "carbon_dioxide_pct": carbon_dioxide_pct}
         self._contents_pct: tuple[float, float] | None = None
+        self._x, self._rho_c, self._fractions = [0.0] * 15, 0.0, 0
         if self.method <= _GERG91:
             self._by_density(densities, composition, contents_pct)
         else:
             self._by_composition(densities, composition, volume_fractions, contents_pct)
+        self._given = self._x, self._rho_c, self.vapour
+        self._x, self._rho_c, self.vapour = [single(value) for value in self._x], single(self._rho_c), single(self.vapour)
 
     def _heats(self, unit: str | None, basis_C: int | None) -> None:
         if self.method != _VNIC and (unit is not None or basis_C is not None):
@@ -88,10 +91,9 @@ class Gas(Channel):
         for key, value in densities.items():
             if value is None:
                 raise ValueError(f"lacks {key} (accepted: {'0..1 kg/m3' if key == 'rho_c_kg_m3' else '0..100 mol %'})")
-        self._x, self._fractions = [0.0] * 15, 0
-        self._rho_c = single(number("rho_c_kg_m3", densities["rho_c_kg_m3"], 0, 1, "kg/m3"))
+        self._rho_c = number("rho_c_kg_m3", densities["rho_c_kg_m3"], 0, 1, "kg/m3")
         for key, k in (("nitrogen_pct", NITROGEN), ("carbon_dioxide_pct", CARBON_DIOXIDE)):
-            self._x[k] = single(number(key, densities[key], 0, 100, "mol %"))
+            self._x[k] = number(key, densities[key], 0, 100, "mol %")
 
     def _by_composition(self, densities: dict[str, Any], composition: Composition | None, fractions: bool,
                         contents: Any) -> None:
@@ -106,7 +108,7 @@ class Gas(Channel):
         x, fractions = read_composition(composition, fractions)
         if fractions and self.method == _VNIC:
             raise ValueError("volume_fractions: VNIC SMV takes its heats from mole per cent; give mol %")
-        self._x, self._fractions, self._rho_c = [single(value) for value in x], int(fractions), 0.0
+        self._x, self._fractions, self._rho_c = x, int(fractions), 0.0
         if self.method != _AGA8:
             if contents is not None:
                 raise ValueError("contents_pct has no meaning with vnic, which takes them from the composition")
@@ -121,6 +123,10 @@ class Gas(Channel):
         else:
             self._contents_pct = self._x[NITROGEN], self._x[CARBON_DIOXIDE]
 
+    def take_doubles(self) -> None:
+        """Computes with the gas as it was given; a channel has it in single precision."""
+        self._x, self._rho_c, self.vapour = self._given
+
     @property
     def contents_pct(self) -> tuple[float, float] | None:
         """Nitrogen and carbon dioxide, mol %, with which AGA8-92DC takes viscosity and exponent; None for other methods.
@@ -134,8 +140,8 @@ class Gas(Channel):
         if not isinstance(contents, (tuple, list)) or len(contents) != 2:
             raise ValueError(f"contents_pct: expected nitrogen and carbon dioxide, 0..100 mol % each, not {contents!r}")
         nitrogen, carbon_dioxide = contents
-        self._contents_pct = (single(number("contents_pct: nitrogen", nitrogen, 0, 100, "mol %")),
-                              single(number("contents_pct: carbon_dioxide", carbon_dioxide, 0, 100, "mol %")))
+        self._contents_pct = (number("contents_pct: nitrogen", nitrogen, 0, 100, "mol %"),
+                              number("contents_pct: carbon_dioxide", carbon_dioxide, 0, 100, "mol %"))
 
     @property
     def heat_unit(self) -> str:

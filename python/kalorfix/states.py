@@ -80,6 +80,7 @@ def gas(*, t: float, p: float, library: Library | None = None, **keys: Any) -> G
     nitrogen_pct and carbon_dioxide_pct, or composition; vapour_kg_m3, heat_unit, heat_basis_C. In double precision."""
     t, p = reading("t", t, "degC"), reading("p", p, "MPa")
     channel = Gas(device="meter_volume", library=library, **keys)
+    channel.take_doubles()
     p_Pa = p * 1e6
     state = GasState("refused", "", t, p, channel.heat_unit)
     with channel.library.lock:

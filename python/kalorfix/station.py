@@ -27,6 +27,8 @@ class Station(Mapping[str, Channel]):
 
     def __init__(self, path: str | os.PathLike[str], library: Library | None = None) -> None:
         self.path = Path(path)
+        #: What was read: the station file, and the compositions that it names.
+        self.files = [self.path]
         self._channels: dict[str, Channel] = {}
         for line, name, keys in self._sections():
             try:
@@ -77,6 +79,7 @@ class Station(Mapping[str, Channel]):
             given["composition"] = contents
         elif "composition" in given:
             given["composition"] = self.path.parent / given["composition"]
+            self.files.append(given["composition"])
         return Gas(library=library, **given) if medium == "GAS" else Heat(library=library, **given)
 
     def frame(self, df: pandas.DataFrame) -> pandas.DataFrame:
