@@ -6,7 +6,7 @@
     fleet.py run FLEET RESULTS --workers 2                  on a cluster of this machine
     fleet.py run FLEET RESULTS --scheduler tcp://host:8786  on a cluster that is there; it sees both directories
 
-    fleet.py run FLEET RESULTS --scheduler tcp://host:8786  on a cluster that is there, which sees both
+FLEET holds a directory a station: station.ini, and hours.csv, a row a channel and hour with the
 means of the hour: time_s or time (its beginning), channel, and the readings as `kalorfix run` takes them.
 
 RESULTS gets NAME/BLOCK.csv, an hour of a channel a line with its amounts, and totals.csv. A block of hours is written whole,

@@ -218,7 +218,7 @@ class Promises(unittest.TestCase):
         steam = kalorfix.Heat(**STEAM)
         for call, wanted in [
             (lambda: kalorfix.Gas(**dict(gas, device="orifice")), "device: expected one of orifice_corner, "),
-            (lambda: kalorfix.Gas(**dict(gas, method="aga9")), "method: expected one of nx19, gerg91, aga8, vnic, not 'aga9'"),
+            (lambda: kalorfix.Gas(**dict(gas, method="aga9")), "one of nx19, gerg91, aga8, vnic, not 'aga9'"),
             (lambda: kalorfix.Gas(**dict(gas, pipe_material=40)), "pipe_material must lie within 1..39, not 40"),
             (lambda: kalorfix.Gas(**dict(gas, pipe_material=7.5)), "pipe_material must be a whole number within 1..39"),
             (lambda: kalorfix.Gas(**dict(gas, D20_mm=math.nan)), "D20_mm must lie within 0..10000 mm, not nan"),

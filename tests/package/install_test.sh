@@ -25,7 +25,7 @@ mv "$work/first/prefix" "$work/second/deeper/moved"
 sh "$here/prefix_test.sh" "$build" "$work/second/deeper/moved"
 
 # The components together are the whole, and each holds its own alone.
-parts="runtime dev"
+parts="runtime dev python"
 [ "$tool" = ON ] && parts="$parts tool"
 for part in $parts; do
     install --prefix "$work/$part" --component "$part"
