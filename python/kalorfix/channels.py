@@ -22,7 +22,7 @@ DEVICES = ("orifice_corner", "orifice_d_d2", "orifice_flange", "nozzle_isa1932",
 _LAST_ORIFICE, _LAST_STANDARD, _CONFIGURED, _METER_MASS, _EXTERNAL = 3, 9, 19, 20, 23
 TEXTS = ("status", "step", "reason", "phase", "heat_unit")
 
-# Numbers that describe a pipe and its device: limits, unit, and which devices take them.
+# Numbers that describe a pipe and its device: limits and unit.
 PIPE_KEYS: dict[str, tuple[float, float, str]] = {
     "pipe_material": (1, 39, ""), "device_material": (1, 39, ""),
     "pipe_expansion_1_C": (0, 1e-3, "1/degC"), "device_expansion_1_C": (0, 1e-3, "1/degC"),

@@ -7,7 +7,7 @@ from ctypes import byref, c_double
 from dataclasses import dataclass
 from typing import Any
 
-from ._checks import number, reading
+from ._checks import reading
 from ._native import Library, default_library
 from .gas_channel import Gas
 
