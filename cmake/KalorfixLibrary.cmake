@@ -64,6 +64,7 @@ add_library(
   props/humid_gas.cpp
   props/water/density.cpp
   props/water/ideal.cpp
+  props/water/nonanalytic.cpp
   props/water/residual.cpp
   props/water/saturation.cpp
   props/water/viscosity.cpp

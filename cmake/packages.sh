@@ -24,8 +24,8 @@ need_packages() {
 
 # Usage: need_test_packages: what builds everything and runs the tests on this machine.
 need_test_packages() {
-    need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libgtest-dev libbenchmark-dev python3 pkgconf groff \
-        abigail-tools locales
+    need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libmd4c-dev libmd4c-html0-dev libgtest-dev \
+        libbenchmark-dev python3 pkgconf groff help2man abigail-tools locales
 }
 
 # Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in
@@ -33,5 +33,6 @@ need_test_packages() {
 need_arm_packages() {
     need_packages g++-arm-linux-gnueabihf qemu-user apt
     sh cmake/debian_root.sh armhf build/root/armhf \
-        libcli11-dev libfmt-dev libfmt9 libssl-dev libssl3 libgtest-dev libc6 libgcc-s1 libstdc++6
+        libcli11-dev libfmt-dev libfmt9 libssl-dev libssl3 libmd4c-dev libmd4c-html0-dev libmd4c-html0 libmd4c0 \
+        libgtest-dev libc6 libgcc-s1 libstdc++6
 }

@@ -106,7 +106,7 @@ TEST(Density, IsBracketedWhereNewtonFails) {
                               water::critical_temperature_K / T_K;
         const water::DensityRoot root = water::solve_density(residual, {target, 3.2});
         ASSERT_TRUE(root.found) << T_K;
-        EXPECT_LE(root.steps, water::newton_step_cap + water::bracket_step_cap);
+        EXPECT_LE(root.steps, water::step_cap + water::bracket_step_cap);
         EXPECT_GT(root.delta, 0.9);
         EXPECT_LT(root.delta, 1.1);
         bracketed += root.bracketed;

@@ -12,9 +12,9 @@ room() {  # room ROOM INCLUDABLE...
     done
 }
 pure='[^/]+\.h'
-room props/water "props/water/$pure" runtime/units.h
+room props/water "props/water/$pure" runtime/units.h runtime/exponential.h
 room flow "flow/$pure" runtime/units.h
-room gas "gas/$pure" runtime/units.h
+room gas "gas/$pure" runtime/units.h runtime/exponential.h
 room props "props/$pure" "props/water/$pure" "gas/$pure" runtime/units.h
 room runtime "runtime/$pure" kalorfix_runtime.h
 room flow/edge "flow/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"

@@ -237,6 +237,7 @@ ln -s "$day" day.csv
 # shellcheck disable=SC2086
 options() { refuse "$2" $1; }
 rows station_options.txt options
+refuse "^kalorfix: --registers: needs a value" "$station" "$day" --registers ''
 # A file that stands there already survives a run that fails.
 echo kept >results.csv
 "$tool" run "$examples/station.ini" bad.csv --out results.csv 2>/dev/null

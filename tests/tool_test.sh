@@ -34,7 +34,7 @@ head -c 7660 /dev/urandom >random.dat && gasdat random.dat
 expect 1 ^ gasdat check random.dat
 expect 2 '^kalorfix: /none: cannot read this gas data file' gasdat show /none
 expect 2 '^kalorfix: /none: cannot read this file' gasdat build /none -o out.dat
-expect 2 '^kalorfix: /none/x: cannot write this file' gasdat build listing -o /none/x
+expect 2 '^kalorfix: /none/x: cannot be written' gasdat build listing -o /none/x
 expect 2 'output' gasdat build listing
 expect 2 'subcommand' gasdat
 [ -e out.dat ] && fail "a failed build left a file"

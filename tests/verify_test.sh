@@ -19,7 +19,7 @@ judge csv r.csv "$cases"
 judge rows r.csv verdict FAILED 0
 for part in "$(sha256sum <"$library" | cut -c1-64)" "$(sha256sum <"$data" | cut -c1-64)" 'Limits from both sides' \
     'Deliberate deviations' '0\.265 as the coefficient' 'What is not verified' 'ffp-contract=off' \
-    'GERG-91 mod\. against AGA8-92DC' 'MET: [0-9]+ of [0-9]+ values within' 'material-39-high' 'limit_pairs.txt:' \
+    'MET: [0-9]+ of [0-9]+ values within' 'material-39-high' 'limit_pairs.txt:' \
     'href="#d-doubled-cross-term">differs as declared, at most 0\.012 %<'; do
     grep -qE "$part" r.html || fail "the report lacks $part"
 done
@@ -68,7 +68,7 @@ for fault in '[none]\nsource: s\ncolumns: case t_C -> phase\na 1 water|:1: no su
 done
 expect 2 'cannot open the library' --lib /etc/passwd --gas-data "$data" verify --html n.html
 [ -e n.html ] && fail "a refused report left a file"
-ls | grep -q '\.part' && fail "a temporary file stayed"
+ls | grep -q '\.[a-zA-Z0-9]\{6\}$' && fail "a temporary file stayed"
 
 # Curves.
 gas="gas --method gerg91 --rho-c 0.68"

@@ -1,60 +1,41 @@
-#include "tools/gas.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <string_view>
-#include <vector>
+#include <memory>
+#include <tuple>
 
 #include "gas/composition.h"
-#include "tools/composition_file.h"
-#include "tools/range.h"
+#include "tools/commands.h"
+#include "tools/composition.h"
+#include "tools/host.h"
+#include "tools/names.h"
+#include "tools/runtime.h"
+#include "tools/states.h"
 
 namespace kalorfix::tool {
 namespace {
 
-constexpr double min_t_C = -23.15, max_t_C = 66.85;
-constexpr double min_p_MPa = 0.001, max_p_MPa = 30.0;
-constexpr double Pa_per_MPa = 1e6;
-constexpr std::size_t nitrogen = 10, carbon_dioxide = 11;
+// The library's window is open: its ends do not belong to it.
+constexpr Limits t_limits{-23.15, 66.85, "degC"}, p_limits{0.001, 30.0, "MPa"};
+constexpr Limits percent{0.0, 100.0, "mol %"};
 
-struct Method {
-    std::string_view name, title;
-    short code;
-    bool by_density;
+struct Request : StateRequest {
+    std::string method, composition, rho_c;
+    std::string nitrogen = "0", carbon_dioxide = "0";  // mole per cent
+    std::string vapour = "0", heat = "kJ20";
 };
-constexpr std::array<Method, 4> methods{{{"nx19", "NX19 mod.", 0, true},
-                                         {"gerg91", "GERG-91 mod.", 1, true},
-                                         {"aga8", "AGA8-92DC", 2, false},
-                                         {"vnic", "VNIC SMV", 3, false}}};
-
-struct HeatBasis {
-    std::string_view name, unit;
-    char unit_code, temperature_code;
-};
-constexpr std::array<HeatBasis, 4> bases{{{"kJ0", "kJ/m3 at 0 degC", 0, 0},
-                                          {"kcal0", "kcal/m3 at 0 degC", 1, 0},
-                                          {"kJ20", "kJ/m3 at 20 degC", 0, 1},
-                                          {"kcal20", "kcal/m3 at 20 degC", 1, 1}}};
-
-const Method& find_method(const std::string& name) {
-    for (const Method& method : methods)
-        if (method.name == name) return method;
-    throw InputError{name.empty() ? "--method: give one of nx19, gerg91, aga8, vnic"
-                                  : fmt::format("--method {}: there are nx19, gerg91, aga8 and vnic", name)};
-}
 
 // Everything about the gas that does not change from state to state.
 struct Gas {
-    const Method* method;
-    const HeatBasis* basis;
-    GivenComposition composition;
-    double rho_c = 0.0;
-    double vapour = 0.0;
-    [[nodiscard]] std::string_view heat_unit() const {
-        return method->code < 3 ? "MJ/m3 at 20 degC" : basis->unit;
+    short method = 0;
+    char heat_unit = 0, heat_basis = 0;
+    GivenComposition composition{};
+    double rho_c = 0.0, vapour = 0.0;
+
+    [[nodiscard]] bool by_density() const { return is_by_density(method); }
+    [[nodiscard]] std::string_view unit_of_heat() const {
+        return tool::heat_unit(method, heat_unit, heat_basis);
     }
 };
 
@@ -66,18 +47,11 @@ struct State {
     double rho = 0, mu = 0, kappa = 0, lower_heat = 0, higher_heat = 0;
 };
 
-double within(const char* option, const std::string& text, double low, double high, const char* unit) {
-    const Range range = parse_range(option, text);
-    if (range.count != 1) throw InputError{fmt::format("{} {}: expected one number", option, text)};
-    require_within(option, text, range, low, high, unit);
-    return range.start;
-}
-
 // Z = K Zc: the closed formula of Zc cancels, so that this is what the equation of state gave.
 double compressibility_factor(const host::Library& library, const Gas& gas, double K) {
     const host::GasState& state = library->gas;
-    if (gas.method->code == 3) return static_cast<double>(*state.Z);
-    if (gas.method->by_density)
+    if (gas.method == vnic) return static_cast<double>(*state.Z);
+    if (gas.by_density())
         return K * gas::standard_compressibility(static_cast<double>(*state.Roc),
                                                  static_cast<double>(*state.Xa),
                                                  static_cast<double>(*state.Xy));
@@ -91,25 +65,25 @@ std::string_view why_refused(double K) {
     return "refused: the method finds no compressibility here";
 }
 
-State compute(const host::Library& library, cGas2005& c, const Gas& gas, double t_C, double p_MPa) {
-    constexpr double no_column = 0.0;
-    const std::array<double, 15>& x = gas.composition.x;
-    State s{.t_C = t_C, .p_MPa = p_MPa};
-    const char valid =
-        library->Param_gs(&c, t_C, p_MPa * Pa_per_MPa, no_column, no_column, gas.method->code,
-                          gas.composition.volume_fractions ? 1 : 0, x[0], x[1], x[2], x[3], x[4], x[5], x[6],
-                          x[7], x[8], x[9], x[10], x[11], x[12], x[13], x[14], gas.rho_c, s.sum, s.K, s.rho_c);
-    if (valid != 1) {
+State compute(const host::Library& library, cGas2005& c, const Gas& gas, double t, double p) {
+    constexpr double no_column = 0.0, Pa_per_MPa = 1e6;
+    State s{.t_C = t, .p_MPa = p};
+    const auto param_gs = [&](auto... x) {
+        return library->Param_gs(&c, t, p * Pa_per_MPa, no_column, no_column, gas.method,
+                                 gas.composition.volume_fractions ? 1 : 0, x..., gas.rho_c, s.sum, s.K,
+                                 s.rho_c);
+    };
+    if (std::apply(param_gs, gas.composition.x) != 1) {
         s.refused = why_refused(s.K);
         return s;
     }
     s.Z = compressibility_factor(library, gas, s.K);
-    s.computed = library->gas_tf_Param(&c, gas.basis->unit_code, gas.basis->temperature_code, gas.vapour, s.rho,
-                                       s.mu, s.kappa, s.lower_heat, s.higher_heat) == 1;
+    s.computed = library->gas_tf_Param(&c, gas.heat_unit, gas.heat_basis, gas.vapour, s.rho, s.mu, s.kappa,
+                                       s.lower_heat, s.higher_heat) == 1;
     if (!s.computed)
         s.refused = "refused: no water vapour at this pressure, its saturation temperature is too high";
     // The sums assume mole per cent and are a hundredth for fractions.
-    if (gas.composition.volume_fractions && gas.method->code == 3) {
+    if (gas.composition.volume_fractions && gas.method == vnic) {
         s.lower_heat *= 100.0;
         s.higher_heat *= 100.0;
     }
@@ -121,35 +95,50 @@ void print_sheet(const Gas& gas, const State& s) {
         fmt::print("  {:<32}{:>14}{}{}\n", label, value, unit.empty() ? "" : "  ", unit);
     };
     const auto digits = [](double value, int count) { return fmt::format("{:#.{}g}", value, count); };
-    row("method", gas.method->title);
+    row("method", method_name(gas.method));
     row("temperature", fmt::format("{:.8g}", s.t_C), "degC");
     row("absolute pressure", fmt::format("{:.8g}", s.p_MPa), "MPa");
-    if (!gas.method->by_density)
+    if (!gas.by_density())
         row("sum of the composition", digits(s.sum, 7), gas.composition.volume_fractions ? "" : "mol %");
     row("density at standard conditions", digits(s.rho_c, 7), "kg/m3");
+    row("compressibility coefficient K", s.K == 0.0 ? "-" : digits(s.K, 7));
     if (!s.computed) {
-        row("compressibility coefficient K", s.K == 0.0 ? "-" : digits(s.K, 7));
         fmt::print("  {}\n", s.refused);
         return;
     }
-    row("compressibility coefficient K", digits(s.K, 7));
     row("compressibility factor Z", digits(s.Z, 7));
     row("density", digits(s.rho, 7), "kg/m3");
     row("dynamic viscosity", digits(s.mu, 6), "uPa s");
     row("isentropic exponent", digits(s.kappa, 6));
-    row("lower heat of combustion", digits(s.lower_heat, 6), gas.heat_unit());
-    row("higher heat of combustion", digits(s.higher_heat, 6), gas.heat_unit());
+    row("lower heat of combustion", digits(s.lower_heat, 6), gas.unit_of_heat());
+    row("higher heat of combustion", digits(s.higher_heat, 6), gas.unit_of_heat());
 }
 
-void print_table_head(const Gas& gas, double rho_c) {
-    fmt::print("{}, density at standard conditions {:#.7g} kg/m3\n", gas.method->title, rho_c);
-    fmt::print("{:>7} {:>8} {:>9} {:>9} {:>10} {:>9} {:>8}\n", "t", "p", "K", "Z", "density", "viscosity",
-               "kappa");
-    fmt::print("{:>7} {:>8} {:>9} {:>9} {:>10} {:>9}\n", "degC", "MPa", "", "", "kg/m3", "uPa s");
+void print_head(bool csv, const Gas& gas, double rho_c) {
+    if (!csv) {
+        fmt::print(
+            "{}, density at standard conditions {:#.7g} kg/m3\n"
+            "      t        p         K         Z    density viscosity    kappa\n"
+            "   degC      MPa                          kg/m3     uPa s\n",
+            method_name(gas.method), rho_c);
+        return;
+    }
+    // The unit of the heats stands in the names of their columns.
+    std::string unit(gas.unit_of_heat());
+    std::ranges::replace_if(
+        unit, [](char c) { return c == ' ' || c == '/'; }, '_');
+    fmt::print("t_C,p_MPa,status,rho_c_kg_m3,K,Z,rho_kg_m3,mu_uPa_s,kappa,lower_heat_{0},higher_heat_{0}\n",
+               unit);
 }
 
-void print_table_row(const State& s) {
-    if (s.computed)
+void print_row(bool csv, const State& s) {
+    if (csv && s.computed)
+        fmt::print("{},{},1,{},{},{},{},{},{},{},{}\n", s.t_C, s.p_MPa, s.rho_c, s.K, s.Z, s.rho, s.mu, s.kappa,
+                   s.lower_heat, s.higher_heat);
+    else if (csv)
+        fmt::print("{},{},0,{},{},,,,,,\n", s.t_C, s.p_MPa, s.rho_c,
+                   std::isnan(s.K) || s.K == 0.0 ? std::string() : fmt::format("{}", s.K));
+    else if (s.computed)
         fmt::print("{:>7.6g} {:>8.6g} {:>9.6f} {:>9.6f} {:>#10.6g} {:>#9.6g} {:>#8.6g}\n", s.t_C, s.p_MPa, s.K,
                    s.Z, s.rho, s.mu, s.kappa);
     else
@@ -157,128 +146,132 @@ void print_table_row(const State& s) {
                    s.K == 0.0 ? std::string("-") : fmt::format("{:.6f}", s.K), s.refused);
 }
 
-// The unit of the heats stands in the names of their columns.
-void print_csv_head(const Gas& gas) {
-    std::string unit(gas.heat_unit());
-    for (char& c : unit)
-        if (c == ' ' || c == '/') c = '_';
-    fmt::print("t_C,p_MPa,status,rho_c_kg_m3,K,Z,rho_kg_m3,mu_uPa_s,kappa,lower_heat_{},higher_heat_{}\n", unit,
-               unit);
+short find_method(const std::string& name) {
+    const auto* const found = std::ranges::find(methods, name, &Method::word);
+    if (found != methods.end()) return static_cast<short>(found - methods.begin());
+    throw InputError(name.empty() ? "--method: give one of nx19, gerg91, aga8, vnic"
+                                  : fmt::format("--method {}: there are nx19, gerg91, aga8 and vnic", name));
 }
 
-void print_csv_row(const State& s) {
-    if (s.computed)
-        fmt::print("{},{},1,{},{},{},{},{},{},{},{}\n", s.t_C, s.p_MPa, s.rho_c, s.K, s.Z, s.rho, s.mu, s.kappa,
-                   s.lower_heat, s.higher_heat);
-    else
-        fmt::print("{},{},0,{},{},,,,,,\n", s.t_C, s.p_MPa, s.rho_c,
-                   std::isnan(s.K) || s.K == 0.0 ? std::string() : fmt::format("{}", s.K));
+double number_of(const char* option, const std::string& text, const Limits& limits) {
+    const std::optional<double> value = number_within(text, limits);
+    if (!value) throw InputError(option, ": ", expected_within(text, limits));
+    return *value;
 }
 
-Range checked_range(const char* option, const std::string& text, double low, double high, const char* unit,
-                    const char* example) {
-    if (text.empty()) throw InputError{fmt::format("{}: give {}", option, example)};
-    const Range range = parse_range(option, text);
-    // The library's window is open: its ends do not belong to it.
-    for (const double end : {range.start, range.last()})
-        if (!(low < end && end < high))
-            throw InputError{fmt::format("{} {}: must lie between {} and {} {}, the ends excluded", option,
-                                         text, low, high, unit)};
-    return range;
-}
-
-const HeatBasis& find_basis(const std::string& name) {
-    for (const HeatBasis& basis : bases)
-        if (basis.name == name) return basis;
-    throw InputError{fmt::format("--heat {}: there are kJ0, kcal0, kJ20 and kcal20", name)};
+Gas read_gas(const Request& request) {
+    Gas gas{.method = find_method(request.method)};
+    const auto* const heat = std::ranges::find(heat_units, request.heat, &HeatUnit::word);
+    if (heat == heat_units.end())
+        throw InputError("--heat ", request.heat, ": there are kJ0, kcal0, kJ20 and kcal20");
+    gas.heat_unit = static_cast<char>((heat - heat_units.begin()) % 2);
+    gas.heat_basis = static_cast<char>((heat - heat_units.begin()) / 2);
+    gas.vapour = number_of("--vapour", request.vapour, {0.0, 1000.0, "kg/m3"});
+    if (!request.composition.empty()) {
+        if (!request.rho_c.empty())
+            throw InputError("--rho-c: the density follows from --composition; leave one out");
+        gas.composition = read_composition(request.composition);
+        return gas;
+    }
+    if (!gas.by_density())
+        throw InputError("--composition: ", method_name(gas.method), " needs a composition file");
+    if (request.rho_c.empty())
+        throw InputError(
+            "--rho-c: give the density at standard conditions in kg/m3, such as --rho-c 0.68, or "
+            "--composition FILE");
+    gas.rho_c = number_of("--rho-c", request.rho_c, {0.0, 1.0, "kg/m3"});
+    gas.composition.x[nitrogen] = number_of("--n2", request.nitrogen, percent);
+    gas.composition.x[carbon_dioxide] = number_of("--co2", request.carbon_dioxide, percent);
+    return gas;
 }
 
 // Density, nitrogen and carbon dioxide of a composition, for the methods that know a gas by these.
 void reduce_to_density(const host::Library& library, Gas& gas) {
     std::array<double, 15>& x = gas.composition.x;
-    const auto f = [&x](std::size_t i) { return static_cast<float>(x[i]); };
-    (gas.composition.volume_fractions ? library->PF1_2 : library->PF1_1)(
-        f(0), f(1), f(2), f(3), f(4), f(5), f(6), f(7), f(8), f(9), f(10), f(11), f(12), f(13), f(14));
+    const auto set = gas.composition.volume_fractions ? library->PF1_2 : library->PF1_1;
+    std::apply([set](auto... one) { set(static_cast<float>(one)...); }, x);
     gas.rho_c = static_cast<double>(library->PF2());
     if (gas.composition.volume_fractions)
         for (std::size_t i = 0; i < x.size(); ++i) x[i] = 100.0 * static_cast<double>(library->gas.Xi[i]);
     gas.composition.volume_fractions = false;
     if (!(gas.rho_c <= 1.0))
-        throw InputError{fmt::format("--composition: its density is {:#.5g} kg/m3; {} takes up to 1", gas.rho_c,
-                                     gas.method->title)};
+        throw InputError(fmt::format("--composition: its density is {:#.5g} kg/m3; {} takes up to 1", gas.rho_c,
+                                     method_name(gas.method)));
 }
 
-Gas read_gas(const GasRequest& request) {
-    Gas gas{.method = &find_method(request.method), .basis = &find_basis(request.heat), .composition = {}};
-    gas.vapour = within("--vapour", request.vapour, 0.0, 1000.0, "kg/m3");
-    if (!request.composition.empty()) {
-        if (!request.rho_c.empty())
-            throw InputError{"--rho-c: the density follows from --composition; leave one out"};
-        gas.composition = read_composition(request.composition);
-        return gas;
-    }
-    if (!gas.method->by_density)
-        throw InputError{fmt::format("--composition: {} needs a composition file", gas.method->title)};
-    if (request.rho_c.empty())
-        throw InputError{
-            "--rho-c: give the density at standard conditions in kg/m3, such as --rho-c 0.68, or "
-            "--composition FILE"};
-    gas.rho_c = within("--rho-c", request.rho_c, 0.0, 1.0, "kg/m3");
-    gas.composition.x[nitrogen] = within("--n2", request.nitrogen, 0.0, 100.0, "mol %");
-    gas.composition.x[carbon_dioxide] = within("--co2", request.carbon_dioxide, 0.0, 100.0, "mol %");
-    return gas;
+Range range_of(const char* option, const std::string& text, const Limits& limits, const char* example) {
+    if (text.empty()) throw InputError(option, ": give ", example);
+    return parse_range(option, text, limits, true);
 }
 
-void draw(const host::Library& library, cGas2005& c, const Gas& gas, const Drawing& drawing, const Range& t,
-          const Range& p) {
-    static const std::vector<Drawable> offered{{"K", "compressibility coefficient K"},
-                                               {"Z", "compressibility factor Z"},
-                                               {"rho", "density, kg/m3"},
-                                               {"mu", "dynamic viscosity, uPa s"},
-                                               {"kappa", "isentropic exponent"}};
-    const std::size_t chosen = drawn_quantity(drawing, offered);
-    if (drawing.file.empty()) return;
-    const std::string title = fmt::format("Natural gas, {}", gas.method->title);
-    draw_curves(drawing.file, title, offered[chosen], t, p, [&](double t_C, double p_MPa) {
-        const State s = compute(library, c, gas, t_C, p_MPa);
-        const double values[] = {s.K, s.Z, s.rho, s.mu, s.kappa};
-        return Drawn{s.computed ? values[chosen] : std::nan(""), 0};
+int run(const Installation& files, const Request& request) {
+    if (files.gas_data.empty() && (!is_by_density(find_method(request.method)) || !request.composition.empty()))
+        throw InputError(
+            "--gas-data: there is no gas.dat beside the library or in share/kalorfix; give the file");
+    Gas gas = read_gas(request);
+    const Grid grid{range_of("--t", request.t, t_limits, "the temperature in degC, such as --t 15"),
+                    range_of("--p", request.p, p_limits, "the absolute pressure in MPa, such as --p 5.5")};
+    require_size(grid);
+    const host::Runtime runtime(files.gas_data);
+    const host::Library library(files.library);
+    library->Init();
+    if (gas.by_density() && !request.composition.empty()) reduce_to_density(library, gas);
+
+    const host::Owned<cGas2005> calculator = library.gas_calculator();
+    calculator->metering_class = 1;
+    draw_curves(request, fmt::format("Natural gas, {}", method_name(gas.method)),
+                {{"K", "compressibility coefficient K"},
+                 {"Z", "compressibility factor Z"},
+                 {"rho", "density, kg/m3"},
+                 {"mu", "dynamic viscosity, uPa s"},
+                 {"kappa", "isentropic exponent"}},
+                grid, [&](double t, double p, std::size_t chosen) {
+                    const State s = compute(library, *calculator, gas, t, p);
+                    const double values[] = {s.K, s.Z, s.rho, s.mu, s.kappa};
+                    return Drawn{s.computed ? values[chosen] : std::nan(""), 0};
+                });
+    const bool single = !request.csv && grid.size() == 1;
+    bool all = true, begun = false;
+    grid.for_each([&](double t, double p) {
+        const State s = compute(library, *calculator, gas, t, p);
+        all = all && s.computed;
+        if (!single && !begun) print_head(request.csv, gas, s.rho_c);
+        begun = true;
+        single ? print_sheet(gas, s) : print_row(request.csv, s);
     });
+    return all ? 0 : 1;
 }
 
 }  // namespace
 
-bool needs_gas_data(const GasRequest& request) {
-    return !find_method(request.method).by_density || !request.composition.empty();
-}
-
-bool gas(const host::Library& library, const GasRequest& request) {
-    Gas gas = read_gas(request);
-    const Range t =
-        checked_range("--t", request.t, min_t_C, max_t_C, "degC", "the temperature in degC, such as --t 15");
-    const Range p = checked_range("--p", request.p, min_p_MPa, max_p_MPa, "MPa",
-                                  "the absolute pressure in MPa, such as --p 5.5");
-    if (t.count > max_rows / p.count)
-        throw InputError{fmt::format("--t, --p: at most {} rows in all", max_rows)};
-    if (gas.method->by_density && !request.composition.empty()) reduce_to_density(library, gas);
-
-    const host::Owned<cGas2005> calculator = library.gas_calculator();
-    calculator->metering_class = 1;
-    draw(library, *calculator, gas, request.drawing, t, p);
-    const bool single = !request.csv && t.count * p.count == 1;
-    bool all = true;
-    for (std::size_t i = 0; i < t.count; ++i)
-        for (std::size_t j = 0; j < p.count; ++j) {
-            const State s = compute(library, *calculator, gas, t[i], p[j]);
-            all = all && s.computed;
-            if (single) {
-                print_sheet(gas, s);
-            } else {
-                if (i == 0 && j == 0) request.csv ? print_csv_head(gas) : print_table_head(gas, s.rho_c);
-                request.csv ? print_csv_row(s) : print_table_row(s);
-            }
-        }
-    return all;
+Command gas_command() {
+    const auto request = std::make_shared<Request>();
+    Command command{
+        "gas",
+        "Compressibility and properties of natural gas.",
+        "T and P are a number or a range start:stop:step; ranges give a table, at most\n"
+        "1000000 rows, and curves with --svg: over the first range, a line for each value\n"
+        "of the second, at most 12 (else the other way). Exit status 1 when a state was refused.\n\n"
+        "Printed: K = Z/Zc, Z, density at standard and working conditions kg/m3, dynamic\n"
+        "viscosity uPa s, isentropic exponent, heats of combustion. Of these aga8 takes\n"
+        "viscosity, exponent and heats from the density at standard conditions, and the\n"
+        "first two as for a gas without nitrogen and carbon dioxide.\n\n"
+        "A composition file has the heading component,mole_percent or\n"
+        "component,volume_fraction and lines such as methane,96.5; see examples/.",
+        {{"--method", "METHOD", "nx19, gerg91 (by density), aga8, vnic (by composition)", &request->method},
+         {"--t", "T", "temperature, -23.15..66.85 degC", &request->t},
+         {"--p", "P", "absolute pressure, 0.001..30 MPa", &request->p},
+         {"--composition", "FILE", "composition file, for every method", &request->composition},
+         {"--rho-c", "RHO", "nx19, gerg91: density at 20 degC and 101.325 kPa, 0..1 kg/m3", &request->rho_c},
+         {"--n2", "X", "nx19, gerg91: nitrogen, 0..100 mol % (default 0)", &request->nitrogen},
+         {"--co2", "X", "nx19, gerg91: carbon dioxide, 0..100 mol % (default 0)", &request->carbon_dioxide},
+         {"--vapour", "RHO", "water vapour in a cubic metre, kg (default 0)", &request->vapour},
+         {"--heat", "BASIS", "vnic: heats in kJ0, kcal0, kJ20 (default), kcal20, per\nm3 at 0 or 20 degC",
+          &request->heat}}};
+    for (const Option& option : output_options(*request, "K (default), Z, rho, mu, kappa"))
+        command.options.push_back(option);
+    command.run = [request](const Installation& files) { return run(files, *request); };
+    return command;
 }
 
 }  // namespace kalorfix::tool

@@ -3,23 +3,17 @@
 #include <fmt/format.h>
 #include <openssl/evp.h>
 
+#include <algorithm>
 #include <array>
-#include <fstream>
-#include <iterator>
-#include <memory>
 #include <optional>
 #include <string>
 
+#include "tools/commands.h"
+#include "tools/host.h"
+#include "tools/text.h"
+
 namespace kalorfix::tool {
 namespace {
-
-std::optional<std::string> content_of(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string content{std::istreambuf_iterator<char>(in), {}};
-    if (in.bad()) return std::nullopt;
-    return content;
-}
 
 std::string sha256(const std::string& content) {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
@@ -43,14 +37,12 @@ std::vector<std::pair<std::string, std::string>> build_items(const std::string& 
     const std::string content = content_of(library_file).value_or("");
     const std::string mark = "@(#)kalorfix; ";
     const std::size_t found = content.find(mark);
-    std::string line = found == std::string::npos ? "build: unknown" : content.c_str() + found + mark.size();
+    const std::string line =
+        found == std::string::npos ? "build: unknown" : content.c_str() + found + mark.size();
     std::vector<std::pair<std::string, std::string>> items;
-    for (std::size_t begin = 0; begin < line.size();) {
-        const std::size_t end = std::min(line.find("; ", begin), line.size());
-        const std::string item = line.substr(begin, end - begin);
-        const std::size_t colon = item.find(": ");
-        items.emplace_back(item.substr(0, colon), colon == std::string::npos ? "" : item.substr(colon + 2));
-        begin = end + 2;
+    for (const std::string_view item : split(line, ';')) {
+        const std::size_t colon = std::min(item.find(": "), item.size());
+        items.emplace_back(item.substr(0, colon), item.substr(std::min(colon + 2, item.size())));
     }
     return items;
 }
@@ -60,24 +52,24 @@ std::string file_digest(const std::string& path) {
     return content ? sha256(*content) : "no such file";
 }
 
-void identity(const host::Library& library) {
-    const std::string path = library.path();
-    for (const auto& [name, value] : build_items(path)) fmt::print("{:<13}{}\n", name, value);
-    print_file("library", path);
-    const CSRV_PATH& p = *library->SRV_Path;
-    print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
-    if (const std::string own = host::gas_data_of(path); !own.empty()) print_file("  or", own);
-    fmt::print("directories\n");
-    const std::pair<const char*, const char*> rows[] = {{"TORNPATH", p.TORNPATH},
-                                                        {"PATHDB", p.PATHDB},
-                                                        {"PRG", p.PRG},
-                                                        {"SYSTEM", p.SYSTEM},
-                                                        {"LIB", p.LIB},
-                                                        {"DIC", p.DIC},
-                                                        {"SETTINGS", p.SETTINGS},
-                                                        {"PRG_DEBUG", p.PRG_DEBUG},
-                                                        {"XML_SETTINGS", p.XML_SETTINGS}};
-    for (const auto& [name, directory] : rows) fmt::print("  {:<14}{}\n", name, directory);
+Command id_command() {
+    const auto run = [](const Installation& files) {
+        const host::Library library(files.library);
+        const std::string path = library.path();
+        for (const auto& [name, value] : build_items(path)) fmt::print("{:<13}{}\n", name, value);
+        print_file("library", path);
+        const CSRV_PATH& p = *library->SRV_Path;
+        print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
+        if (const std::string own = host::gas_data_of(path); !own.empty()) print_file("  or", own);
+        fmt::print("directories\n");
+        constexpr std::array names{"TORNPATH", "PATHDB",   "PRG",       "SYSTEM",      "LIB",
+                                   "DIC",      "SETTINGS", "PRG_DEBUG", "XML_SETTINGS"};
+        const std::array paths{p.TORNPATH, p.PATHDB,   p.PRG,       p.SYSTEM,      p.LIB,
+                               p.DIC,      p.SETTINGS, p.PRG_DEBUG, p.XML_SETTINGS};
+        for (std::size_t k = 0; k < names.size(); ++k) fmt::print("  {:<14}{}\n", names[k], paths[k]);
+        return 0;
+    };
+    return {"id", "Version, build, digests of library and gas data, paths.", "", {}, {}, run};
 }
 
 }  // namespace kalorfix::tool

@@ -5,8 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "tools/host.h"
-
 namespace kalorfix::tool {
 
 /// Name and value of each item that the library file carries: version, compiler, flags, build, target.
@@ -14,8 +12,5 @@ namespace kalorfix::tool {
 
 /// SHA-256 of a file in hexadecimal digits; "no such file" when it cannot be read.
 [[nodiscard]] std::string file_digest(const std::string& path);
-
-/// Prints version, build and digests, and the directories in force.
-void identity(const host::Library& library);
 
 }  // namespace kalorfix::tool

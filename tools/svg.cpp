@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-#include "tools/range.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::svg {
 namespace {
@@ -40,27 +40,23 @@ bool finite(const std::pair<double, double>& point) {
     return std::isfinite(point.first) && std::isfinite(point.second);
 }
 
+// The curve as a path; a point with a gap on both sides is a dot.
 std::string path(const Curve& curve, const Scale& x, const Scale& y, std::string_view colour) {
     std::string d, dots;
-    bool pen_down = false;
-    for (std::size_t k = 0; k < curve.points.size(); ++k) {
-        if (!finite(curve.points[k])) {
-            pen_down = false;
-            continue;
-        }
-        const std::string place =
-            fmt::format("{:.2f} {:.2f}", x(curve.points[k].first), y(curve.points[k].second));
-        const bool goes_on = k + 1 < curve.points.size() && finite(curve.points[k + 1]);
-        if (!pen_down && !goes_on)
-            dots += fmt::format("<circle cx=\"{:.2f}\" cy=\"{:.2f}\" r=\"2\" fill=\"{}\"/>\n",
-                                x(curve.points[k].first), y(curve.points[k].second), colour);
-        d += (pen_down ? "L" : "M") + place;
-        pen_down = true;
+    const std::vector<std::pair<double, double>>& points = curve.points;
+    const auto there = [&](std::size_t k) { return k < points.size() && finite(points[k]); };
+    for (std::size_t k = 0; k < points.size(); ++k) {
+        if (!there(k)) continue;
+        const double at_x = x(points[k].first), at_y = y(points[k].second);
+        const bool goes_on = k > 0 && there(k - 1);
+        if (!goes_on && !there(k + 1))
+            dots +=
+                fmt::format("<circle cx=\"{:.2f}\" cy=\"{:.2f}\" r=\"2\" fill=\"{}\"/>\n", at_x, at_y, colour);
+        d += fmt::format("{}{:.2f} {:.2f}", goes_on ? "L" : "M", at_x, at_y);
     }
     return fmt::format(
-               "<path d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.6\" stroke-linejoin=\"round\"/>\n",
-               d, colour) +
-           dots;
+        "<path d=\"{}\" fill=\"none\" stroke=\"{}\" stroke-width=\"1.6\" stroke-linejoin=\"round\"/>\n{}", d,
+        colour, dots);
 }
 
 std::string axes(const Plot& plot, const Scale& x, const Scale& y) {
@@ -84,24 +80,14 @@ std::string axes(const Plot& plot, const Scale& x, const Scale& y) {
 }  // namespace
 
 std::string escape(std::string_view content) {
+    constexpr std::string_view special = "&<>\"";
+    constexpr std::array<std::string_view, special.size()> entities{"&amp;", "&lt;", "&gt;", "&quot;"};
     std::string out;
-    for (const char c : content) switch (c) {
-            case '&':
-                out += "&amp;";
-                break;
-            case '<':
-                out += "&lt;";
-                break;
-            case '>':
-                out += "&gt;";
-                break;
-            case '"':
-                out += "&quot;";
-                break;
-            default:
-                // Control characters have no place in XML.
-                out += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-        }
+    for (const char c : content)
+        if (const std::size_t found = special.find(c); found != std::string_view::npos)
+            out += entities[found];
+        else  // Control characters have no place in XML.
+            out += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
     return out;
 }
 
@@ -149,7 +135,7 @@ std::string draw(const Plot& plot) {
                 xs.take(point.first);
                 ys.take(point.second);
             }
-    if (xs.empty()) throw InputError{"--svg: there is nothing to draw, no state has this quantity"};
+    if (xs.empty()) throw InputError("--svg: there is nothing to draw, no state has this quantity");
     if (xs.high == xs.low) xs.widen(0.0);
     ys.widen(0.04);
     const Scale x{xs.low, xs.high, left, right}, y{ys.low, ys.high, bottom, top};

@@ -12,23 +12,40 @@ double ideal_density(double p_MPa, double theta) {
     return ideal_reduced_density * (p_MPa / critical_pressure_MPa) / theta;
 }
 
-constexpr double newton_tolerance = 1e-6;
+// A relative step of this size leaves, to the fourth power, about the tolerance; where terms 55 and 56 count, the step is no more
+// than Newton's.
+constexpr double last_step = 1e-2;
+constexpr double tolerance = 1e-10;
 
 // Reduced density that no state from 273.15 to 1073.15 K and up to 100 MPa reaches.
 constexpr double upper_bound = 3.6;
 
-bool newton(const ResidualAt& residual, const DensityProblem& problem, DensityRoot& root) {
+// The relative step to the root of the isotherm's Taylor polynomial of third order, by Newton's method from its own first step.
+double taylor_step(const DensityDerivatives& at, double pressure_ratio) {
+    const double a = at.stiffness();
+    const double b = at.d + 2.0 * at.dd + 0.5 * at.ddd;
+    const double c = at.dd + at.ddd + at.dddd / 6.0;
+    const double excess = pressure_ratio - at.compressibility();
+    const double newton = excess / a;
+    double step = newton;
+    for (int k = 0; k < 2; ++k)
+        step -= (step * (a + step * (b + step * c)) - excess) / (a + step * (2.0 * b + 3.0 * step * c));
+    // Far from the root the polynomial may have none near.
+    return std::fabs(step - newton) < 0.5 * std::fabs(newton) ? step : newton;
+}
+
+bool iterate(const ResidualAt& residual, const DensityProblem& problem, DensityRoot& root) {
     double delta = problem.start;
-    while (root.steps < newton_step_cap) {
+    while (root.steps < step_cap) {
         const DensityDerivatives at = residual.density_derivatives(delta);
         ++root.steps;
-        const double step = (problem.target - delta * at.compressibility()) / at.stiffness();
-        delta += step;
-        if (!std::isfinite(delta)) return false;
-        if (std::fabs(step) <= newton_tolerance * std::fabs(delta)) {
+        const double step = taylor_step(at, problem.target / delta);
+        delta += step * delta;
+        // Close to the critical point, where the isotherm is level, a step can lead anywhere.
+        if (!(delta > 0.0 && delta < upper_bound)) return false;
+        if (std::fabs(step) <= (at.critical ? 1e-6 : last_step)) {
             root.delta = delta;
-            // Close to the critical point a step can be thrown onto a root of the equation below zero.
-            return delta >= 0.0;
+            return true;
         }
     }
     return false;
@@ -42,7 +59,7 @@ bool bracket(const ResidualAt& residual, const DensityProblem& problem, DensityR
     double low = 0.0;
     double high = upper_bound;
     double width = 2.0 * (high - low);
-    for (double delta = 1.0; root.steps < newton_step_cap + bracket_step_cap;) {
+    for (double delta = 1.0; root.steps < step_cap + bracket_step_cap;) {
         const DensityDerivatives at = residual.density_derivatives(delta);
         ++root.steps;
         const double excess = delta * at.compressibility() - problem.target;
@@ -71,10 +88,21 @@ double liquid_start(double T_K, double p_MPa, double p_sat_MPa) {
     return saturated_liquid_density_kgm3(T_K) / critical_density_kgm3 * (1.0 + compression);
 }
 
-// Vapour and gas: the virial equation delta (1 + B delta) = target, as far as it has a solution.
-double gas_start(double second_virial, double target) {
-    const double discriminant = 1.0 + 4.0 * second_virial * target;
+// Vapour and gas: the virial equation delta (1 + B delta) = target.
+double virial_start(double discriminant, double target) {
     return discriminant > 0.0 ? 2.0 * target / (1.0 + std::sqrt(discriminant)) : target;
+}
+
+// Dense fluid above T_c: a rational function of the density as an ideal gas, fitted to IAPWS-95 up to 1073.15 K and 100 MPa; within 6 % as a
+// rule, 20 % from 680 K and 60 % near the critical point.
+double supercritical_start(double theta, double target) {
+    const double s = 1.0 - 1.0 / theta;
+    const double t = target;
+    const double numerator = 1.0 + t * (-5.36266614 + 22.37874764 * s + t * (13.6376642 - 43.3336651 * s));
+    const double denominator =
+        1.0 + t * (-5.55168915 + 22.17870887 * s +
+                   t * (8.46972554 - 34.10104926 * s + t * (0.09544542 + 6.82689498 * s)));
+    return t * numerator / denominator;
 }
 
 }  // namespace
@@ -82,16 +110,16 @@ double gas_start(double second_virial, double target) {
 DensityProblem single_phase_problem(const ResidualAt& residual, double T_K, double p_MPa) {
     const double theta = T_K / critical_temperature_K;
     const double target = ideal_density(p_MPa, theta);
+    const double discriminant = 1.0 + 4.0 * residual.second_virial() * target;
+    constexpr double dilute = 0.3;
     if (theta < 1.0) {
         const double p_sat_MPa = saturation_pressure_MPa(T_K);
         if (p_MPa / critical_pressure_MPa >= p_sat_MPa / critical_pressure_MPa)
             return {target, liquid_start(T_K, p_MPa, p_sat_MPa)};
-        return {target, gas_start(residual.second_virial(), target)};
+        return {target, virial_start(discriminant, target)};
     }
-    const double pi = p_MPa / critical_pressure_MPa;
-    const double start = pi < 1.05 ? gas_start(residual.second_virial(), target)
-                                   : 9.0 * ideal_reduced_density * pi / ((1.1 * pi + 0.7) * theta);
-    return {target, start};
+    if (discriminant > dilute) return {target, virial_start(discriminant, target)};
+    return {target, supercritical_start(theta, target)};
 }
 
 DensityProblem saturated_vapour_problem(double T_K) {
@@ -101,11 +129,17 @@ DensityProblem saturated_vapour_problem(double T_K) {
 }
 
 DensityRoot solve_density(const ResidualAt& residual, const DensityProblem& problem) {
-    DensityRoot root{0.0, 0, false, false};
-    root.found = newton(residual, problem, root);
-    if (!root.found) {
-        root.bracketed = true;
-        root.found = bracket(residual, problem, root);
+    DensityRoot root{};
+    root.found = problem.target == 0.0 || iterate(residual, problem, root);
+    if (!root.found) root.found = root.bracketed = bracket(residual, problem, root);
+    if (!root.found) return root;
+    root.at = residual.all(root.delta);
+    if (root.bracketed) return root;
+    const double rest = (problem.target / root.delta - root.at.compressibility()) / root.at.stiffness();
+    if (std::fabs(rest) > tolerance) {
+        root.delta += rest * root.delta;
+        root.at = residual.all(root.delta);
+        ++root.steps;
     }
     return root;
 }

@@ -18,18 +18,19 @@ struct DensityProblem {
 
 struct DensityRoot {
     double delta;
-    int steps;       ///< evaluations of the equation, Newton and bracketing together
-    bool bracketed;  ///< the Newton iteration failed and the bracketing method found the root
+    Helmholtz at;    ///< the residual function there
+    int steps;       ///< evaluations of the equation, iteration and bracketing together
+    bool bracketed;  ///< the iteration failed and the bracketing method found the root
     bool found;
 };
 
-/// Solves delta (1 + delta phi_d) = target. The Newton iteration comes first, and what it converges to is the
-/// result: it stops when |step| <= 1e-6 |delta|, after which delta is good to some 1e-12. Where it does not
-/// converge to a density within `newton_step_cap` steps, which happens only within some mK of the critical point,
-/// a bracketing method solves the same equation.
+/// Solves delta (1 + delta phi_d) = target. Each step goes to the root of the isotherm's Taylor polynomial of third order;
+/// the equation is checked once more where the properties are taken, so that delta is good to 1e-10 and mostly to rounding.
+/// Where the iteration does not converge to a density within `step_cap` steps, which happens only within some mK of the
+/// critical point, a bracketing method solves the same equation.
 [[nodiscard]] DensityRoot solve_density(const ResidualAt& residual, const DensityProblem& problem);
 
-inline constexpr int newton_step_cap = 100;
+inline constexpr int step_cap = 100;
 inline constexpr int bracket_step_cap = 200;
 
 }  // namespace kalorfix::water

@@ -4,11 +4,23 @@
 #include <cmath>
 #include <utility>
 
+#include "props/water/nonanalytic.h"
+#include "runtime/exponential.h"
+
 namespace kalorfix::water {
 namespace {
 
-// A factor exp(-60) cannot reach the last bit of any sum that it enters, whatever its derivatives multiply it by.
+// A factor exp(-x) beyond these cannot reach the last bit of any sum that it enters, whatever multiplies it: terms 52 to 54 by
+// temperature, terms 48 to 51 (up to tau^50) and 47 by density.
 constexpr double negligible_exponent = 60.0;
+constexpr double negligible_decay = 110.0;
+
+// The same for terms 55 and 56: in the density equation, in the second derivatives by temperature above T_c, and below it,
+// where no state has a density near the critical one.
+constexpr double negligible_in_density = 22.0;
+constexpr double felt_in_higher_order = 20.0;
+constexpr double negligible_above_critical = 44.0;
+constexpr double negligible_below_critical = 38.5;
 
 constexpr int max_delta_power = 15;
 
@@ -130,67 +142,6 @@ void unrolled(Function&& f) {
     (std::make_index_sequence<count>{});
 }
 
-// --- Terms 55 and 56: F = n delta Delta^b psi ------------------------------------------------------------
-
-// Delta(delta, tau) with its derivatives, divided by Delta; common to both terms. The powers of (delta - 1)^2 are
-// written so that nothing is divided by delta - 1.
-struct Distance {
-    double ln_Delta;
-    double inverse;       // 1 / Delta
-    double d, dd, t, dt;  // Delta_d / Delta and so on; Delta_tt is 2
-};
-
-// Gives false where Delta is zero: at the critical point itself the second derivatives do not exist.
-bool distance(double delta, double tau, Distance& out) {
-    constexpr double A = nonanalytic_A, B = nonanalytic_B, a = nonanalytic_a, beta = nonanalytic_beta;
-    static_assert(a == 3.5 && beta == 0.3, "the powers below are written out for these exponents");
-    constexpr double half_inverse_beta = 1.0 / (2.0 * beta);
-
-    const double x = delta - 1.0;
-    const double y = x * x;                             // (delta - 1)^2
-    const double y_2_3 = square(square(std::cbrt(x)));  // y^(1/(2 beta) - 1)
-    const double y_5_2 = y * y * std::fabs(x);          // y^(a - 1)
-    const double theta = (1.0 - tau) + A * y * y_2_3;
-    const double Delta = theta * theta + B * y * y_5_2;
-    if (!(Delta > 0.0)) return false;
-
-    const double slope = 2.0 * A * theta / beta * y_2_3 + 2.0 * B * a * y_5_2;  // Delta_d / (delta - 1)
-    const double curve = slope + 4.0 * B * a * (a - 1.0) * y_5_2 + 2.0 * square(A / beta) * y * y_2_3 * y_2_3 +
-                         4.0 * A * theta / beta * (half_inverse_beta - 1.0) * y_2_3;
-    const double inverse = 1.0 / Delta;
-    out = {std::log(Delta),        inverse,
-           x * slope * inverse,    curve * inverse,
-           -2.0 * theta * inverse, -2.0 * A / beta * x * y_2_3 * inverse};
-    return true;
-}
-
-// Adds the terms by the derivatives of l = ln(Delta^b psi).
-void add_nonanalytic(double delta, double tau, Helmholtz& sum) {
-    const double x = delta - 1.0;
-    const double s = tau - 1.0;
-    Distance D{};
-    bool known = false;
-    for (const NonanalyticTerm& term : nonanalytic_terms) {
-        const double exponent = term.C * x * x + term.D * s * s;
-        if (exponent > negligible_exponent) continue;
-        if (!known && !distance(delta, tau, D)) return;
-        known = true;
-
-        const double F = term.n * delta * std::exp(term.b * D.ln_Delta - exponent);
-        const double l_d = delta * (term.b * D.d - 2.0 * term.C * x);
-        const double l_dd = delta * delta * (term.b * (D.dd - D.d * D.d) - 2.0 * term.C);
-        const double l_t = tau * (term.b * D.t - 2.0 * term.D * s);
-        const double l_tt = tau * tau * (term.b * (2.0 * D.inverse - D.t * D.t) - 2.0 * term.D);
-        const double l_dt = delta * tau * term.b * (D.dt - D.d * D.t);
-        sum.phi += F;
-        sum.d += F * (1.0 + l_d);
-        sum.dd += F * (2.0 * l_d + l_d * l_d + l_dd);
-        sum.t += F * l_t;
-        sum.tt += F * (l_t * l_t + l_tt);
-        sum.dt += F * (l_t + l_d * l_t + l_dt);
-    }
-}
-
 // --- Powers of delta and the exponential factors -----------------------------------------------------
 
 struct DeltaPowers {
@@ -202,44 +153,100 @@ struct DeltaPowers {
     std::array<double, max_delta_power + 1> power;
 };
 
-// The moments sum a delta^d, sum a d delta^d and sum a d^2 delta^d of one group's polynomial.
-struct Moments {
-    double m0 = 0.0, m1 = 0.0, m2 = 0.0;
-};
+// Two sums at a time, where the processor can.
+using Pair [[gnu::vector_size(2 * sizeof(double))]] = double;
+
+// The moments sum a d^n delta^d of one group's polynomial, n = 0 to order.
+template <int order, class Value>
+using Moments = std::array<Value, order + 1>;
 
 // The exponents are known at compile time, so this is straight-line code without a table look-up.
-template <std::size_t group>
-Moments moments(const std::array<double, merged_term_count>& a, const DeltaPowers& delta) {
+template <int order, std::size_t group, class Value>
+Moments<order, Value> moments(const std::array<Value, merged_term_count>& a, const DeltaPowers& delta) {
     constexpr std::size_t begin = layout.group_begin[group];
     constexpr std::size_t count = layout.group_begin[group + 1] - begin;
-    Moments sum;
+    Moments<order, Value> sum{};
     unrolled<count>([&]<std::size_t k>() {
         constexpr int d = layout.merged[begin + k].d;
-        const double x = a[begin + k] * delta.power[static_cast<std::size_t>(d)];
-        sum.m0 += x;
-        sum.m1 += static_cast<double>(d) * x;
-        sum.m2 += static_cast<double>(d * d) * x;
+        Value x = a[begin + k] * delta.power[static_cast<std::size_t>(d)];
+        for (Value& moment : sum) {
+            moment += x;
+            x *= d;
+        }
     });
     return sum;
 }
 
-// exp(-delta^c) of a group, and u = c delta^c: each delta^d exp(-delta^c) has the logarithmic derivatives
-// (d - u) and (d - u)(d - u - 1) - c u.
-struct Decay {
-    double factor, u, c;
+// exp(-delta^c) of each group; in the place of the first, which has none, that of the Gaussian terms.
+std::array<double, group_exponents.size()> exponential_factors(const DeltaPowers& delta) {
+    std::array<double, group_exponents.size()> x;
+    x[0] = -std::min(gaussian_alpha * square(delta.power[1] - gaussian_epsilon), negligible_decay);
+    for (std::size_t g = 1; g < x.size(); ++g)
+        x[g] = -std::min(delta.power[static_cast<std::size_t>(group_exponents[g])], negligible_decay);
+    exponentials(x);
+    return x;
+}
 
-    [[nodiscard]] double d(const Moments& m) const { return factor * (m.m1 - u * m.m0); }
-    [[nodiscard]] double dd(const Moments& m) const {
-        return factor * (m.m2 - (2.0 * u + 1.0) * m.m1 + u * (u + 1.0 - c) * m.m0);
+// exp(-delta^c) of a group: applied to delta^d exp(-delta^c), delta times the derivative by delta is d - u with u = c delta^c,
+// and u itself goes to c u. b1 to b4 are what that makes of the exponential alone.
+template <int c>
+struct Decay {
+    double factor, b1, b2, b3, b4;
+
+    Decay(const DeltaPowers& delta, double exponential) : factor(exponential) {
+        const double u = c * delta.power[static_cast<std::size_t>(c)];
+        b1 = -u;
+        b2 = u * (u - c);
+        b3 = -u * (u * (u - 3 * c) + c * c);
+        b4 = u * (u * (u * (u - 6 * c) + 7 * c * c) - c * c * c);
+    }
+    template <class M>
+    [[nodiscard]] auto value(const M& m) const {
+        return factor * m[0];
+    }
+    template <class M>
+    [[nodiscard]] auto first(const M& m) const {
+        return factor * (m[1] + b1 * m[0]);
+    }
+    template <class M>
+    [[nodiscard]] auto second(const M& m) const {
+        return factor * (m[2] + 2.0 * b1 * m[1] + b2 * m[0]);
+    }
+    template <class M>
+    [[nodiscard]] auto third(const M& m) const {
+        return factor * (m[3] + 3.0 * (b1 * m[2] + b2 * m[1]) + b3 * m[0]);
+    }
+    template <class M>
+    [[nodiscard]] auto fourth(const M& m) const {
+        return factor * (m[4] + 4.0 * (b1 * m[3] + b3 * m[1]) + 6.0 * b2 * m[2] + b4 * m[0]);
     }
 };
 
-template <std::size_t group>
-Decay decay(const DeltaPowers& delta) {
-    constexpr int c = group_exponents[group];
-    const double power = delta.power[static_cast<std::size_t>(c)];
-    return {c == 0 ? 1.0 : std::exp(-power), c * power, c};
-}
+// Terms 1 to 7 have no exponential.
+template <>
+struct Decay<0> {
+    Decay(const DeltaPowers&, double) {}
+    template <class M>
+    [[nodiscard]] static auto value(const M& m) {
+        return m[0];
+    }
+    template <class M>
+    [[nodiscard]] static auto first(const M& m) {
+        return m[1];
+    }
+    template <class M>
+    [[nodiscard]] static auto second(const M& m) {
+        return m[2];
+    }
+    template <class M>
+    [[nodiscard]] static auto third(const M& m) {
+        return m[3];
+    }
+    template <class M>
+    [[nodiscard]] static auto fourth(const M& m) {
+        return m[4];
+    }
+};
 
 }  // namespace
 
@@ -271,87 +278,96 @@ ResidualAt::ResidualAt(double tau) : tau_(tau) {
         const GaussianTerm& g = gaussian_terms[k];
         const double exponent = g.beta * square(tau - g.gamma);
         const double tau_power = g.t == 0 ? 1.0 : power[static_cast<std::size_t>(g.t)];
-        gaussian_factor_[k] = exponent > negligible_exponent ? 0.0 : g.n * tau_power * std::exp(-exponent);
+        gaussian_factor_[k] = exponent > negligible_exponent ? 0.0 : g.n * tau_power * exponential(-exponent);
         gaussian_sum_ += gaussian_factor_[k];
     }
 
-    double least = negligible_exponent + 1.0;
-    for (const NonanalyticTerm& term : nonanalytic_terms) least = std::min(least, term.D * square(tau - 1.0));
-    near_critical_ = least <= negligible_exponent;
+    near_critical_ = nonanalytic_terms[0].D * square(tau - 1.0) <= negligible_above_critical;
 }
 
 DensityDerivatives ResidualAt::density_derivatives(double delta) const {
     const DeltaPowers powers(delta);
-    DensityDerivatives sum{0.0, 0.0};
+    const auto factor = exponential_factors(powers);
+    double first = 0.0, second = 0.0, third = 0.0, fourth = 0.0;
+    bool critical = false;
+    Helmholtz nonanalytic{};
+    if (near_critical_) {
+        const double exponent = nonanalytic_exponent(nonanalytic_terms[0], delta, tau_);
+        critical = exponent < felt_in_higher_order;
+        if (exponent < negligible_in_density) add_nonanalytic(delta, tau_, negligible_in_density, nonanalytic);
+    }
 
     unrolled<group_exponents.size()>([&]<std::size_t group>() {
-        const Moments m = moments<group>(merged_, powers);
-        const Decay e = decay<group>(powers);
-        sum.d += e.d(m);
-        sum.dd += e.dd(m);
+        const auto m = moments<4, group>(merged_, powers);
+        const Decay<group_exponents[group]> e(powers, factor[group]);
+        first += e.first(m);
+        second += e.second(m);
+        third += e.third(m);
+        fourth += e.fourth(m);
     });
 
     if (gaussian_sum_ != 0.0) {
         const double x = delta - gaussian_epsilon;
-        const double e = gaussian_sum_ * powers.power[gaussian_d] * std::exp(-gaussian_alpha * x * x);
-        const double factor = gaussian_d - 2.0 * gaussian_alpha * delta * x;
-        sum.d += e * factor;
-        sum.dd += e * (factor * factor - gaussian_d - 2.0 * gaussian_alpha * delta * delta);
+        const double e = gaussian_sum_ * powers.power[gaussian_d] * factor[0];
+        // Logarithmic derivatives of delta^d exp(-alpha (delta - 1)^2)
+        constexpr double k = 2.0 * gaussian_alpha;
+        const double l1 = gaussian_d - k * delta * x;
+        const double l2 = -k * delta * (2.0 * delta - 1.0);
+        const double l3 = -k * delta * (4.0 * delta - 1.0);
+        const double l4 = -k * delta * (8.0 * delta - 1.0);
+        first += e * l1;
+        second += e * (l1 * l1 + l2);
+        third += e * (l1 * (l1 * l1 + 3.0 * l2) + l3);
+        fourth += e * (l1 * (l1 * (l1 * l1 + 6.0 * l2) + 4.0 * l3) + 3.0 * l2 * l2 + l4);
     }
 
-    if (near_critical_) {
-        Helmholtz rest{};
-        add_nonanalytic(delta, tau_, rest);
-        sum.d += rest.d;
-        sum.dd += rest.dd;
-    }
-    return sum;
+    // From powers of delta d/d(delta) to delta^n times the n-th derivative.
+    return {first + nonanalytic.d, second - first + nonanalytic.dd, third - 3.0 * second + 2.0 * first,
+            fourth - 6.0 * third + 11.0 * second - 6.0 * first, critical};
 }
 
 Helmholtz ResidualAt::all(double delta) const {
     const DeltaPowers powers(delta);
+    const auto factor = exponential_factors(powers);
     Helmholtz sum{};
+    if (near_critical_)
+        add_nonanalytic(delta, tau_, tau_ < 1.0 ? negligible_above_critical : negligible_below_critical, sum);
 
-    // The same merging for the factors t and t (t - 1) that the derivatives by tau bring.
-    std::array<double, merged_term_count> merged_t{};
-    std::array<double, merged_term_count> merged_tt{};
+    // The same merging for the factors t and t (t - 1) that the derivatives by tau bring, both at a time.
+    std::array<Pair, merged_term_count> merged_t{};
     unrolled<power_terms.size()>([&]<std::size_t k>() {
         constexpr double t = power_terms[k].t;
-        merged_t[layout.merged_of[k]] += t * term_[k];
-        merged_tt[layout.merged_of[k]] += t * (t - 1.0) * term_[k];
+        merged_t[layout.merged_of[k]] += Pair{t, t * (t - 1.0)} * term_[k];
     });
 
     unrolled<group_exponents.size()>([&]<std::size_t group>() {
-        const Moments m = moments<group>(merged_, powers);
-        const Moments mt = moments<group>(merged_t, powers);
-        const Moments mtt = moments<group>(merged_tt, powers);
-        const Decay e = decay<group>(powers);
-        sum.phi += e.factor * m.m0;
-        sum.d += e.d(m);
-        sum.dd += e.dd(m);
-        sum.t += e.factor * mt.m0;
-        sum.tt += e.factor * mtt.m0;
-        sum.dt += e.d(mt);
+        const auto m = moments<2, group>(merged_, powers);
+        const auto mt = moments<1, group>(merged_t, powers);
+        const Decay<group_exponents[group]> e(powers, factor[group]);
+        sum.phi += e.value(m);
+        sum.d += e.first(m);
+        sum.dd += e.second(m) - e.first(m);
+        sum.t += e.value(mt)[0];
+        sum.tt += e.value(mt)[1];
+        sum.dt += e.first(mt)[0];
     });
 
     if (gaussian_sum_ != 0.0) {
         const double x = delta - gaussian_epsilon;
-        const double e = powers.power[gaussian_d] * std::exp(-gaussian_alpha * x * x);
-        const double factor = gaussian_d - 2.0 * gaussian_alpha * delta * x;
+        const double e = powers.power[gaussian_d] * factor[0];
+        const double slope = gaussian_d - 2.0 * gaussian_alpha * delta * x;
         for (std::size_t k = 0; k < gaussian_terms.size(); ++k) {
             const GaussianTerm& g = gaussian_terms[k];
             const double value = e * gaussian_factor_[k];
             const double tau_factor = g.t - 2.0 * g.beta * tau_ * (tau_ - g.gamma);
             sum.phi += value;
-            sum.d += value * factor;
-            sum.dd += value * (factor * factor - gaussian_d - 2.0 * gaussian_alpha * delta * delta);
+            sum.d += value * slope;
+            sum.dd += value * (slope * slope - gaussian_d - 2.0 * gaussian_alpha * delta * delta);
             sum.t += value * tau_factor;
             sum.tt += value * (tau_factor * tau_factor - g.t - 2.0 * g.beta * tau_ * tau_);
-            sum.dt += value * factor * tau_factor;
+            sum.dt += value * slope * tau_factor;
         }
     }
-
-    if (near_critical_) add_nonanalytic(delta, tau_, sum);
     return sum;
 }
 

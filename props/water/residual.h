@@ -11,10 +11,14 @@
 
 namespace kalorfix::water {
 
-/// Derivatives by density alone: all that a step of the density iteration needs.
+/// Derivatives by density alone: all that a step of the density iteration needs. Those of third and fourth order leave out
+/// terms 55 and 56: they only make the step longer.
 struct DensityDerivatives {
-    double d;   ///< delta phi_d
-    double dd;  ///< delta^2 phi_dd
+    double d;       ///< delta phi_d
+    double dd;      ///< delta^2 phi_dd
+    double ddd;     ///< delta^3 phi_ddd
+    double dddd;    ///< delta^4 phi_dddd
+    bool critical;  ///< so close to the critical point that what is left out counts
 
     /// p / (rho R T)
     [[nodiscard]] double compressibility() const { return 1.0 + d; }
@@ -51,7 +55,7 @@ class ResidualAt {
 public:
     explicit ResidualAt(double tau);
 
-    /// delta phi_d and delta^2 phi_dd at a reduced density.
+    /// The derivatives by density at a reduced density.
     [[nodiscard]] DensityDerivatives density_derivatives(double delta) const;
 
     /// Second virial coefficient, reduced by the critical density: what delta phi_d rises with at delta = 0.

@@ -4,6 +4,7 @@
 
 #include "props/water/iapws95_tables.h"
 #include "props/water/saturation_tables.h"
+#include "runtime/exponential.h"
 
 namespace kalorfix::water {
 
@@ -15,7 +16,7 @@ double saturation_pressure_MPa(double T_K) {
     const auto& a = vapour_pressure_a;
     const double sum =
         a[0] * v + a[1] * v * root + a[2] * v3 + a[3] * v3 * root + a[4] * v4 + a[5] * v4 * v3 * root;
-    return critical_pressure_MPa * std::exp(sum / theta);
+    return critical_pressure_MPa * exponential(sum / theta);
 }
 
 double saturated_liquid_density_kgm3(double T_K) {
@@ -36,7 +37,7 @@ double saturated_vapour_density_kgm3(double T_K) {
     const auto& c = vapour_density_c;
     // v to the powers 2/6, 4/6, 8/6, 18/6, 37/6, 71/6
     const double sum = c[0] * s2 + c[1] * s4 + c[2] * s8 + c[3] * v3 + c[4] * v6 * s + c[5] * v11 * s4 * s;
-    return critical_density_kgm3 * std::exp(sum);
+    return critical_density_kgm3 * exponential(sum);
 }
 
 double saturation_temperature_K(double p_MPa, SaturationTemperatureSet set) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "props/water/viscosity_tables.h"
+#include "runtime/exponential.h"
 
 namespace kalorfix::water {
 namespace {
@@ -22,7 +23,7 @@ double finite_density(double T_bar, double rho_bar) {
     double sum = 0.0;
     for (std::size_t i = viscosity_Hij.size(); i-- > 0;)
         sum = sum * x + horner(viscosity_Hij[i], rho_bar - 1.0);
-    return std::exp(rho_bar * sum);
+    return exponential(rho_bar * sum);
 }
 
 double critical_enhancement(double chi_bar) {

@@ -12,10 +12,9 @@ namespace {
 bool temperature_in_range(double T_K) { return min_temperature_K <= T_K && T_K <= max_temperature_K; }
 
 // Everything that follows from the temperature and the reduced density (IAPWS R6-95(2018), table 3).
-Properties properties_at(double T_K, const ResidualAt& residual, double delta) {
+Properties properties_at(double T_K, double delta, const Helmholtz& r) {
     constexpr double R = gas_constant_kJ_kgK;
     const double theta = T_K / critical_temperature_K;
-    const Helmholtz r = residual.all(delta);
     const IdealGas ideal = ideal_gas(T_K);
     const double z = r.compressibility();
     const double stiffness = r.stiffness();
@@ -32,7 +31,7 @@ Properties properties_at(double T_K, const ResidualAt& residual, double delta) {
 bool solve(double T_K, const ResidualAt& residual, const DensityProblem& problem, Properties& out) {
     const DensityRoot root = solve_density(residual, problem);
     if (!root.found) return false;
-    out = properties_at(T_K, residual, root.delta);
+    out = properties_at(T_K, root.delta, root.at);
     return true;
 }
 

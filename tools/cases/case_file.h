@@ -27,6 +27,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kalorfix::cases {
@@ -67,10 +68,10 @@ struct Table {
     int line = 0;  ///< of its heading
 };
 
-/// Reads all tables of a file. Throws std::runtime_error naming `name`, the line and what is wrong with it.
+/// Reads all tables of a file. Throws InputError naming `name`, the line and what is wrong with it.
 [[nodiscard]] std::vector<Table> read_tables(std::istream& in, const std::string& name);
 
 /// A number or a known word as a number; nothing for anything else.
-[[nodiscard]] std::optional<double> parse_value(const std::string& text);
+[[nodiscard]] std::optional<double> parse_value(std::string_view text);
 
 }  // namespace kalorfix::cases

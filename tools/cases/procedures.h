@@ -15,6 +15,7 @@ class Inputs {
 public:
     Inputs(const Values& defaults, const Values& given) : defaults_(defaults), given_(given) {}
     double operator[](const std::string& name) const;
+    [[nodiscard]] float single(const std::string& name) const { return static_cast<float>((*this)[name]); }
     [[nodiscard]] bool given(const std::string& name) const { return given_.contains(name); }
 
 private:
@@ -24,9 +25,8 @@ private:
 
 /// One way of asking: it calls the library with the inputs and returns the results by name.
 struct Procedure {
-    std::string what;  ///< what it does, for people
-    Values inputs;     ///< every input with its default
-    std::vector<std::string> outputs;
+    Values inputs;             ///< every input with its default
+    std::string_view outputs;  ///< their names, a blank between two
     std::function<Values(const host::Library&, const Inputs&)> call;
 };
 
@@ -47,7 +47,7 @@ struct Finding {
     [[nodiscard]] bool passed() const { return verdict != Verdict::failed; }
 };
 
-/// Runs every case of a table. Throws std::runtime_error when the table names a function, an input or an output
+/// Runs every case of a table. Throws InputError when the table names a function, an input or an output
 /// that does not exist.
 [[nodiscard]] std::vector<Finding> run(const host::Library& library, const Table& table);
 

@@ -1,38 +1,17 @@
-#include "tools/gasdat/check.h"
-
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
-#include "tools/component_names.h"
-#include "tools/gasdat/number.h"
+#include "tools/gasdat/gas_file.h"
+#include "tools/names.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::gasdat {
 namespace {
 
-// What a table may hold. The names are those of the tables in the library.
-struct Limits {
-    std::string_view table;
-    double low, high;
-    bool whole = false;
-};
-constexpr Limits limits[] = {
-    {"V_Mi", 1.0, 500.0},  {"Roki", 20.0, 1000.0},  {"Tki", 3.0, 1000.0},   {"FPi", -0.5, 1.5},
-    {"Lij", -1.0, 0.9},    {"Xij", -1.0, 0.9},      {"Akl", -1e4, 1e4},     {"Bkl", -1e4, 1e4},
-    {"Eij_", 0.3, 2.0},    {"Uij", 0.3, 2.0},       {"Kij", 0.3, 2.0},      {"Gij_", 0.0, 3.0},
-    {"an", -100.0, 100.0}, {"bn", 1.0, 12.0, true}, {"cn", 0.0, 1.0, true}, {"kn", 0.0, 12.0, true},
-    {"un", -31.5, 31.5},   {"gn", 0.0, 1.0, true},  {"qn", 0.0, 1.0, true}, {"fn", 0.0, 1.0, true},
-    {"Mi", 1.0, 500.0},    {"Zci", 0.5, 1.1},       {"Rocui", 0.04, 20.0},  {"Bi", 0.0, 0.7},
-    {"Ei", 0.1, 1000.0},   {"Ki", 0.1, 2.0},        {"Gi", 0.0, 2.0},       {"Qi", 0.0, 2.0},
-    {"Fi", 0.0, 2.0},      {"L1ij", -1e5, 1e5},     {"B1ij", -1e5, 1e5},
-};
-
 // Binary tables: symmetric, with this on the diagonal.
-struct Binary {
-    std::string_view table;
-    float diagonal;
-};
-constexpr Binary binaries[] = {{"Lij", 0.0F}, {"Xij", 0.0F}, {"Eij_", 1.0F},
-                               {"Uij", 1.0F}, {"Kij", 1.0F}, {"Gij_", 1.0F}};
+constexpr std::pair<std::string_view, float> binaries[] = {{"Lij", 0.0F}, {"Xij", 0.0F}, {"Eij_", 1.0F},
+                                                           {"Uij", 1.0F}, {"Kij", 1.0F}, {"Gij_", 1.0F}};
 
 // How many terms the rows of the coefficient tables have; the positions behind them are no terms and must be 0.
 constexpr std::array<std::size_t, 10> equation_terms{8, 7, 7, 6, 6, 5, 4, 4, 4, 3};
@@ -40,8 +19,7 @@ constexpr std::array<std::size_t, 8> rising_terms{11, 7, 7, 7, 6, 7, 7, 6};
 constexpr std::array<std::size_t, 8> falling_terms{6, 5, 4, 5, 2, 6, 4, 5};
 constexpr std::array<double, 8> theta_K{100, 100, 100, 100, 300, 100, 300, 100};
 
-// Of the 15 components those that the 8 stand for.
-constexpr std::array<std::size_t, 8> in_composition{0, 1, 2, 3, 4, 10, 11, 12};
+std::string short_number(double value) { return number_text(static_cast<float>(value)); }
 
 class Judge {
 public:
@@ -69,8 +47,8 @@ private:
             for (std::size_t column = 0; column < sheet.columns.size(); ++column)
                 for (std::size_t row = 0; row < sheet.rows.size(); ++row)
                     if (sheet.position(row, column) == position)
-                        return std::string(table) + " [" + std::string(sheet.name) + ", row " +
-                               sheet.rows[row] + ", column " + sheet.columns[column].name + "]";
+                        return cat(table, " [", sheet.name, ", row ", sheet.rows[row], ", column ",
+                                   sheet.columns[column].name, "]");
         return std::string(table);
     }
     void report(std::string_view table, std::size_t k, const std::string& what) {
@@ -79,9 +57,7 @@ private:
     void agree(std::string_view table, std::size_t k, double expected, double relative,
                const std::string& with) {
         if (std::fabs(number(table, k) - expected) > relative * std::fabs(expected))
-            report(table, k,
-                   "does not agree with " + with + ", which asks for " +
-                       number_text(static_cast<float>(expected)));
+            report(table, k, "does not agree with " + with + ", which asks for " + short_number(expected));
     }
     void rest_is_zero(std::string_view table, std::size_t row, std::size_t terms, std::size_t columns) {
         for (std::size_t column = terms; column < columns; ++column)
@@ -89,48 +65,37 @@ private:
                 report(table, row * columns + column, "is no term and must be 0");
     }
 
-    // How many values of a table are there; fewer than it holds at the end of a short file.
-    [[nodiscard]] std::size_t present(std::string_view table) const {
-        const Block& b = block(table);
-        return count_ > b.first ? std::min(count_ - b.first, b.values) : 0;
-    }
-
     const Values& values_;
     std::size_t count_;
 };
 
-std::string short_number(double value) { return number_text(static_cast<float>(value)); }
-
 void Judge::values() {
-    for (const Limits& l : limits)
-        for (std::size_t k = 0; k < present(l.table); ++k) {
-            const double value = number(l.table, k);
+    for (const Block& b : blocks())
+        for (std::size_t k = 0; k < b.values && b.first + k < count_; ++k) {
+            const double value = number(b.name, k);
             if (!std::isfinite(value))
-                report(l.table, k, "must be a number");
-            else if (!(l.low <= value && value <= l.high))
-                report(l.table, k, "must lie within " + short_number(l.low) + ".." + short_number(l.high));
-            else if (l.whole && value != std::floor(value))
-                report(l.table, k, "must be a whole number");
+                report(b.name, k, "must be a number");
+            else if (!(b.low <= value && value <= b.high))
+                report(b.name, k, cat("must lie within ", short_number(b.low), "..", short_number(b.high)));
+            else if (b.whole && value != std::floor(value))
+                report(b.name, k, "must be a whole number");
+            else if (b.name == "un" && 2.0 * value != std::floor(2.0 * value))
+                report(b.name, k, "must be a multiple of 1/2");
+            else if (b.name == "kn" && (at("cn", k) == 0.0F) != (value == 0.0))
+                report(b.name, k, "must be 0 where c is 0, and only there");
         }
-    for (std::size_t n = 0; n < present("un"); ++n)
-        if (const double twice = 2.0 * number("un", n); std::isfinite(twice) && twice != std::floor(twice))
-            report("un", n, "must be a multiple of 1/2");
-    for (std::size_t n = 0; n < present("kn"); ++n)
-        if ((at("cn", n) == 0.0F) != (at("kn", n) == 0.0F))
-            report("kn", n, "must be 0 where c is 0, and only there");
 }
 
 void Judge::symmetry() {
-    for (const Binary& b : binaries) {
-        const auto size = static_cast<std::size_t>(std::lround(std::sqrt(block(b.table).values)));
+    for (const auto& [table, diagonal] : binaries) {
+        const auto size = static_cast<std::size_t>(std::lround(std::sqrt(block(table).values)));
         for (std::size_t i = 0; i < size; ++i) {
-            if (at(b.table, i * size + i) != b.diagonal)
-                report(b.table, i * size + i,
-                       "must be " + number_text(b.diagonal) + ": a component with itself");
+            if (at(table, i * size + i) != diagonal)
+                report(table, i * size + i, "must be " + number_text(diagonal) + ": a component with itself");
             for (std::size_t j = 0; j < i; ++j)
-                if (at(b.table, i * size + j) != at(b.table, j * size + i))
-                    report(b.table, i * size + j,
-                           "must equal its mirror image " + number_text(at(b.table, j * size + i)));
+                if (at(table, i * size + j) != at(table, j * size + i))
+                    report(table, i * size + j,
+                           "must equal its mirror image " + number_text(at(table, j * size + i)));
         }
     }
 }
@@ -146,9 +111,9 @@ void Judge::empty_positions() {
 
 void Judge::agreement() {
     constexpr double R = 8.31451, T_K = 293.15, p_kPa = 101.325;
-    for (std::size_t k = 0; k < in_composition.size(); ++k)
-        agree("V_Mi", k, number("Mi", in_composition[k]), 1e-3, "the molar mass in Mi");
-    for (std::size_t i = 0; i < component_names.size(); ++i) {
+    for (std::size_t k = 0; k < vnic_components.size(); ++k)
+        agree("V_Mi", k, number("Mi", vnic_components[k]), 1e-3, "the molar mass in Mi");
+    for (std::size_t i = 0; i < components.size(); ++i) {
         agree("Rocui", i, number("Mi", i) * p_kPa / (R * T_K), 1e-3, "the molar mass in Mi");
         const double z = 1.0 - number("Bi", i) * number("Bi", i);
         agree("Zci", i, z, 2e-3, "the summation factor in Bi");
@@ -165,9 +130,9 @@ void Judge::heat_capacities() {
         for (std::size_t m = 0; m < falling_terms[i]; ++m)
             cp += number("B1ij", 6 * i + m) * std::pow(ratio, -1.0 - static_cast<double>(m));
         if (!(lowest <= cp && cp <= highest))
-            found.push_back("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row " +
-                            std::string(vnic_component_names[i]) + "]: cp/R at 300 K is " + short_number(cp) +
-                            ", must lie within 2.4..30");
+            found.push_back(cat("L1ij, B1ij [heat_capacity_positive, heat_capacity_negative, row ",
+                                components[vnic_components[i]], "]: cp/R at 300 K is ", short_number(cp),
+                                ", must lie within 2.4..30"));
     }
 }
 
@@ -176,8 +141,7 @@ void Judge::heat_capacities() {
 std::vector<std::string> faults(const GasFile& file) {
     Judge judge(file);
     if (file.size != file_size)
-        judge.found.push_back("the file has " + std::to_string(file.size) + " bytes, must have " +
-                              std::to_string(file_size));
+        judge.found.push_back(cat("the file has ", file.size, " bytes, must have ", file_size));
     judge.values();
     if (file.count < value_count) return judge.found;
     judge.symmetry();

@@ -1,91 +1,89 @@
-#include "tools/gasdat/command.h"
-
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <memory>
 
-#include "tools/gasdat/check.h"
-#include "tools/gasdat/text.h"
-#include "tools/range.h"
+#include "tools/commands.h"
+#include "tools/gasdat/gas_file.h"
+#include "tools/output_file.h"
+#include "tools/text.h"
 
-namespace kalorfix::tool::gasdat {
+namespace kalorfix::tool {
 namespace {
 
-void build(const Command& command) {
-    const Values values = read_sheets(command.source);
-    write_whole(command.output, packed(values));
-    fmt::print("{}: {} bytes from {}\n", command.output, file_size, command.source);
+using gasdat::file_size, gasdat::GasFile, gasdat::value_count;
+
+struct Request {
+    std::string source, output, file, csv_directory;
+};
+
+int build(const Request& request) {
+    const gasdat::Values values = gasdat::read_sheets(request.source);
+    write_file(request.output, gasdat::packed(values));
+    fmt::print("{}: {} bytes from {}\n", request.output, file_size, request.source);
+    return 0;
 }
 
-void show(const Command& command) {
-    const GasFile file = read_gas_file(command.file);
-    if (command.csv_directory.empty()) {
-        fmt::print("{}", listing(file, command.file));
-        return;
+int show(const Request& request) {
+    const GasFile file = gasdat::read_gas_file(request.file);
+    const std::string& directory = request.csv_directory;
+    if (directory.empty()) {
+        fmt::print("{}", gasdat::listing(file, request.file));
+        return 0;
     }
     if (file.count < value_count)
-        throw InputError{fmt::format("{}: has only {} of {} values; a set of tables needs all", command.file,
-                                     file.count, value_count)};
+        throw InputError(request.file, ": has only ", file.count, " of ", value_count,
+                         " values; a set of tables needs all");
     std::error_code failed;
-    std::filesystem::create_directories(command.csv_directory, failed);
-    if (failed)
-        throw InputError{
-            fmt::format("{}: cannot make this directory: {}", command.csv_directory, failed.message())};
-    for (const Sheet& sheet : sheets())
-        write_whole(fmt::format("{}/{}.csv", command.csv_directory, sheet.name), csv(sheet, file.values));
-    const std::string surplus = file.size > file_size ? fmt::format("; the last {} bytes of {} are ignored",
-                                                                    file.size - file_size, command.file)
-                                                      : std::string();
-    fmt::print("{}: {} tables{}\n", command.csv_directory, sheets().size(), surplus);
+    std::filesystem::create_directories(directory, failed);
+    if (failed) throw InputError(directory, ": cannot make this directory: ", failed.message());
+    for (const gasdat::Sheet& sheet : gasdat::sheets())
+        write_file(fmt::format("{}/{}.csv", directory, sheet.name), gasdat::csv(sheet, file.values));
+    fmt::print("{}: {} tables", directory, gasdat::sheets().size());
+    if (file.size > file_size)
+        fmt::print("; the last {} bytes of {} are ignored", file.size - file_size, request.file);
+    fmt::print("\n");
+    return 0;
 }
 
-int check(const Command& command) {
+int check(const Request& request) {
     constexpr std::size_t most_lines = 40;
-    const std::vector<std::string> found = faults(read_gas_file(command.file));
+    const std::vector<std::string> found = gasdat::faults(gasdat::read_gas_file(request.file));
     for (std::size_t k = 0; k < std::min(found.size(), most_lines); ++k) fmt::print("{}\n", found[k]);
     if (found.size() > most_lines) fmt::print("... and {} more\n", found.size() - most_lines);
     if (found.empty())
-        fmt::print("{}: {} bytes, {} tables, {} values: no faults\n", command.file, file_size, blocks().size(),
-                   value_count);
+        fmt::print("{}: {} bytes, {} tables, {} values: no faults\n", request.file, file_size,
+                   gasdat::blocks().size(), value_count);
     else
-        fmt::print("{}: {} {}\n", command.file, found.size(), found.size() == 1 ? "fault" : "faults");
+        fmt::print("{}: {} {}\n", request.file, found.size(), found.size() == 1 ? "fault" : "faults");
     return found.empty() ? 0 : 1;
 }
 
 }  // namespace
 
-void describe(CLI::App& app, Command& command) {
-    command.top = app.add_subcommand("gasdat", "Build, show and check the gas data file.");
-    command.top->require_subcommand(1);
-    command.build = command.top->add_subcommand("build", "Pack tables into a gas data file.");
-    command.build
-        ->add_option("SOURCE", command.source, "directory of CSV files such as data/gas, or a listing of show")
-        ->required()
-        ->option_text(" ");
-    command.build->add_option("-o,--output", command.output, "gas data file to write")
-        ->required()
-        ->option_text("FILE");
-    command.show =
-        command.top->add_subcommand("show", "Print any gas data file as tables with names, units and offsets.");
-    command.show->add_option("FILE", command.file, "gas data file")->required()->option_text(" ");
-    command.show->add_option("--csv", command.csv_directory, "write the tables as CSV files into DIR instead")
-        ->option_text("DIR");
-    command.show->footer("A listing or the CSV files, built again, give the same bytes.");
-    command.check = command.top->add_subcommand("check", "Judge a gas data file and name each fault.");
-    command.check->add_option("FILE", command.file, "gas data file")->required()->option_text(" ");
-    command.check->footer("Exit status 1 when there are faults.");
+Command gasdat_command() {
+    const auto request = std::make_shared<Request>();
+    const auto part = [&](const char* name, const char* what, const char* notes, std::vector<Option> options,
+                          int (*run)(const Request&)) {
+        return Command{
+            name, what, notes, std::move(options), {}, [=](const Installation&) { return run(*request); }};
+    };
+    Command all{"gasdat", "Build, show and check the gas data file.", ""};
+    all.takes_general_options = false;
+    all.commands = {
+        part("build", "Pack tables into a gas data file.", "",
+             {{"SOURCE", " ", "directory of CSV files such as data/gas, or a listing of show", &request->source,
+               true},
+              {"-o,--output", "FILE", "gas data file to write", &request->output, true}},
+             build),
+        part("show", "Print any gas data file as tables with names, units and offsets.",
+             "A listing or the CSV files, built again, give the same bytes.",
+             {{"FILE", " ", "gas data file", &request->file, true},
+              {"--csv", "DIR", "write the tables as CSV files into DIR instead", &request->csv_directory}},
+             show),
+        part("check", "Judge a gas data file and name each fault.", "Exit status 1 when there are faults.",
+             {{"FILE", " ", "gas data file", &request->file, true}}, check)};
+    return all;
 }
 
-int run(const Command& command) {
-    if (*command.build) {
-        build(command);
-        return 0;
-    }
-    if (*command.show) {
-        show(command);
-        return 0;
-    }
-    return check(command);
-}
-
-}  // namespace kalorfix::tool::gasdat
+}  // namespace kalorfix::tool

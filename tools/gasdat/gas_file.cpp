@@ -1,30 +1,35 @@
 #include "tools/gasdat/gas_file.h"
 
-#include <unistd.h>
-
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <cerrno>
+#include <charconv>
+#include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 
-#include "tools/range.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::gasdat {
-namespace fs = std::filesystem;
+namespace {
+
+constexpr std::string_view nan_mark = "nan:";
+constexpr int hexadecimal = 16;
+
+}  // namespace
 
 GasFile read_gas_file(const std::string& path) {
+    namespace fs = std::filesystem;
     std::error_code failed;
     std::ifstream in(path, std::ios::binary);
-    if (!fs::is_regular_file(path, failed) || !in) throw InputError{path + ": cannot read this gas data file"};
+    if (!fs::is_regular_file(path, failed) || !in) throw InputError(path + ": cannot read this gas data file");
     GasFile file;
     file.size = static_cast<std::size_t>(fs::file_size(path, failed));
     std::string bytes(std::min(file.size, file_size), '\0');
     in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     if (failed || static_cast<std::size_t>(in.gcount()) != bytes.size())
-        throw InputError{path + ": cannot read this gas data file to its end"};
+        throw InputError(path + ": cannot read this gas data file to its end");
     file.count = bytes.size() / 4;
     for (std::size_t k = 0; k < file.count; ++k) {
         std::uint32_t bits = 0;
@@ -37,7 +42,6 @@ GasFile read_gas_file(const std::string& path) {
 
 std::string packed(const Values& values) {
     std::string bytes;
-    bytes.reserve(file_size);
     for (const float value : values) {
         const auto bits = std::bit_cast<std::uint32_t>(value);
         for (int b = 0; b < 32; b += 8) bytes.push_back(static_cast<char>(bits >> b & 0xFFU));
@@ -45,36 +49,24 @@ std::string packed(const Values& values) {
     return bytes;
 }
 
-void write_whole(const std::string& path, const std::string& content) {
-    const auto fail = [&] { return InputError{path + ": cannot write this file: " + std::strerror(errno)}; };
-    std::error_code failed;
-    const fs::file_status target = fs::status(path, failed);
-    if (fs::is_directory(target)) throw InputError{path + ": is a directory; give the name of a file"};
-    // The renaming would put a plain file in the place of a device.
-    if (fs::exists(target) && !fs::is_regular_file(target))
-        throw InputError{path + ": is no plain file; give the name of a file"};
-    // A link stays a link: the file that it stands for is replaced.
-    const std::string end = fs::is_regular_file(target) ? fs::canonical(path, failed).string() : path;
-    if (end.empty()) throw InputError{path + ": cannot write this file: give the name of a file"};
-    const std::string temporary = end + ".part" + std::to_string(getpid());
-    errno = 0;
-    {
-        std::ofstream out(temporary, std::ios::binary);
-        if (!out) throw fail();
-        out << content;
-        out.close();
-        if (!out) {
-            const InputError error = fail();
-            fs::remove(temporary, failed);
-            throw error;
-        }
+std::string number_text(float value) {
+    std::array<char, 32> digits;
+    char* const begin = digits.data();
+    char* const end = begin + digits.size();
+    if (!std::isnan(value)) return {begin, std::to_chars(begin, end, value).ptr};
+    const auto bits = std::to_chars(begin, end, std::bit_cast<std::uint32_t>(value), hexadecimal);
+    return std::string(nan_mark).append(std::string_view(begin, static_cast<std::size_t>(bits.ptr - begin)));
+}
+
+std::optional<float> parse_number(std::string_view text) {
+    std::optional<float> value;
+    if (!text.starts_with(nan_mark)) {
+        value = parse<float>(text);
+    } else if (const auto bits = parse<std::uint32_t>(text.substr(nan_mark.size()), hexadecimal)) {
+        value = std::bit_cast<float>(*bits);
     }
-    fs::rename(temporary, end, failed);
-    if (failed) {
-        const std::string why = failed.message();
-        fs::remove(temporary, failed);
-        throw InputError{path + ": cannot write this file: " + why};
-    }
+    // A NaN has its mark, and the mark a NaN.
+    return value && std::isnan(*value) == text.starts_with(nan_mark) ? value : std::nullopt;
 }
 
 }  // namespace kalorfix::tool::gasdat

@@ -1,7 +1,11 @@
-// Reading and writing the gas data file itself.
+// The gas data file: its bytes, its values as text and back (one CSV file a sheet, or all in one aligned listing), and the judgement on
+// it.
 #pragma once
 
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tools/gasdat/sheets.h"
 
@@ -19,8 +23,26 @@ struct GasFile {
 /// The 7660 bytes of the values: little-endian on every machine.
 [[nodiscard]] std::string packed(const Values& values);
 
-/// Writes a file under a temporary name beside it and renames it, so that the name never stands for half a file. Throws
-/// InputError.
-void write_whole(const std::string& path, const std::string& content);
+/// The shortest decimal number that reads back as the same value; inf, -inf; nan: with the bits in hexadecimal.
+[[nodiscard]] std::string number_text(float value);
+
+/// The nearest single-precision value of a decimal number, or what number_text has written. Nothing for anything else.
+[[nodiscard]] std::optional<float> parse_number(std::string_view text);
+
+/// Every fault in one line: table, place, value and what would be right. Judged are size, finite values, symmetry and diagonals
+/// of the binary tables, signs and plausible ranges of the constants, exponents, positions that are no terms, the
+/// agreement of the tables with one another, and the ideal-gas heat capacities at 300 K. Of a short file the
+/// values that are there are judged one by one.
+[[nodiscard]] std::vector<std::string> faults(const GasFile& file);
+
+/// Reads all sheets from a directory of CSV files, named after the sheets, or from a listing. Throws InputError naming file,
+/// line and what would be right; also when anything is missing, surplus or given twice.
+[[nodiscard]] Values read_sheets(const std::string& source);
+
+/// The listing of a file, short ones included; a missing value is "-".
+[[nodiscard]] std::string listing(const GasFile& file, const std::string& name);
+
+/// One sheet as CSV with a comment for each block.
+[[nodiscard]] std::string csv(const Sheet& sheet, const Values& values);
 
 }  // namespace kalorfix::tool::gasdat

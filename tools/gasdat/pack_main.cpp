@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <exception>
 
-#include "tools/gasdat/text.h"
-#include "tools/range.h"
+#include "tools/gasdat/gas_file.h"
+#include "tools/output_file.h"
 
 int main(int argc, char** argv) {
     if (argc != 3) {
@@ -12,10 +12,7 @@ int main(int argc, char** argv) {
     }
     try {
         namespace gasdat = kalorfix::tool::gasdat;
-        gasdat::write_whole(argv[2], gasdat::packed(gasdat::read_sheets(argv[1])));
-    } catch (const kalorfix::tool::InputError& error) {
-        std::fprintf(stderr, "pack_gas_data: %s\n", error.text.c_str());
-        return 2;
+        kalorfix::tool::write_file(argv[2], gasdat::packed(gasdat::read_sheets(argv[1])));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "pack_gas_data: %s\n", error.what());
         return 2;

@@ -28,7 +28,9 @@ struct Block {
     std::string_view name;  ///< of the table that the library loads it into
     std::string_view what;  ///< meaning and unit
     std::size_t values;
-    std::size_t first;  ///< position in the file, counted in values
+    double low, high;       ///< what a value may be
+    bool whole = false;     ///< only whole numbers
+    std::size_t first = 0;  ///< position in the file, counted in values
 };
 
 struct Sheet {

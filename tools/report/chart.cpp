@@ -1,13 +1,11 @@
-#include "tools/report/chart.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
+#include "tools/report/page_parts.h"
 #include "tools/report/quantities.h"
-#include "tools/svg.h"
 
 namespace kalorfix::tool::report {
 namespace {
@@ -17,19 +15,7 @@ constexpr double strip = 84.0, strip_gap = 14.0, head = 8.0, foot = 22.0;
 // Beyond this a point stands at the edge of its strip.
 constexpr double edge = 1.35;
 
-struct Mark {
-    const cases::Finding* finding;
-    const CaseFile* file;
-    const cases::Table* table;
-};
-
-std::vector<Mark> marks(const Section& section, const std::string& output) {
-    std::vector<Mark> found;
-    for (const Block& block : section.blocks)
-        for (const cases::Finding& f : block.findings)
-            if (f.expected->column == output && !is_exact(f)) found.push_back({&f, block.file, block.table});
-    return found;
-}
+using Points = std::vector<const Value*>;
 
 std::string band(const svg::Scale& y) {
     std::string out = fmt::format("<rect x=\"{}\" y=\"{}\" width=\"{}\" height=\"{}\" fill=\"#eef3f7\"/>\n",
@@ -46,37 +32,36 @@ std::string band(const svg::Scale& y) {
     return out;
 }
 
-std::string dot(const Mark& mark, double x, const svg::Scale& y) {
-    const cases::Finding& f = *mark.finding;
-    const double signed_ratio = std::copysign(ratio(f), f.deviation);
+std::string dot(const Value& value, double x, const svg::Scale& y) {
+    const double signed_ratio = std::copysign(value.ratio(), value.deviation);
     const double place = y(std::clamp(std::isfinite(signed_ratio) ? signed_ratio : edge, -edge, edge));
-    const std::string tip = svg::escape(fmt::format(
-        "{}:{} {}: {} of {}", mark.file->name, f.where->line, f.where->id, short_number(signed_ratio),
-        f.verdict == cases::Verdict::differs_as_declared ? "declared" : "permitted"));
-    const bool met = f.verdict == cases::Verdict::met;
-    if (f.passed())
+    const bool differs = value.verdict == cases::Verdict::differs_as_declared;
+    const std::string tip =
+        svg::escape(fmt::format("{} {}: {} of {}", value.place(), value.where->id, short_number(signed_ratio),
+                                differs ? "declared" : "permitted"));
+    if (value.passed())
         return fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"2.3\" fill=\"{}\"><title>{}</title></circle>\n",
-                           svg::at(x), svg::at(place), met ? "#1f5a8c" : "#d08a00", tip);
+                           svg::at(x), svg::at(place), differs ? "#d08a00" : "#1f5a8c", tip);
     return fmt::format(
         "<path d=\"M{0} {1}l-4 -4m4 4l4 4m-4 -4l-4 4m4 -4l4 -4\" stroke=\"#a3261d\" "
         "stroke-width=\"2\" fill=\"none\"><title>{2}</title></path>\n",
         svg::at(x), svg::at(place), tip);
 }
 
-std::string strip_of(const std::string& output, const std::vector<Mark>& points, double top) {
+std::string strip_of(const std::string& output, const Points& points, double top) {
     const svg::Scale y{-edge, edge, top + strip, top};
     const svg::Scale x{0.0, static_cast<double>(points.size()), left, right};
+    const Quantity q = quantity(output);
     std::string out = band(y);
-    out += svg::text(0.0, top + strip / 2.0, quantity(output).symbol, {.size = 12.5, .colour = "#1c2126"});
+    out += svg::text(0.0, top + strip / 2.0, q.symbol, {.size = 12.5, .colour = "#1c2126"});
     out += svg::text(0.0, top + strip / 2.0 + 15.0,
-                     fmt::format("{}{}{} values", quantity(output).unit,
-                                 quantity(output).unit.empty() ? "" : ", ", points.size()),
+                     fmt::format("{}{}{} values", q.unit, q.unit.empty() ? "" : ", ", points.size()),
                      {.size = 10.0});
     for (std::size_t k = 0; k < points.size(); ++k) {
         const auto index = static_cast<double>(k);
-        if (k > 0 && points[k].table != points[k - 1].table)
+        if (k > 0 && points[k]->table != points[k - 1]->table)
             out += svg::line(x(index), top, x(index), top + strip, "#c3ccd4", 0.7);
-        out += dot(points[k], x(index + 0.5), y);
+        out += dot(*points[k], x(index + 0.5), y);
     }
     return out;
 }
@@ -86,8 +71,10 @@ std::string strip_of(const std::string& output, const std::vector<Mark>& points,
 std::string deviation_chart(const Section& section) {
     std::string strips;
     double top = head;
-    for (const std::string& output : outputs(section)) {
-        const std::vector<Mark> points = marks(section, output);
+    for (const std::string& output : section.outputs()) {
+        Points points;
+        for (const Value& value : section.values)
+            if (value.expected->column == output && !value.is_exact()) points.push_back(&value);
         if (points.empty()) continue;
         strips += strip_of(output, points, top);
         top += strip + strip_gap;

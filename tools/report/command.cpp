@@ -1,89 +1,137 @@
-#include "tools/report/command.h"
-
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <cmath>
 #include <ctime>
 #include <filesystem>
+#include <memory>
+#include <optional>
 
-#include "tools/gasdat/gas_file.h"
-#include "tools/range.h"
-#include "tools/report/csv.h"
+#include "tools/commands.h"
+#include "tools/output_file.h"
 #include "tools/report/html.h"
-#include "tools/report/summary.h"
+#include "tools/report/quantities.h"
 #include "tools/runtime.h"
+#include "tools/text.h"
 
-namespace kalorfix::tool::report {
+namespace kalorfix::tool {
+namespace report {
 namespace {
 
 namespace fs = std::filesystem;
 
+struct Request {
+    std::string html_file, csv_file, cases_directory;
+};
+
+constexpr const char* row_layout = "{:<21} {:>6} {:>7} {:>6} {:>6} {:>6} {:>6}  {:<7} {}\n";
+
+void print_failures(const Verification& verification) {
+    constexpr std::size_t most_lines = 40;
+    std::size_t shown = 0;
+    for (const Section& section : verification.sections)
+        for (const Value& f : section.values) {
+            if (f.passed() || ++shown > most_lines) continue;
+            const auto& declared = f.expected->declared;
+            fmt::print("FAILED {}: {}: {} expected {}, computed {}, permitted deviation {}{}\n", f.place(),
+                       f.where->id, f.expected->column, f.expected->text, f.computed, short_number(f.permitted),
+                       declared ? ", declared at most " + bound_text(declared->bound) : "");
+        }
+    if (shown > most_lines) fmt::print("... and {} more\n", shown - most_lines);
+}
+
+std::string_view verdict_word(cases::Verdict verdict) {
+    if (verdict == cases::Verdict::met) return "met";
+    return verdict == cases::Verdict::differs_as_declared ? "differs as declared" : "FAILED";
+}
+
+void print_summary(const Verification& verification) {
+    fmt::print(fmt::runtime(row_layout), "function", "points", "values", "exact", "differ", "worst", "mean",
+               "verdict", "worst at");
+    for (const Section& section : verification.sections) {
+        const Statistics s = statistics(section);
+        const auto figure = [&s](double value) { return s.worst ? short_number(value) : "-"; };
+        fmt::print(fmt::runtime(row_layout), section.subject.key, s.cases, s.values, s.exact, s.differing,
+                   figure(s.worst_ratio), figure(s.mean_ratio), s.failed == 0 ? "met" : "FAILED",
+                   s.worst ? s.worst->place() : "");
+    }
+    fmt::print("worst, mean: deviation over permitted or declared deviation; exact values have none\n");
+    for (const Declaration& d : declarations(verification, false))
+        fmt::print("differ as declared, {}: {} of {} values{}\n", d.reason, d.differing, d.values,
+                   d.at ? fmt::format(", largest {} at {}", percent(d.largest), d.at->place()) : "");
+    print_failures(verification);
+    const Statistics all = totals(verification);
+    fmt::print("{}: {} points, {} values from {} files, {} differ as declared, {} failed\n",
+               all.failed == 0 ? "MET" : "FAILED", all.cases, all.values, verification.files.size(),
+               all.differing, all.failed);
+}
+
+std::string csv(const Verification& verification) {
+    std::string out =
+        "function,case,file,line,inputs,output,expected,computed,deviation,permitted,declared,verdict,reason,"
+        "source\n";
+    for (const Section& section : verification.sections)
+        for (const Value& f : section.values)
+            // An exact value has no deviation worth a number.
+            out += fmt::format(
+                "{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key, csv_cell(f.where->id),
+                csv_cell(f.file->name), f.where->line, csv_cell(all_inputs(*f.where)), f.expected->column,
+                f.expected->text, f.computed, std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "",
+                f.permitted, f.declared, verdict_word(f.verdict),
+                f.expected->declared ? csv_cell(f.expected->declared->reason) : "", csv_cell(f.table->source));
+    return out;
+}
+
 // Beside the program in a build directory, one level up in an installation.
-std::string shared(const std::string& name) {
-    std::error_code failed;
-    const fs::path directory = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    for (const char* place : {"share/kalorfix", "../share/kalorfix"})
-        if (const fs::path file = directory / place / name; fs::exists(file, failed))
-            return file.lexically_normal().string();
-    return (directory / "share/kalorfix" / name).string();
+std::string shared(const char* name) {
+    return host::near_program({"share/kalorfix", "../share/kalorfix"}, name);
 }
 
 std::string now() { return fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr))); }
 
-// Before the long work: a place that cannot be written is better known at once.
-void require_place(const char* option, const std::string& file) {
-    if (file.empty()) return;
-    std::error_code failed;
-    const fs::path directory = fs::absolute(file).parent_path();
-    if (!fs::is_directory(directory, failed))
-        throw InputError{fmt::format("{} {}: there is no directory {}", option, file, directory.string())};
-    if (fs::is_directory(file, failed))
-        throw InputError{fmt::format("{} {}: is a directory; give the name of a file", option, file)};
+int run(const Installation& files, const Request& request) {
+    const std::string directory = request.cases_directory.empty() ? shared("cases") : request.cases_directory;
+    std::vector<CaseFile> case_files = read_cases(directory);
+    if (files.gas_data.empty() && need_gas_data(case_files))
+        throw InputError(
+            "--gas-data: there is no gas.dat beside the library, and some cases need it; give the file");
+    // Before the long work: a place that cannot be written is better known at once.
+    std::optional<OutputFile> page, lines;
+    if (!request.html_file.empty()) page.emplace(request.html_file);
+    if (!request.csv_file.empty()) lines.emplace(request.csv_file);
+    const host::Runtime runtime(files.gas_data);
+    const Verification verification = verify(files.library, directory, std::move(case_files));
+    if (page) {
+        const std::string opened = host::Library(files.library).path();
+        const std::string data =
+            files.gas_data.empty() ? "" : fs::absolute(files.gas_data).lexically_normal().string();
+        page->write(
+            html(verification, {opened, data, now(), shared("deviations.md"), shared("not_verified.md")}));
+    }
+    if (lines) lines->write(csv(verification));
+    if (page) page->finish();
+    if (lines) lines->finish();
+    print_summary(verification);
+    return totals(verification).failed == 0 ? 0 : 1;
 }
 
 }  // namespace
+}  // namespace report
 
-void describe(CLI::App& app, Command& command) {
-    command.top = app.add_subcommand("verify", "Compare the library with every case file; reports.");
-    command.top->fallthrough();
-    command.top->add_option("--html", command.html_file, "write the report as one page, for screen and paper")
-        ->option_text("FILE");
-    command.top->add_option("--csv", command.csv_file, "write every compared value as a line")
-        ->option_text("FILE");
-    command.top
-        ->add_option(
-            "--cases", command.cases_directory,
-            "directory of case files, *.txt (default:\nshare/kalorfix/cases of the build or installation)")
-        ->option_text("DIR");
-    command.top->footer(
-        "Prints a line a function: points, values, worst and mean deviation over the\n"
-        "permitted deviation, verdict, and how many printed values differ as their\n"
-        "cases declare. Exit status 1 when a value neither is met nor differs so.");
+Command verify_command() {
+    const auto request = std::make_shared<report::Request>();
+    return {"verify",
+            "Compare the library with every case file; reports.",
+            "Prints a line a function: points, values, worst and mean deviation over the\n"
+            "permitted deviation, verdict, and how many printed values differ as their\n"
+            "cases declare. Exit status 1 when a value neither is met nor differs so.",
+            {{"--html", "FILE", "write the report as one page, for screen and paper", &request->html_file},
+             {"--csv", "FILE", "write every compared value as a line", &request->csv_file},
+             {"--cases", "DIR",
+              "directory of case files, *.txt (default:\nshare/kalorfix/cases of the build or installation)",
+              &request->cases_directory}},
+            {},
+            [request](const Installation& files) { return report::run(files, *request); }};
 }
 
-int run(const Command& command, const std::string& library, const std::string& gas_data) {
-    require_place("--html", command.html_file);
-    require_place("--csv", command.csv_file);
-    const std::string directory = command.cases_directory.empty() ? shared("cases") : command.cases_directory;
-    std::vector<CaseFile> files = read_cases(directory);
-    if (gas_data.empty() && need_gas_data(files))
-        throw InputError{
-            "--gas-data: there is no gas.dat beside the library, and some cases need it; give the file"};
-    const host::Runtime runtime(gas_data);
-    const Verification verification = verify(library, directory, std::move(files));
-    std::string page, lines;
-    if (!command.html_file.empty()) {
-        const std::string opened = host::Library(library).path();
-        const std::string data =
-            gas_data.empty() ? gas_data : fs::absolute(gas_data).lexically_normal().string();
-        page = html(verification, {opened, data, now(), shared("examples/natural_gas.csv"),
-                                   shared("deviations.md"), shared("not_verified.md")});
-    }
-    if (!command.csv_file.empty()) lines = csv(verification);
-    if (!page.empty()) gasdat::write_whole(command.html_file, page);
-    if (!lines.empty()) gasdat::write_whole(command.csv_file, lines);
-    print_summary(verification);
-    return failures(verification) == 0 ? 0 : 1;
-}
-
-}  // namespace kalorfix::tool::report
+}  // namespace kalorfix::tool

@@ -3,36 +3,30 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <fstream>
+#include <cmath>
+#include <map>
 #include <set>
 
-#include "tools/component_names.h"
-#include "tools/composition_file.h"
 #include "tools/identity.h"
-#include "tools/range.h"
-#include "tools/report/chart.h"
-#include "tools/report/limits.h"
-#include "tools/report/maps.h"
-#include "tools/report/page_style.h"
-#include "tools/report/prose.h"
+#include "tools/report/page_parts.h"
 #include "tools/report/quantities.h"
-#include "tools/report/tables.h"
-#include "tools/svg.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::report {
 namespace {
 
-using svg::escape;
+using Facts = std::vector<std::pair<std::string, Cell>>;
 
-std::string document(const std::string& path, bool named_entries = false) {
-    std::ifstream in(path);
-    if (!in) throw InputError{path + ": cannot read this part of the report"};
-    return "<div class=\"prose\">\n" + prose(in, named_entries) + "</div>\n";
-}
+Html code(std::string_view text) { return {fmt::format("<code>{}</code>", escape(text))}; }
+
+std::string anchor(const Section& section) { return escape("f-" + section.subject.key); }
+
+// A number of those that only values with a permitted deviation have.
+std::string figure(const Statistics& s, double value) { return s.worst ? short_number(value) : "-"; }
 
 // The document, and what the case files declare for reasons that it does not name.
 std::string deliberate(const Verification& verification, const std::string& path) {
-    std::string out = document(path, true);
+    std::string out = markdown(path, true);
     for (const Declaration& d : declarations(verification, false))
         if (const std::string id = fmt::format(" id=\"{}\"", entry_id(d.reason));
             out.find(id) == std::string::npos)
@@ -43,56 +37,114 @@ std::string deliberate(const Verification& verification, const std::string& path
 }
 
 std::string identification(const Verification& verification, const Surroundings& around) {
-    std::string out = "<table class=\"facts\">\n";
-    const auto fact = [&out](const std::string& name, const std::string& value) {
-        out += fmt::format("<tr><th>{}</th><td>{}</td></tr>\n", escape(name), value);
-    };
-    for (const auto& [name, value] : build_items(around.library)) fact(name, escape(value));
-    fact("library", escape(around.library));
-    fact("library, SHA-256", "<code>" + file_digest(around.library) + "</code>");
-    fact("gas data", around.gas_data.empty() ? "none; no case needs it" : escape(around.gas_data));
-    if (!around.gas_data.empty())
-        fact("gas data, SHA-256", "<code>" + file_digest(around.gas_data) + "</code>");
-    fact("case files", escape(verification.directory));
-    fact("date", escape(around.date));
-    out +=
-        "</table>\n<h3>Case files</h3>\n<p>A figure below names its file and line; these are the files.</p>\n"
-        "<table class=\"facts\">\n";
+    Facts facts, digests;
+    for (const auto& [name, value] : build_items(around.library)) facts.emplace_back(name, value);
+    facts.emplace_back("library", around.library);
+    facts.emplace_back("library, SHA-256", code(file_digest(around.library)));
+    facts.emplace_back("gas data", around.gas_data.empty() ? "none; no case needs it" : around.gas_data);
+    if (!around.gas_data.empty()) facts.emplace_back("gas data, SHA-256", code(file_digest(around.gas_data)));
+    facts.emplace_back("case files", verification.directory);
+    facts.emplace_back("date", around.date);
     for (const CaseFile& file : verification.files)
-        fact(file.name, "<code>" + file_digest(verification.directory + "/" + file.name) + "</code>");
-    return out + "</table>\n";
+        digests.emplace_back(file.name, code(file_digest(verification.directory + "/" + file.name)));
+    return facts_table(facts) +
+           "<h3>Case files</h3>\n<p>A figure below names its file and line; these are the files.</p>\n" +
+           facts_table(digests);
 }
 
-std::string anchor(const Section& section) { return "f-" + section.subject.key; }
-
 std::string overview(const Verification& verification) {
-    std::string rows;
+    Table table("<subject,<function,points,values,exact,worst / permitted,mean / permitted,<verdict");
     for (const Section& section : verification.sections) {
         const Statistics s = statistics(section);
-        const bool any = s.worst != nullptr;
-        rows += fmt::format(
-            "<tr><td class=\"name\"><a href=\"#{}\">{}</a></td><td "
-            "class=\"name\"><code>{}</code></td><td>{}</td><td>{}"
-            "</td><td>{}</td><td>{}</td><td>{}</td><td class=\"name\">{}</td></tr>\n",
-            escape(anchor(section)), escape(section.subject.title), escape(section.subject.key), s.cases,
-            s.values, s.exact, any ? short_number(s.worst_ratio) : "-", any ? short_number(s.mean_ratio) : "-",
-            verdict(s));
+        table.row({Html{fmt::format("<a href=\"#{}\">{}</a>", anchor(section), escape(section.subject.title))},
+                   code(section.subject.key), s.cases, s.values, s.exact, figure(s, s.worst_ratio),
+                   figure(s, s.mean_ratio), verdict(s)});
     }
-    return "<table><thead><tr><th class=\"name\">subject</th><th class=\"name\">function</th><th>points</th>"
-           "<th>values</th><th>exact</th><th>worst / permitted</th><th>mean / permitted</th>"
-           "<th class=\"name\">verdict</th></tr></thead><tbody>\n" +
-           rows + "</tbody></table>\n";
+    return table.html();
+}
+
+// What the case files declare, by reason, with a link to the entry; nothing when they declare nothing.
+std::string declaration_table(const Verification& verification) {
+    Table table("<reason,<source,values,differ,largest,<largest at");
+    for (const Declaration& d : declarations(verification, true))
+        table.row({Html{fmt::format("<a class=\"declared\" href=\"#{}\">{}</a>", entry_id(d.reason),
+                                    escape(d.reason))},
+                   d.source, d.values, d.differing, d.at ? percent(d.largest) : "-",
+                   d.at ? d.at->place() : "-"});
+    const std::string rows = table.html();
+    if (rows.empty()) return rows;
+    return "<h3 id=\"declared\">Printed values that differ as declared</h3>\n<p>Where the library departs from "
+           "a "
+           "standard on purpose, the case file states the printed value with its own tolerance, and by how "
+           "much "
+           "the result may differ for the reason given.</p>\n" +
+           rows;
+}
+
+bool refused(const cases::Finding& finding) {
+    return std::ranges::find(finding.where->expected, "refused", &cases::Expected::text) !=
+           finding.where->expected.end();
+}
+
+// Of the numeric inputs that vary, in states that are computed: what the points cover.
+std::string covered(const Section& section) {
+    std::map<std::string, std::pair<double, double>> extents;
+    for (const Value& f : section.values)
+        for (const auto& [name, value] : f.where->inputs) {
+            if (!std::isfinite(value) || quantity(name).unit.empty() || !component(name).empty()) continue;
+            if (refused(f)) continue;
+            auto [at, fresh] = extents.try_emplace(name, value, value);
+            at->second = {std::fmin(at->second.first, value), std::fmax(at->second.second, value)};
+        }
+    std::erase_if(extents, [](const auto& one) { return one.second.first == one.second.second; });
+    const auto text = [](const auto& one) {
+        const Quantity q = quantity(one.first);
+        return fmt::format("{} {:.6g}..{:.6g} {}", q.symbol, one.second.first, one.second.second, q.unit);
+    };
+    return joined(extents, text, "; ");
+}
+
+std::string description(const Section& section) {
+    const Statistics s = statistics(section);
+    const auto source = [](const Values& values) {
+        std::set<const cases::Case*> here;
+        for (const Value& value : values) here.insert(value.where);
+        return fmt::format("<li>{} <small>({}:{}, {} {})</small></li>", escape(values.front().table->source),
+                           escape(values.front().file->name), values.front().table->line, here.size(),
+                           here.size() == 1 ? "case" : "cases");
+    };
+    return facts_table({{"Method", section.subject.method},
+                        {"Document, edition", section.subject.document},
+                        {"Range of use", section.subject.range},
+                        {"Covered by points", covered(section)},
+                        {"Points", fmt::format("{} cases, {} values compared; {} of them exactly", s.cases,
+                                               s.values, s.exact)},
+                        {"Sources", Html{"<ul>" + joined(section.tables(), source, "") + "</ul>"}}});
+}
+
+// Worst and mean of each output.
+std::string statistics_table(const Section& section) {
+    Table table(
+        "<output,<unit,values,exact,worst deviation,mean,worst / permitted,mean / permitted,"
+        "<worst / permitted at,<verdict");
+    for (const std::string& output : section.outputs()) {
+        const Statistics s = statistics(section, output);
+        const Quantity q = quantity(output);
+        table.row({q.symbol, q.unit, s.values, s.exact, figure(s, s.worst_deviation),
+                   figure(s, s.mean_deviation), figure(s, s.worst_ratio), figure(s, s.mean_ratio),
+                   s.worst ? s.worst->where->id + ", " + s.worst->place() : "-", verdict(s)});
+    }
+    return table.html();
 }
 
 std::string chapter(const Section& section) {
-    std::string out =
-        fmt::format("<h2 id=\"{}\">{} <small><code>{}</code></small></h2>\n", escape(anchor(section)),
-                    escape(section.subject.title), escape(section.subject.key));
-    out += description_table(section) + "<h3>Worst and mean</h3>\n" + statistics_table(section);
+    std::string out = fmt::format("<h2 id=\"{}\">{} <small>{}</small></h2>\n", anchor(section),
+                                  escape(section.subject.title), code(section.subject.key).text);
+    out += description(section) + "<h3>Worst and mean</h3>\n" + statistics_table(section);
     if (const std::string chart = deviation_chart(section); !chart.empty())
         out += "<h3>Deviations</h3>\n" + chart;
     out += "<h3>Values</h3>\n";
-    for (const Block& block : section.blocks) out += value_table(block);
+    for (const Values& values : section.tables()) out += value_table(values);
     return out;
 }
 
@@ -100,71 +152,46 @@ std::string chapter(const Section& section) {
 std::string never_compared(const Verification& verification) {
     std::string items;
     for (const auto& [name, procedure] : cases::procedures()) {
-        std::set<std::string> compared, varied;
+        std::set<std::string_view> compared, varied;
         for (const CaseFile& file : verification.files)
             for (const cases::Table& table : file.tables) {
                 if (table.function != name) continue;
                 for (const cases::Case& one : table.cases) {
                     for (const cases::Expected& expected : one.expected) compared.insert(expected.column);
-                    for (const auto& [input, value] : one.inputs)
-                        if (procedure.inputs.contains(input)) varied.insert(input);
+                    for (const auto& [input, value] : one.inputs) varied.insert(input);
                 }
             }
-        std::string without;
-        for (const std::string& output : procedure.outputs)
-            if (!compared.contains(output)) without += (without.empty() ? "" : ", ") + output;
-        std::string untouched;
+        std::vector<std::string_view> without, untouched;
+        for (const std::string_view output : words(procedure.outputs))
+            if (!compared.contains(output)) without.push_back(output);
         for (const auto& [input, value] : procedure.inputs)
-            if (!varied.contains(input)) untouched += (untouched.empty() ? "" : ", ") + input;
-        if (compared.empty())
-            items += fmt::format("<li><code>{}</code>: no case at all.</li>\n", name);
-        else if (!without.empty() || !untouched.empty())
-            items += fmt::format("<li><code>{}</code>: {}{}{}</li>\n", name,
-                                 without.empty() ? "" : "outputs never compared: " + without + ". ",
-                                 untouched.empty() ? "" : "inputs left at their default: " + untouched,
-                                 untouched.empty() ? "" : ".");
+            if (!varied.contains(input)) untouched.push_back(input);
+        std::string text;
+        if (compared.empty()) {
+            text = " no case at all.";
+        } else {
+            if (!without.empty()) text += " outputs never compared: " + joined(without) + ".";
+            if (!untouched.empty()) text += " inputs left at their default: " + joined(untouched) + ".";
+        }
+        if (!text.empty()) items += fmt::format("<li><code>{}</code>:{}</li>\n", name, text);
     }
-    return items.empty()
-               ? items
-               : "<h3>Found in the case files</h3>\n<div class=\"prose\"><ul>\n" + items + "</ul></div>\n";
-}
-
-std::string gas_maps(const Surroundings& around) {
-    const host::Library library(around.library);
-    std::string out = "<h2>Maps: compressibility</h2>\n<p>K of the four methods on one gas (";
-    const GivenComposition gas = read_composition(around.gas_file);
-    std::string parts;
-    for (std::size_t k = 0; k < gas.x.size(); ++k)
-        if (gas.x[k] > 0.0)
-            parts += fmt::format("{}{} {:g}", parts.empty() ? "" : ", ", component_names[k], gas.x[k]);
-    out += parts + (gas.volume_fractions ? "; volume fractions" : "; mole per cent") +
-           ") over temperature and absolute pressure, and how the others differ from AGA8-92DC. These are "
-           "computed for "
-           "the picture, not compared with anything. Grey: refused (K of 0.9999 or more among others).</p>\n";
-    return out + compressibility_maps(library, gas);
+    if (items.empty()) return items;
+    return "<h3>Found in the case files</h3>\n<div class=\"prose\"><ul>\n" + items + "</ul></div>\n";
 }
 
 // The verdict of the whole.
-std::string outcome(const Verification& verification) {
-    std::size_t values = 0, differing = 0;
-    for (const Section& section : verification.sections) {
-        const Statistics s = statistics(section);
-        values += s.values;
-        differing += s.differing;
-    }
-    const std::size_t failed = failures(verification);
+std::string outcome(const Statistics& s) {
     std::string out =
-        failed == 0
-            ? fmt::format(
+        s.failed > 0
+            ? fmt::format("<div class=\"outcome bad\">FAILED: {} of {} values</div>\n", s.failed, s.values)
+            : fmt::format(
                   "<div class=\"outcome\">MET: {} of {} values within their permitted deviation</div>\n",
-                  values - differing, values)
-            : fmt::format("<div class=\"outcome bad\">FAILED: {} of {} values</div>\n", failed, values);
-    if (differing > 0)
+                  s.values - s.differing, s.values);
+    if (s.differing > 0)
         out += fmt::format(
             "<div class=\"outcome declared\"><a class=\"declared\" href=\"#declared\">{} printed values differ "
-            "as "
-            "declared</a></div>\n",
-            differing);
+            "as declared</a></div>\n",
+            s.differing);
     return out;
 }
 
@@ -177,36 +204,26 @@ std::string html(const Verification& verification, const Surroundings& around) {
         "<title>kalorfix: verification report, {0}</title>\n<style>{1}</style>\n</head>\n<body>\n"
         "<h1>Verification report of kalorfix.so</h1>\n<p class=\"lead\">{0}</p>\n",
         escape(around.date), page_style);
-    out += outcome(verification) + overview(verification);
     out +=
+        outcome(totals(verification)) + overview(verification) +
         "<p class=\"note\">A point is a row of a case file. Worst and mean: deviation over permitted or, where "
         "a "
         "value differs as declared, declared deviation; exact values (statuses, phases, zeros) have none and "
-        "must "
-        "agree.</p>\n" +
+        "must agree.</p>\n" +
         declaration_table(verification) +
         "<p class=\"note\">Further: <a href=\"#identification\">identification</a>, <a "
-        "href=\"#limits\">limits</a>, "
-        "<a href=\"#deviations\">deliberate deviations</a>, <a href=\"#open\">what is not verified</a>.</p>\n";
-    out +=
-        "<h2 id=\"identification\" class=\"flow\">Identification</h2>\n" + identification(verification, around);
+        "href=\"#limits\">limits</a>, <a href=\"#deviations\">deliberate deviations</a>, <a "
+        "href=\"#open\">what is "
+        "not verified</a>.</p>\n<h2 id=\"identification\" class=\"flow\">Identification</h2>\n" +
+        identification(verification, around);
     for (const Section& section : verification.sections) out += chapter(section);
-    out +=
-        "<h2 id=\"limits\">Limits from both sides</h2>\n<p>Each limit with a state just inside and one just "
-        "outside, and "
-        "the status obtained.</p>\n" +
-        limit_tables(verification);
-    if (const std::string map = density_map(host::Library(around.library), verification); !map.empty())
-        out +=
-            "<h2>Map: density of water and steam</h2>\n<p>The compared states over temperature and pressure "
-            "(logarithmic), "
-            "shaded by the relative deviation of the density from the value of the source.</p>\n" +
-            map;
-    if (!around.gas_data.empty()) out += gas_maps(around);
-    out += "<h2 id=\"deviations\">Deliberate deviations</h2>\n" + deliberate(verification, around.deviations);
-    out += "<h2 id=\"open\">What is not verified</h2>\n" + document(around.not_verified) +
-           never_compared(verification);
-    return out + fmt::format("<footer>kalorfix verify, {}</footer>\n</body>\n</html>\n", escape(around.date));
+    return out +
+           "<h2 id=\"limits\">Limits from both sides</h2>\n<p>Each limit with a state just inside and one just "
+           "outside, and the status obtained.</p>\n" +
+           limit_tables(verification) + "<h2 id=\"deviations\">Deliberate deviations</h2>\n" +
+           deliberate(verification, around.deviations) + "<h2 id=\"open\">What is not verified</h2>\n" +
+           markdown(around.not_verified, false) + never_compared(verification) +
+           fmt::format("<footer>kalorfix verify, {}</footer>\n</body>\n</html>\n", escape(around.date));
 }
 
 }  // namespace kalorfix::tool::report

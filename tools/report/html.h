@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "tools/host.h"
 #include "tools/report/verification.h"
 
 namespace kalorfix::tool::report {
@@ -13,12 +12,17 @@ struct Surroundings {
     std::string library;       ///< file
     std::string gas_data;      ///< file; empty when none is in use
     std::string date;          ///< UTC
-    std::string gas_file;      ///< composition for the maps
     std::string deviations;    ///< document on the deliberate deviations
     std::string not_verified;  ///< document on what no case covers
 };
 
 /// Throws InputError when one of the documents cannot be read.
 [[nodiscard]] std::string html(const Verification& verification, const Surroundings& surroundings);
+
+/// All compared values of one source, and what the rows have in common.
+[[nodiscard]] std::string value_table(Values values);
+
+/// Tables of the cases NAME-in and NAME-out on the two sides of a limit, a table a source; a sentence where there are none.
+[[nodiscard]] std::string limit_tables(const Verification& verification);
 
 }  // namespace kalorfix::tool::report

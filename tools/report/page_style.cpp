@@ -1,4 +1,4 @@
-#include "tools/report/page_style.h"
+#include "tools/report/page_parts.h"
 
 namespace kalorfix::tool::report {
 
@@ -9,20 +9,15 @@ body { margin: 0 auto; max-width: 1160px; padding: 40px 40px 80px; color: var(--
   font: 14px/1.5 system-ui, -apple-system, "Segoe UI", "Liberation Sans", "DejaVu Sans", sans-serif; }
 h1 { font-size: 28px; font-weight: 600; line-height: 1.2; margin: 0 0 4px; letter-spacing: -0.01em; }
 h2 { font-size: 20px; font-weight: 600; margin: 56px 0 12px; padding-top: 10px; border-top: 2px solid var(--ink); }
-h3 { font-size: 16px; font-weight: 600; margin: 28px 0 8px; }
-h4 { font-size: 13px; font-weight: 600; margin: 26px 0 4px; }
-p { margin: 6px 0; max-width: 90ch; }
-a { color: var(--accent); text-decoration: none; }
+h3 { font-size: 16px; font-weight: 600; margin: 28px 0 8px; } h4 { font-size: 13px; font-weight: 600; margin: 26px 0 4px; }
+p { margin: 6px 0; max-width: 90ch; } a { color: var(--accent); text-decoration: none; }
 small { color: var(--grey); font-size: 0.88em; font-weight: 400; }
 code { font: 0.9em ui-monospace, "Liberation Mono", "DejaVu Sans Mono", monospace; overflow-wrap: anywhere; }
 .lead { color: var(--grey); margin-bottom: 20px; }
 .outcome { display: inline-block; margin: 14px 0 18px; padding: 8px 14px; border: 1.5px solid var(--met); color: var(--met);
   font-weight: 600; }
-.outcome.bad { border-color: var(--failed); color: var(--failed); }
-.outcome.declared { border-color: var(--declared); margin-left: 8px; }
-.declared { color: var(--declared); }
-.failed { color: var(--failed); }
-.met { color: var(--met); }
+.outcome.bad { border-color: var(--failed); color: var(--failed); } .outcome.declared { border-color: var(--declared); margin-left: 8px; }
+.declared { color: var(--declared); } .failed { color: var(--failed); } .met { color: var(--met); }
 .trace { color: var(--grey); font-weight: 400; margin-left: 10px; }
 .note, .fixed { color: var(--grey); font-size: 12.5px; margin: 2px 0; max-width: none; }
 .fixed b { font-weight: 600; }
@@ -30,51 +25,25 @@ table { border-collapse: collapse; width: 100%; margin: 8px 0 14px; font-size: 1
   font-variant-numeric: tabular-nums; }
 th, td { text-align: right; padding: 3px 8px; vertical-align: top; border-bottom: 1px solid #e9ecef; }
 th { font-weight: 600; border-bottom: 1px solid var(--ink); vertical-align: bottom; }
-th:first-child, td:first-child { padding-left: 0; }
-.values td:first-child:not(.id) { padding-left: 8px; }
-.values td.id, .facts td:first-child { padding-left: 0; }
-th:last-child, td:last-child { padding-right: 0; }
-.name { text-align: left; }
-td.mixture { text-align: left; font-size: 11.5px; min-width: 220px; }
-.values { font-size: 12px; }
-.values td { white-space: nowrap; }
-.values td.name, .values td.mixture { white-space: normal; }
-.values td.id, .values th.name { min-width: 8ch; }
-.wide { font-size: 11px; }
-.wide th, .wide td { padding: 3px 5px; }
+th:first-child, td:first-child { padding-left: 0; } th:last-child, td:last-child { padding-right: 0; } .name { text-align: left; }
+.values { font-size: 12px; } .values td { white-space: nowrap; } .values td.name { white-space: normal; min-width: 8ch; }
+.wide { font-size: 11px; } .wide th, .wide td { padding: 3px 5px; }
 .facts th { text-align: left; width: 170px; border-bottom: 1px solid #e9ecef; vertical-align: top; }
-.facts td { text-align: left; overflow-wrap: anywhere; }
-.facts ul { margin: 0; padding-left: 16px; }
+.facts td { text-align: left; overflow-wrap: anywhere; } .facts ul { margin: 0; padding-left: 16px; }
 .chart { width: 100%; height: auto; display: block; margin: 14px 0 6px; }
-.maps { display: grid; grid-template-columns: repeat(2, 1fr); gap: 18px 28px; margin: 14px 0; }
-.maps figure { margin: 0; break-inside: avoid; }
-.maps svg, figure svg { width: 100%; height: auto; display: block; }
-figure { margin: 14px 0; break-inside: avoid; }
-figcaption { font-size: 12.5px; color: var(--grey); }
 svg text { font-family: inherit; }
-.prose ul { padding-left: 18px; margin: 6px 0; }
-.prose li { margin: 4px 0; max-width: 100ch; }
-.prose td, .prose th { text-align: left; }
-.prose td:first-child { width: 14%; }
-.prose td:nth-child(2) { width: 26%; }
-.third { grid-template-columns: repeat(3, 1fr); }
+.prose ul { padding-left: 18px; margin: 6px 0; } .prose li { margin: 4px 0; max-width: 100ch; }
+.prose td, .prose th { text-align: left; } .prose td:first-child { width: 14%; } .prose td:nth-child(2) { width: 26%; }
 footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; color: var(--grey); font-size: 12px; }
 @page { size: A4 portrait; margin: 14mm 12mm 16mm; }
 @media print {
   body { max-width: none; padding: 0; font-size: 9.5pt; }
-  h2 { break-before: page; margin-top: 0; }
-  h2.flow { break-before: auto; margin-top: 28px; }
+  h2 { break-before: page; margin-top: 0; } h2.flow { break-before: auto; margin-top: 28px; }
   h2, h3, h4, .note, .fixed { break-after: avoid; }
   thead { display: table-header-group; }
-  tr, .chart, figure { break-inside: avoid; }
-  table { font-size: 7.6pt; }
-  .values { font-size: 7.2pt; }
-  th, td { padding: 1.5pt 4pt; }
-  .wide { font-size: 5.8pt; }
-  .wide th, .wide td { padding: 1.5pt 2pt; }
-  td.mixture { font-size: 6.8pt; min-width: 58mm; }
-  .values td:first-child:not(.id) { padding-left: 4pt; }
-  .maps { gap: 6px 14px; margin: 6px 0; }
+  tr, .chart { break-inside: avoid; }
+  table { font-size: 7.6pt; } .values { font-size: 7.2pt; } th, td { padding: 1.5pt 4pt; }
+  .wide { font-size: 5.8pt; } .wide th, .wide td { padding: 1.5pt 2pt; }
   a:not(.declared) { color: inherit; }
 }
 )css";

@@ -11,6 +11,9 @@ namespace kalorfix::tool::report {
 struct Quantity {
     std::string symbol;  ///< as a heading, without its unit
     std::string unit;    ///< empty for pure numbers and selectors
+
+    /// Between symbol and unit, and what stands behind a value.
+    [[nodiscard]] std::string unit_behind() const { return unit.empty() ? unit : " " + unit; }
 };
 
 /// From the name in the case file, such as rho_kg_m3.
@@ -31,9 +34,8 @@ struct Quantity {
 /// The computed value of an output for which the file gives a word, as a word where there is one.
 [[nodiscard]] std::string computed_word(const cases::Finding& finding);
 
-/// Expected and computed value, with one or two digits behind the permitted deviation.
-[[nodiscard]] std::string expected_text(const cases::Finding& finding);
-[[nodiscard]] std::string computed_text(const cases::Finding& finding);
+/// A value with one or two digits behind the permitted deviation.
+[[nodiscard]] std::string with_digits_of(double value, double permitted);
 
 /// A relative number with two significant digits, such as 0.011 %.
 [[nodiscard]] std::string percent(double relative);

@@ -1,19 +1,14 @@
-#include "tools/report/subjects.h"
-
-#include <algorithm>
-
-#include "tools/cases/procedures.h"
+#include "tools/report/verification.h"
 
 namespace kalorfix::tool::report {
-namespace {
 
-const std::vector<Subject>& described() {
+const std::vector<Subject>& subjects() {
     static const std::vector<Subject> all{
         {"t_param_1", "Properties of water and steam",
          "Helmholtz function of IAPWS-95; viscosity by the IAPS formulation of 1985",
          "IAPWS R6-95 with the ideal part of the 1995 edition; Revised Release on the IAPS Formulation 1985 "
-         "for "
-         "the Viscosity of Ordinary Water Substance",
+         "for the "
+         "Viscosity of Ordinary Water Substance",
          "0..800 degC, 0..100 MPa, both inclusive; saturated vapour (mode 3) up to 371.85 degC"},
         {"t_phase_1", "Phase of water and steam", "explicit saturation pressure, tolerance in pressure",
          "IAPWS SR1-86(1992)", "0..800 degC, 0.001..100 MPa"},
@@ -39,8 +34,7 @@ const std::vector<Subject>& described() {
          "window of the state, selection of the method, composition, heats of combustion, water vapour",
          "GOST 30319.1-96, 30319.2-96, 30319.3-96",
          "-23.15..66.85 degC, 0.001..30 MPa after the column, ends excluded; K below 0.9999; contents 0..100 "
-         "mol % "
-         "or 0..1; density up to 1 kg/m3"},
+         "mol % or 0..1; density up to 1 kg/m3"},
         {"discharge", "Discharge coefficient and roughness correction",
          "Reader-Harris/Gallagher equation for orifice plates; equations of nozzles and Venturi tubes",
          "GOST 8.586.2-2005, 8.586.3-2005, 8.586.4-2005 (ISO 5167-2:2003, -3:2003, -4:2003)",
@@ -57,35 +51,6 @@ const std::vector<Subject>& described() {
          "GOST 8.586.1-2005 to 8.586.5-2005 (ISO 5167-1:2003 to -4:2003)", "as for heat carriers"},
     };
     return all;
-}
-
-const Subject* find(const std::string& key) {
-    const auto found = std::find_if(described().begin(), described().end(),
-                                    [&](const Subject& subject) { return subject.key == key; });
-    return found == described().end() ? nullptr : &*found;
-}
-
-}  // namespace
-
-Subject subject_of(const std::string& function, const cases::Values& inputs) {
-    const auto procedure = cases::procedures().find(function);
-    if (procedure == cases::procedures().end()) return {function, function, {}, {}, {}};
-    const cases::Values& defaults = procedure->second.inputs;
-    for (const cases::Values* values : {&inputs, &defaults})
-        if (const auto method = values->find("method"); method != values->end()) {
-            if (const Subject* subject =
-                    find(function + "." + std::to_string(static_cast<int>(method->second))))
-                return *subject;
-            break;
-        }
-    if (const Subject* subject = find(function)) return *subject;
-    return {function, procedure->second.what, {}, {}, {}};
-}
-
-std::vector<std::string> subject_order() {
-    std::vector<std::string> keys;
-    for (const Subject& subject : described()) keys.push_back(subject.key);
-    return keys;
 }
 
 }  // namespace kalorfix::tool::report

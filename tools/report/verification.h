@@ -2,11 +2,11 @@
 #pragma once
 
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "tools/cases/procedures.h"
-#include "tools/report/subjects.h"
 
 namespace kalorfix::tool::report {
 
@@ -15,16 +15,37 @@ struct CaseFile {
     std::vector<cases::Table> tables;
 };
 
-/// The compared values of one table that belong to one subject.
-struct Block {
+/// A compared value with the table that it comes from.
+struct Value : cases::Finding {
     const CaseFile* file = nullptr;
     const cases::Table* table = nullptr;
-    std::vector<cases::Finding> findings;
+
+    [[nodiscard]] std::string place() const { return file->name + ":" + std::to_string(where->line); }
+    /// Whether it has no permitted deviation to compare with: words, nan, inf and exact numbers.
+    [[nodiscard]] bool is_exact() const;
+    /// |deviation| over permitted, or declared, deviation; infinite where the result is not a number.
+    [[nodiscard]] double ratio() const;
 };
+using Values = std::span<const Value>;
+
+/// What the report says of a function besides its numbers.
+struct Subject {
+    std::string key;  ///< the function, with the method behind a dot where that decides
+    std::string title, method{}, document{};
+    std::string range{};  ///< of use, as the interface states it
+};
+
+/// The functions in the order of the report. One that is not among them has its name alone.
+[[nodiscard]] const std::vector<Subject>& subjects();
 
 struct Section {
     Subject subject;
-    std::vector<Block> blocks;
+    std::vector<Value> values;
+
+    /// The values of each table apart.
+    [[nodiscard]] std::vector<Values> tables() const;
+    /// Outputs that are compared, in order of appearance.
+    [[nodiscard]] std::vector<std::string> outputs() const;
 };
 
 struct Verification {
@@ -38,25 +59,27 @@ struct Statistics {
     std::size_t exact = 0;      ///< of the values, those that must be met exactly
     std::size_t differing = 0;  ///< of the values, those that differ as declared
     std::size_t failed = 0;
-    double worst_ratio =
-        0.0;  ///< of deviation to permitted or, for those that differ as declared, declared deviation
-    double mean_ratio = 0.0;
+    double worst_ratio = 0.0, mean_ratio = 0.0;
     double worst_deviation = 0.0, mean_deviation = 0.0;
-    const cases::Finding* worst = nullptr;
-    const CaseFile* worst_file = nullptr;
+    const Value* worst = nullptr;
 };
-
-/// Whether a value has no permitted deviation to compare with: words, nan, inf and exact numbers.
-[[nodiscard]] bool is_exact(const cases::Finding& finding);
-
-/// |deviation| over permitted, or declared, deviation; infinite where the result is not a number.
-[[nodiscard]] double ratio(const cases::Finding& finding);
 
 /// Of one output, or of all with an empty name.
 [[nodiscard]] Statistics statistics(const Section& section, const std::string& output = {});
 
-/// Outputs that a section compares, in order of appearance.
-[[nodiscard]] std::vector<std::string> outputs(const Section& section);
+/// The counts of all sections.
+[[nodiscard]] Statistics totals(const Verification& verification);
+
+/// What the case files declare under one reason, and what came of it.
+struct Declaration {
+    std::string reason, source;
+    std::size_t values = 0, differing = 0;
+    double largest = 0.0;  ///< relative deviation of those that differ
+    const Value* at = nullptr;
+};
+
+/// In order of appearance; those of a reason together, or each source apart.
+[[nodiscard]] std::vector<Declaration> declarations(const Verification& verification, bool each_source);
 
 /// Reads all *.txt of a directory. Throws InputError naming the directory, or file and line.
 [[nodiscard]] std::vector<CaseFile> read_cases(const std::string& directory);
@@ -68,19 +91,5 @@ struct Statistics {
 /// exist.
 [[nodiscard]] Verification verify(const std::string& library, const std::string& directory,
                                   std::vector<CaseFile> files);
-
-[[nodiscard]] std::size_t failures(const Verification& verification);
-
-/// What the case files declare under one reason, and what came of it.
-struct Declaration {
-    std::string reason, source;
-    std::size_t values = 0, differing = 0;
-    double largest = 0.0;  ///< relative deviation of those that differ
-    const cases::Finding* at = nullptr;
-    const CaseFile* file = nullptr;
-};
-
-/// In order of appearance; those of a reason together, or each source apart.
-[[nodiscard]] std::vector<Declaration> declarations(const Verification& verification, bool each_source);
 
 }  // namespace kalorfix::tool::report

@@ -2,7 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "tools/range.h"
+#include <tuple>
+
 #include "tools/station/diagnosis.h"
 
 namespace kalorfix::tool::station {
@@ -14,25 +15,22 @@ Input input_of(const Channel& c, const Measured& row) {
     Input in;
     in.t_C = static_cast<float>(row[Quantity::t_C]);
     in.p_Pa = static_cast<float>(row[Quantity::p_Pa]);
-    const Quantity measured = c.device == meter_mass                                          ? Quantity::q_t_h
-                              : c.device == meter_volume || c.device == meter_standard_volume ? Quantity::q_m3_h
-                                                                                              : Quantity::dp_Pa;
-    in.dp = static_cast<float>(row[measured]);
-    const bool gas = c.medium == Medium::gas;
+    in.dp = static_cast<float>(row[measured_by(c)]);
     const std::array<Quantity, most_integrators> flows{
-        Quantity::mass, Quantity::volume, gas ? Quantity::standard_volume : Quantity::heat, Quantity::energy};
+        Quantity::mass, Quantity::volume, c.is_gas() ? Quantity::standard : Quantity::heat, Quantity::energy};
     for (std::size_t k = 0; k < integrator_count(c.medium); ++k)
         in.external[k] = static_cast<float>(row[flows[k]]);
     return in;
 }
 
 bool gas_state(const host::Library& library, const Channel& c, Outcome& out) {
-    const Gas& g = c.gas;
-    const std::array<float, 15>& x = g.x;
     char status = 0;
-    library->mg_param_gs(c.number, out.input.t_C, out.input.p_Pa, c.column_density, c.column_height_m, g.method,
-                         g.volume_fractions ? 1 : 0, x[0], x[1], x[2], x[3], x[4], x[5], x[6], x[7], x[8], x[9],
-                         x[10], x[11], x[12], x[13], x[14], g.rho_c, &status, &out.sum, &out.K, &out.rho_c);
+    const auto param_gs = [&](auto... x) {
+        library->mg_param_gs(c.number, out.input.t_C, out.input.p_Pa, c.column_density, c.column_height_m,
+                             c.gas.method, c.gas.volume_fractions ? 1 : 0, x..., c.gas.rho_c, &status, &out.sum,
+                             &out.K, &out.rho_c);
+    };
+    std::apply(param_gs, c.gas.x);
     return status == 1;
 }
 
@@ -44,7 +42,7 @@ bool gas_properties(const host::Library& library, const Channel& c, Outcome& out
 }
 
 bool state(const host::Library& library, const Channel& c, Outcome& out) {
-    if (c.medium == Medium::gas) return gas_state(library, c, out);
+    if (c.is_gas()) return gas_state(library, c, out);
     char status = 0;
     library->mt_param_tn(c.number, out.input.t_C, out.input.p_Pa, c.column_height_m, c.column_density,
                          c.heat.tolerance_Pa, c.heat.tolerance_K, &status, &out.phase, &out.ps_MPa, &out.ts_C);
@@ -52,7 +50,7 @@ bool state(const host::Library& library, const Channel& c, Outcome& out) {
 }
 
 bool properties(const host::Library& library, const Channel& c, Outcome& out) {
-    if (c.medium == Medium::gas) return gas_properties(library, c, out);
+    if (c.is_gas()) return gas_properties(library, c, out);
     char status = 0;
     if (c.heat.phase) out.phase = static_cast<short>(*c.heat.phase);
     library->mt_tf_param(c.number, c.heat.phase ? 1 : 0, c.heat.phase.value_or(0), c.heat.x, &status, &out.rho,
@@ -62,19 +60,18 @@ bool properties(const host::Library& library, const Channel& c, Outcome& out) {
 
 bool geometry(const host::Library& library, const Channel& c, Outcome& out) {
     char status = 0;
-    (c.medium == Medium::gas ? library->mg_param_tr : library->mt_param_tr)(
-        c.number, &status, &out.D_mm, &out.d_mm, &out.beta, &out.E, &out.K_p);
+    (c.is_gas() ? library->mg_param_tr : library->mt_param_tr)(c.number, &status, &out.D_mm, &out.d_mm,
+                                                               &out.beta, &out.E, &out.K_p);
     return status == 1;
 }
 
 // The heat of combustion per cubic metre of the standard volume, MJ: q_e is q_c times 0.001 k, so that it comes out in GJ/h.
 float energy_factor(const Channel& c, const Outcome& out) {
-    constexpr short first_composition_method = 3;
     constexpr float kJ_per_kcal = 4.1868F, MJ_per_kJ = 0.001F;
     // The volume of an ideal gas at 20 degC over that at 0 degC: a cubic metre at 20 degC holds so much less.
     constexpr float expansion = 293.15F / 273.15F;
     float heat = c.gas.by_higher_heat ? out.higher_heat : out.lower_heat;
-    if (c.gas.method < first_composition_method) return heat;
+    if (c.gas.method != vnic) return heat;
     if (c.gas.heat_unit == 1) heat *= kJ_per_kcal;
     if (c.gas.heat_basis == 0) heat /= expansion;
     return heat * MJ_per_kJ;
@@ -82,7 +79,7 @@ float energy_factor(const Channel& c, const Outcome& out) {
 
 bool flow(const host::Library& library, const Channel& c, Outcome& out) {
     char status = 0;
-    if (c.medium == Medium::gas)
+    if (c.is_gas())
         library->mg_mgn_param(c.number, compute, out.input.dp, out.rho, out.rho_c, energy_factor(c, out),
                               &status, out.q.data(), &out.q[1], &out.q[2], &out.q[3], &out.K_sh, &out.C,
                               &out.Re, &out.epsilon);
@@ -98,9 +95,9 @@ void carry_on(const host::Library& library, const Channel& c, unsigned short num
               Interval& interval) {
     char status = 0;
     Interval next;
-    (c.medium == Medium::gas ? library->mg_int_param_1 : library->mt_int_param_1)(
-        c.number, number, set, interval.time_s, interval.start, interval.result, &status, &next.time_s,
-        &next.start, &next.result);
+    (c.is_gas() ? library->mg_int_param_1 : library->mt_int_param_1)(c.number, number, set, interval.time_s,
+                                                                     interval.start, interval.result, &status,
+                                                                     &next.time_s, &next.start, &next.result);
     if (status != 1) return;
     next.closed = interval.time_s != 0.0F && next.time_s < interval.time_s;
     interval = next;
@@ -108,7 +105,7 @@ void carry_on(const host::Library& library, const Channel& c, unsigned short num
 
 // Number of integrators that took the cycle: those after a refused one are refused with it.
 std::size_t totals(const host::Library& library, const Channel& c, const Outcome& out, Registers& registers) {
-    const auto int_param = c.medium == Medium::gas ? library->mg_int_param : library->mt_int_param;
+    const auto int_param = c.is_gas() ? library->mg_int_param : library->mt_int_param;
     std::size_t accepted = 0;
     for (std::size_t k = 0; k < integrator_count(c.medium); ++k) {
         Register& reg = registers[k];
@@ -135,13 +132,12 @@ const char* step_name(Step step) {
 
 void set_up(const host::Library& library, const Station& station, const Channel& c) {
     char status = 0;
-    (c.medium == Medium::gas ? library->mg_init_tr : library->mt_init_tr)(
+    (c.is_gas() ? library->mg_init_tr : library->mt_init_tr)(
         c.number, c.metering_class, c.device, c.by_material ? 1 : 0, c.pipe_material, c.device_material,
         c.D20_mm, c.d20_mm, c.roughness_mm, c.edge_radius_mm, c.edge_at_end ? 1 : 0, c.interval_years,
         c.alpha_eps, &status);
     if (status != 1)
-        throw InputError{
-            fmt::format("{}: [{}]: the library refuses the constants of this channel", station.file, c.name)};
+        throw InputError(station.file, ": [", c.name, "]: the library refuses the constants of this channel");
 }
 
 void prime_gas_state(const host::Library& library, const Station& station) {
@@ -158,20 +154,9 @@ void prime_gas_state(const host::Library& library, const Station& station) {
 Outcome run_cycle(const host::Library& library, const Channel& c, const Measured& row, Registers& registers) {
     Outcome out;
     out.input = input_of(c, row);
-    const auto passed = [&](Step step) {
-        switch (step) {
-            case Step::state:
-                return state(library, c, out);
-            case Step::properties:
-                return properties(library, c, out);
-            case Step::geometry:
-                return geometry(library, c, out);
-            default:
-                return flow(library, c, out);
-        }
-    };
-    while (out.reached < Step::totals && passed(out.reached))
-        out.reached = static_cast<Step>(static_cast<int>(out.reached) + 1);
+    constexpr std::array steps{state, properties, geometry, flow};
+    for (std::size_t k = 0; k < steps.size() && steps[k](library, c, out); ++k)
+        out.reached = static_cast<Step>(k + 1);
     // After a refusal too: the totals then pass the time over.
     const Registers before = registers;
     const std::size_t accepted = totals(library, c, out, registers);

@@ -46,6 +46,16 @@ struct Outcome {
     [[nodiscard]] bool passed(Step step) const { return reached > step; }
 };
 
+/// The record of one cycle; the registers are those that it left.
+struct Cycle {
+    const Channel& channel;
+    const Measured& row;
+    const Outcome& outcome;
+    const Registers& registers;
+
+    [[nodiscard]] bool done() const { return outcome.reached == Step::done; }
+};
+
 /// Stores the constants of a channel. Throws InputError when the library refuses them.
 void set_up(const host::Library& library, const Station& station, const Channel& channel);
 

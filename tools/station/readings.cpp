@@ -1,12 +1,19 @@
 #include "tools/station/readings.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <ext/stdio_filebuf.h>
 
 #include <algorithm>
-#include <charconv>
+#include <cerrno>
+#include <chrono>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 
-#include "tools/range.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -17,252 +24,264 @@ constexpr double largest_value = 1e12;
 constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr double zero_celsius_K = 273.15;
 
-struct KnownColumn {
-    std::string_view name;
-    Quantity quantity;
-    double factor, offset;
-};
-constexpr KnownColumn known_columns[] = {
-    {"t_C", Quantity::t_C, 1.0, 0.0},
+constexpr Column known_columns[] = {
+    {"time_s", Quantity::time},
+    {"time", Quantity::time},
+    {"channel", Quantity::name},
+    {"t_C", Quantity::t_C},
     {"t_K", Quantity::t_C, 1.0, -zero_celsius_K},
-    {"p_Pa", Quantity::p_Pa, 1.0, 0.0},
-    {"p_kPa", Quantity::p_Pa, 1e3, 0.0},
-    {"p_MPa", Quantity::p_Pa, 1e6, 0.0},
-    {"dp_Pa", Quantity::dp_Pa, 1.0, 0.0},
-    {"dp_kPa", Quantity::dp_Pa, 1e3, 0.0},
-    {"q_t_h", Quantity::q_t_h, 1.0, 0.0},
-    {"q_m3_h", Quantity::q_m3_h, 1.0, 0.0},
-    {"mass_t_h", Quantity::mass, 1.0, 0.0},
-    {"volume_m3_h", Quantity::volume, 1.0, 0.0},
-    {"standard_volume_m3_h", Quantity::standard_volume, 1.0, 0.0},
-    {"energy_GJ_h", Quantity::energy, 1.0, 0.0},
-    {"heat_GJ_h", Quantity::heat, 1.0, 0.0},
+    {"p_Pa", Quantity::p_Pa},
+    {"p_kPa", Quantity::p_Pa, 1e3},
+    {"p_MPa", Quantity::p_Pa, 1e6},
+    {"dp_Pa", Quantity::dp_Pa},
+    {"dp_kPa", Quantity::dp_Pa, 1e3},
+    {"q_t_h", Quantity::q_t_h},
+    {"q_m3_h", Quantity::q_m3_h},
+    {"mass_t_h", Quantity::mass},
+    {"volume_m3_h", Quantity::volume},
+    {"standard_volume_m3_h", Quantity::standard},
+    {"energy_GJ_h", Quantity::energy},
+    {"heat_GJ_h", Quantity::heat},
 };
 
 std::string names_of(Quantity quantity) {
-    std::string names;
-    for (const KnownColumn& known : known_columns)
-        if (known.quantity == quantity) names += (names.empty() ? "" : " or ") + std::string(known.name);
-    return names;
+    std::vector<Column> same;
+    std::ranges::copy_if(known_columns, std::back_inserter(same),
+                         [=](const Column& one) { return one.quantity == quantity; });
+    return joined(same, &Column::name, " or ");
 }
 
-std::string all_names() {
-    std::string names = "time_s, time, channel";
-    for (const KnownColumn& known : known_columns) names += ", " + std::string(known.name);
-    return names;
+bool needs(const Channel& channel, Quantity quantity) {
+    return quantity == Quantity::t_C || quantity == Quantity::p_Pa ||
+           (channel.device != external_flow && quantity == measured_by(channel));
 }
 
-std::string_view trimmed(std::string_view text) {
-    const auto blank = [](char c) { return c == ' ' || c == '\t'; };
-    while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-    return text;
+bool takes(const Channel& channel, Quantity quantity) {
+    if (needs(channel, quantity)) return true;
+    if (channel.device != external_flow) return false;
+    if (quantity == Quantity::standard || quantity == Quantity::energy) return channel.is_gas();
+    return quantity == Quantity::mass || quantity == Quantity::volume ||
+           (quantity == Quantity::heat && !channel.is_gas());
+}
+
+std::optional<double> parse_date(std::string_view text) {
+    constexpr std::size_t length = std::string_view("2026-03-01T06:00:00").size();
+    if (text.ends_with('Z')) text.remove_suffix(1);
+    std::string whole(text.substr(0, length));
+    if (whole.size() == length && whole[10] == ' ') whole[10] = 'T';
+    int year = 0, hour = 0, minute = 0, second = 0;
+    unsigned month = 0, day = 0;
+    if (std::sscanf(whole.c_str(), "%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) !=
+        6)
+        return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
+                                           std::chrono::day(day)};
+    const auto days = std::chrono::sys_days(date).time_since_epoch().count();
+    const double seconds = static_cast<double>(days) * 86400.0 + 3600.0 * hour + 60.0 * minute + second;
+    // Whatever is no date reads otherwise when it is printed.
+    if (!date.ok() || seconds < 0.0 || print_time(TimeKind::date, seconds) != whole) return std::nullopt;
+    // Microseconds are what a double holds beside the seconds since 1970, and what is printed.
+    constexpr std::size_t most_digits = 6;
+    const std::string_view rest = text.substr(length);
+    if (rest.empty()) return seconds;
+    if (rest[0] != '.' || rest.size() < 2 || rest.size() > most_digits + 1 ||
+        rest.find_first_not_of("0123456789", 1) != std::string_view::npos)
+        return std::nullopt;
+    return seconds + parse<double>(rest).value_or(0.0);
+}
+
+// An open file as a stream, with the offset that it has.
+struct FileStream : std::istream {
+    explicit FileStream(int descriptor)
+        : std::istream(nullptr), buffer(descriptor, std::ios::in | std::ios::binary) {
+        rdbuf(&buffer);
+    }
+    __gnu_cxx::stdio_filebuf<char> buffer;
+};
+
+// Copies a pipe; an interruption may have cut the last line, which is then left out.
+void copy(const std::string& name, int from, int to, const volatile std::sig_atomic_t& interrupted) {
+    std::vector<char> buffer(std::size_t{1} << 16);
+    off_t whole_lines = 0;
+    for (ssize_t got = 0; !interrupted && (got = read(from, buffer.data(), buffer.size())) != 0;) {
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) throw InputError(name, ": cannot be read: ", std::strerror(errno));
+        if (write(to, buffer.data(), static_cast<std::size_t>(got)) != got)
+            throw InputError(name, ": no room for a temporary copy of the readings");
+        const std::size_t line_end = std::string_view(buffer.data(), static_cast<std::size_t>(got)).rfind('\n');
+        if (line_end != std::string_view::npos)
+            whole_lines = lseek(to, 0, SEEK_CUR) - got + static_cast<off_t>(line_end) + 1;
+    }
+    if ((interrupted && ftruncate(to, whole_lines) != 0) || lseek(to, 0, SEEK_SET) != 0)
+        throw InputError(name, ": cannot keep the readings");
 }
 
 }  // namespace
 
-bool Readings::needs(const Channel& channel, Quantity quantity) {
-    switch (quantity) {
-        case Quantity::t_C:
-        case Quantity::p_Pa:
-            return true;
-        case Quantity::dp_Pa:
-            return !is_meter(channel.device);
-        case Quantity::q_t_h:
-            return channel.device == meter_mass;
-        case Quantity::q_m3_h:
-            return channel.device == meter_volume || channel.device == meter_standard_volume;
-        default:
-            return false;
-    }
+std::optional<double> parse_time(TimeKind kind, std::string_view text) {
+    return kind == TimeKind::date ? parse_date(text) : number_within(text, {0.0, latest_s, "s"});
 }
 
-bool Readings::takes(const Channel& channel, Quantity quantity) {
-    if (needs(channel, quantity)) return true;
-    if (channel.device != external_flow) return false;
-    const bool gas = channel.medium == Medium::gas;
-    switch (quantity) {
-        case Quantity::mass:
-        case Quantity::volume:
-            return true;
-        case Quantity::standard_volume:
-        case Quantity::energy:
-            return gas;
-        case Quantity::heat:
-            return !gas;
-        default:
-            return false;
+std::string print_time(TimeKind kind, double seconds) {
+    if (kind == TimeKind::seconds) return fmt::format("{}", seconds);
+    const double whole = std::floor(seconds);
+    const auto since = std::chrono::seconds(static_cast<long long>(whole));
+    const auto days = std::chrono::floor<std::chrono::days>(since);
+    const std::chrono::year_month_day date{std::chrono::sys_days(days)};
+    const std::chrono::hh_mm_ss clock(since - days);
+    std::string text = fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", static_cast<int>(date.year()),
+                                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                                   clock.hours().count(), clock.minutes().count(), clock.seconds().count());
+    if (seconds > whole) {
+        std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
+        fraction.erase(fraction.find_last_not_of('0') + 1);
+        if (fraction.size() > 1) text += fraction;
     }
+    return text;
 }
 
-Readings::Readings(const Station& station, LineSource& source)
-    : station_(station), source_(source), last_time_(station.channels.size()) {
+Quantity measured_by(const Channel& channel) {
+    if (channel.device == meter_mass) return Quantity::q_t_h;
+    const bool volume = channel.device == meter_volume || channel.device == meter_standard_volume;
+    return volume ? Quantity::q_m3_h : Quantity::dp_Pa;
+}
+
+std::unique_ptr<std::istream> open_readings(const std::string& name,
+                                            const volatile std::sig_atomic_t& interrupted) {
+    const auto refused = [&](const char* why) {
+        return InputError(fmt::format("{}: cannot read these readings: {}", name, why));
+    };
+    // A descriptor of its own: that of the process stays open.
+    const int descriptor = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) throw refused(std::strerror(errno));
+    auto stream = std::make_unique<FileStream>(descriptor);
+    struct stat about {};
+    if (fstat(descriptor, &about) != 0 || S_ISDIR(about.st_mode)) throw refused("it is a directory");
+    if (S_ISREG(about.st_mode)) return stream;
+    std::FILE* const kept = std::tmpfile();
+    if (!kept) throw InputError(name, ": no temporary file to keep the readings in");
+    const int copied = dup(fileno(kept));
+    std::fclose(kept);
+    auto copy_stream = std::make_unique<FileStream>(copied);
+    copy(name, descriptor, copied, interrupted);
+    return copy_stream;
+}
+
+Readings::Readings(const Station& station, std::istream& in, const std::string& name)
+    : station_(station),
+      lines_(in, name == "-" ? "standard input" : name),
+      last_time_(station.channels.size()) {
     read_heading();
 }
 
 void Readings::rewind() {
-    source_.rewind();
-    std::fill(last_time_.begin(), last_time_.end(), std::nullopt);
+    lines_.rewind();
+    std::ranges::fill(last_time_, std::nullopt);
     latest_ = 0.0;
     std::string_view heading;
-    next_line(heading);
-}
-
-bool Readings::next_line(std::string_view& line) {
-    while (source_.next(line)) {
-        if (source_.line_number() == 1 && line.starts_with("\xEF\xBB\xBF")) line.remove_prefix(3);
-        const std::string_view text = trimmed(line);
-        if (!text.empty() && text.front() != '#') return true;
-    }
-    return false;
-}
-
-void Readings::split(std::string_view line) {
-    cells_.clear();
-    std::size_t begin = 0;
-    for (;;) {
-        const std::size_t comma = line.find(',', begin);
-        const std::string_view whole =
-            line.substr(begin, comma == std::string_view::npos ? comma : comma - begin);
-        const std::string_view text = trimmed(whole);
-        const std::size_t lead = text.empty() ? 0 : static_cast<std::size_t>(text.data() - whole.data());
-        cells_.push_back({text, begin + lead + 1});
-        if (comma == std::string_view::npos) return;
-        begin = comma + 1;
-        if (cells_.size() > longest_line) return;
-    }
+    lines_.next_entry(heading);
 }
 
 void Readings::read_heading() {
     std::string_view line;
-    if (!next_line(line)) fail("expected a heading such as time_s,channel,t_C,p_MPa,dp_kPa");
-    split(line);
-    if (cells_.size() > most_columns) fail(fmt::format("has more than {} columns", most_columns));
-    for (const Cell& cell : cells_) add_column(cell);
+    if (!lines_.next_entry(line)) lines_.fail("expected a heading such as time_s,channel,t_C,p_MPa,dp_kPa");
+    split(line, ',', cells_);
+    if (cells_.size() > most_columns) lines_.fail("has more than ", most_columns, " columns");
+    for (const std::string_view cell : cells_) add_column(cell);
     require_columns();
 }
 
-void Readings::add_column(const Cell& cell) {
-    Column column{std::string(cell.text)};
-    if (cell.text == "time_s" || cell.text == "time") {
-        column.role = Role::time;
-        time_kind_ = cell.text == "time" ? TimeKind::date : TimeKind::seconds;
-    } else if (cell.text == "channel") {
-        column.role = Role::channel;
-    } else {
-        const auto* const known = std::find_if(std::begin(known_columns), std::end(known_columns),
-                                               [&](const KnownColumn& one) { return one.name == cell.text; });
-        if (known == std::end(known_columns))
-            fail(cell, fmt::format("no such column: '{}'; there are {}", cell.text, all_names()));
-        column.quantity = known->quantity;
-        column.factor = known->factor;
-        column.offset = known->offset;
-    }
-    for (const Column& other : columns_)
-        if (other.role == column.role && (column.role != Role::value || other.quantity == column.quantity))
-            fail(cell, fmt::format("{} gives what column {} gives already", column.name, other.name));
-    columns_.push_back(column);
+void Readings::add_column(std::string_view name) {
+    const auto* const known = std::ranges::find(known_columns, name, &Column::name);
+    if (known == std::end(known_columns))
+        lines_.fail_at(name, "no such column: ", quoted(name), "; there are ",
+                       joined(known_columns, &Column::name));
+    if (const auto other = std::ranges::find(columns_, known->quantity, &Column::quantity);
+        other != columns_.end())
+        lines_.fail_at(name, name, " gives what column ", other->name, " gives already");
+    if (name == "time") time_kind_ = TimeKind::date;
+    columns_.push_back(*known);
 }
 
-void Readings::require_columns() const {
-    const auto has = [this](Role role) {
-        return std::any_of(columns_.begin(), columns_.end(),
-                           [role](const Column& c) { return c.role == role; });
+void Readings::require_columns() {
+    const auto place = [this](Quantity quantity) {
+        return static_cast<std::size_t>(std::ranges::find(columns_, quantity, &Column::quantity) -
+                                        columns_.begin());
     };
-    if (!has(Role::time)) fail("the heading lacks a column time_s (seconds) or time (2026-03-01T00:00:00)");
-    if (!has(Role::channel)) fail("the heading lacks the column channel, which holds names such as GAS 1");
+    time_column_ = place(Quantity::time);
+    channel_column_ = place(Quantity::name);
+    if (time_column_ == columns_.size())
+        lines_.fail("the heading lacks a column time_s (seconds) or time (2026-03-01T00:00:00)");
+    if (channel_column_ == columns_.size())
+        lines_.fail("the heading lacks the column channel, which holds names such as GAS 1");
     for (const Channel& channel : station_.channels)
-        for (std::size_t q = 0; q < quantity_count; ++q) {
-            const auto quantity = static_cast<Quantity>(q);
-            const auto holds = [quantity](const Column& c) {
-                return c.role == Role::value && c.quantity == quantity;
-            };
-            if (needs(channel, quantity) && std::none_of(columns_.begin(), columns_.end(), holds))
-                fail(fmt::format("the heading lacks a column {}, which {} needs", names_of(quantity),
-                                 channel.name));
-        }
+        for (std::size_t q = 0; q < quantity_count; ++q)
+            if (const auto quantity = static_cast<Quantity>(q);
+                needs(channel, quantity) && place(quantity) == columns_.size())
+                lines_.fail("the heading lacks a column ", names_of(quantity), ", which ", channel.name,
+                            " needs");
 }
 
-std::size_t Readings::find_channel(const Cell& cell) const {
+double Readings::read_time(std::string_view cell) const {
+    const std::optional<double> seconds = parse_time(time_kind_, cell);
+    if (seconds) return *seconds;
+    if (time_kind_ == TimeKind::seconds)
+        lines_.fail_at(cell, "time_s: expected seconds within 0..", latest_s, ", not ", quoted(cell));
+    lines_.fail_at(cell, "time: expected a date such as 2026-03-01T06:00:00, not ", quoted(cell));
+}
+
+std::size_t Readings::find_channel(std::string_view cell) {
     const std::size_t count = station_.channels.size();
     // Channels mostly follow each other as in the station file.
     for (std::size_t k = 0; k < count; ++k) {
         const std::size_t i = (last_channel_ + 1 + k) % count;
-        if (station_.channels[i].name == cell.text) return last_channel_ = i;
+        if (station_.channels[i].name == cell) return last_channel_ = i;
     }
-    std::string names;
-    for (const Channel& channel : station_.channels) names += (names.empty() ? "" : ", ") + channel.name;
-    fail(cell, fmt::format("no such channel: '{}'; {} describes {}", cell.text, station_.file, names));
+    lines_.fail_at(cell, "no such channel: ", quoted(cell), "; ", station_.file, " describes ",
+                   joined(station_.channels, &Channel::name));
 }
 
-double Readings::number(const Cell& cell, const Column& column) const {
-    double value = 0.0;
-    const char* const end = cell.text.data() + cell.text.size();
-    const auto [stop, error] = std::from_chars(cell.text.data(), end, value);
-    if (error != std::errc() || stop != end || !std::isfinite(value))
-        fail(cell, fmt::format("{}: expected a number such as 12.5, not '{}'", column.name, cell.text));
-    if (std::fabs(value) > largest_value)
-        fail(cell, fmt::format("{}: must lie within -{}..{}, not {}", column.name, largest_value, largest_value,
-                               cell.text));
-    return value * column.factor + column.offset;
+double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) const {
+    if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
+    const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
+    if (cell.empty()) fail(channel.name, " needs a value here");
+    if (!takes(channel, column.quantity))
+        fail("the device of ", channel.name, " does not take it; leave the cell empty");
+    const std::optional<double> value = number(cell);
+    if (!value) fail("expected a number such as 12.5, not ", quoted(cell));
+    if (std::fabs(*value) > largest_value)
+        fail("must lie within -", largest_value, "..", largest_value, ", not ", cell);
+    return *value * column.factor + column.offset;
 }
 
-void Readings::check_order(const Measured& row, const Cell& time) {
+void Readings::check_order(const Measured& row, std::string_view time) {
     if (row.time_s < latest_)
-        fail(time, fmt::format("{} lies before {}; the rows must be in the order of time", time.text,
-                               print_time(time_kind_, latest_)));
+        lines_.fail_at(time, time, " lies before ", print_time(time_kind_, latest_),
+                       "; the rows must be in the order of time");
     std::optional<double>& last = last_time_[row.channel];
     const std::string& name = station_.channels[row.channel].name;
-    if (last && row.time_s == *last) fail(time, fmt::format("{} has a row for {} already", name, time.text));
+    if (last && row.time_s == *last) lines_.fail_at(time, name, " has a row for ", time, " already");
     if (last && row.time_s - *last > longest_gap_s)
-        fail(time, fmt::format("more than {} days after the row of {} before", longest_gap_s / 86400.0, name));
+        lines_.fail_at(time, "more than ", longest_gap_s / 86400.0, " days after the row of ", name, " before");
     last = row.time_s;
     latest_ = row.time_s;
 }
 
 bool Readings::next(Measured& row) {
     std::string_view line;
-    if (!next_line(line)) return false;
-    split(line);
+    if (!lines_.next_entry(line)) return false;
+    split(line, ',', cells_);
     if (cells_.size() != columns_.size())
-        fail(fmt::format("expected {} cells as in the heading, not {}", columns_.size(), cells_.size()));
+        lines_.fail("expected ", columns_.size(), " cells as in the heading, not ", cells_.size());
     row = {};
-    const Cell* time = nullptr;
-    for (std::size_t k = 0; k < cells_.size(); ++k) {
-        if (columns_[k].role == Role::channel) row.channel = find_channel(cells_[k]);
-        if (columns_[k].role != Role::time) continue;
-        time = &cells_[k];
-        if (!parse_time(time_kind_, time->text, row.time_s))
-            fail(*time,
-                 time_kind_ == TimeKind::seconds
-                     ? fmt::format("time_s: expected seconds within 0..{}, not '{}'", latest_s, time->text)
-                     : fmt::format("time: expected a date such as 2026-03-01T06:00:00, not '{}'", time->text));
-    }
-    const Channel& channel = station_.channels[row.channel];
-    for (std::size_t k = 0; k < cells_.size(); ++k) {
-        const Column& column = columns_[k];
-        if (column.role != Role::value) continue;
-        if (cells_[k].text.empty()) {
-            if (needs(channel, column.quantity))
-                fail(cells_[k], fmt::format("{}: {} needs a value here", column.name, channel.name));
-            continue;
-        }
-        if (!takes(channel, column.quantity))
-            fail(cells_[k], fmt::format("{}: the device of {} does not take it; leave the cell empty",
-                                        column.name, channel.name));
-        row.value[static_cast<std::size_t>(column.quantity)] = number(cells_[k], column);
-    }
-    if (time) check_order(row, *time);
+    row.time_s = read_time(cells_[time_column_]);
+    row.channel = find_channel(cells_[channel_column_]);
+    for (std::size_t k = 0; k < cells_.size(); ++k)
+        if (k != time_column_ && k != channel_column_)
+            row.value[static_cast<std::size_t>(columns_[k].quantity)] =
+                read_value(cells_[k], columns_[k], station_.channels[row.channel]);
+    check_order(row, cells_[time_column_]);
     return true;
-}
-
-void Readings::fail(const Cell& cell, const std::string& what) const {
-    throw InputError{fmt::format("{}:{}:{}: {}", source_.name(), source_.line_number(), cell.position, what)};
-}
-
-void Readings::fail(const std::string& what) const {
-    throw InputError{
-        fmt::format("{}:{}: {}", source_.name(), std::max<std::uint64_t>(source_.line_number(), 1), what)};
 }
 
 }  // namespace kalorfix::tool::station

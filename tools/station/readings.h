@@ -2,20 +2,41 @@
 #pragma once
 
 #include <array>
+#include <csignal>
+#include <cstdio>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "tools/station/line_source.h"
 #include "tools/station/station.h"
-#include "tools/station/timestamp.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
 
-/// What a column can hold, in the unit of the interface.
-enum class Quantity { t_C, p_Pa, dp_Pa, q_t_h, q_m3_h, mass, volume, standard_volume, energy, heat };
-inline constexpr std::size_t quantity_count = 10;
+enum class TimeKind { seconds, date };
+
+/// Largest time in seconds: the tick counter and its differences stay exact.
+inline constexpr double latest_s = 1e11;
+
+/// Reads "86400.5" (0..1e11) or "2026-03-01T06:00:00", with a fraction of up to 6 digits and a Z if need be, into seconds; a date counts from
+/// 1970. Nothing when the text is neither.
+[[nodiscard]] std::optional<double> parse_time(TimeKind kind, std::string_view text);
+
+/// The same the other way round.
+[[nodiscard]] std::string print_time(TimeKind kind, double seconds);
+
+/// What a column can hold, measured values in the unit of the interface.
+enum class Quantity { t_C, p_Pa, dp_Pa, q_t_h, q_m3_h, mass, volume, standard, energy, heat, time, name };
+inline constexpr std::size_t quantity_count = 10;  ///< those that are measured
+
+/// A column of readings.
+struct Column {
+    std::string_view name;
+    Quantity quantity;
+    double factor = 1.0, offset = 0.0;  ///< into the unit of the interface
+};
 
 struct Measured {
     double time_s = 0.0;
@@ -24,6 +45,14 @@ struct Measured {
 
     [[nodiscard]] double operator[](Quantity q) const { return value[static_cast<std::size_t>(q)]; }
 };
+
+/// The quantity beside temperature and pressure that a channel's device needs: a differential pressure or the reading of a meter.
+[[nodiscard]] Quantity measured_by(const Channel& channel);
+
+/// The readings of a file, or with the name "-" of standard input, as a stream that can be walked through twice: a pipe is copied
+/// to an unnamed temporary file, which an interruption ends behind a whole line. Throws InputError when they cannot be read.
+[[nodiscard]] std::unique_ptr<std::istream> open_readings(const std::string& name,
+                                                          const volatile std::sig_atomic_t& interrupted);
 
 /// Rows of readings
 ///
@@ -35,7 +64,7 @@ struct Measured {
 class Readings {
 public:
     /// Reads the heading. Throws InputError with file, line and column for every mistake.
-    Readings(const Station& station, LineSource& source);
+    Readings(const Station& station, std::istream& in, const std::string& name);
 
     /// The next row. Throws InputError with file, line and column.
     bool next(Measured& row);
@@ -44,43 +73,27 @@ public:
     void rewind();
 
     [[nodiscard]] TimeKind time_kind() const { return time_kind_; }
-
-    /// Whether a channel's device needs a column, and whether it takes it at all.
-    [[nodiscard]] static bool needs(const Channel& channel, Quantity quantity);
-    [[nodiscard]] static bool takes(const Channel& channel, Quantity quantity);
+    [[nodiscard]] std::uint64_t bytes_read() const { return lines_.bytes_read(); }
+    [[nodiscard]] const std::string& name() const { return lines_.name(); }
 
 private:
-    enum class Role { time, channel, value };
-    struct Column {
-        std::string name;
-        Role role = Role::value;
-        Quantity quantity = Quantity::t_C;
-        double factor = 1.0, offset = 0.0;
-    };
-    struct Cell {
-        std::string_view text;
-        std::size_t position;  ///< of its first character in the line, from 1
-    };
-
-    bool next_line(std::string_view& line);
-    void split(std::string_view line);
     void read_heading();
-    void add_column(const Cell& cell);
-    void require_columns() const;
-    std::size_t find_channel(const Cell& cell) const;
-    double number(const Cell& cell, const Column& column) const;
-    void check_order(const Measured& row, const Cell& time);
-    [[noreturn]] void fail(const Cell& cell, const std::string& what) const;
-    [[noreturn]] void fail(const std::string& what) const;
+    void add_column(std::string_view name);
+    void require_columns();
+    double read_time(std::string_view cell) const;
+    std::size_t find_channel(std::string_view cell);
+    double read_value(std::string_view cell, const Column& column, const Channel& channel) const;
+    void check_order(const Measured& row, std::string_view time);
 
     const Station& station_;
-    LineSource& source_;
+    Lines lines_;
     TimeKind time_kind_ = TimeKind::seconds;
     std::vector<Column> columns_;
-    std::vector<Cell> cells_;
+    std::size_t time_column_ = 0, channel_column_ = 0;
+    std::vector<std::string_view> cells_;
     std::vector<std::optional<double>> last_time_;  ///< of each channel
     double latest_ = 0.0;
-    mutable std::size_t last_channel_ = 0;
+    std::size_t last_channel_ = 0;
 };
 
 }  // namespace kalorfix::tool::station

@@ -4,71 +4,81 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <numeric>
 
-#include "tools/range.h"
+#include "tools/commands.h"
 #include "tools/runtime.h"
 #include "tools/simulated_clock.h"
-#include "tools/station/progress.h"
+#include "tools/station/readings.h"
+#include "tools/station/station_keys.h"
+#include "tools/text.h"
 
-namespace kalorfix::tool::station {
+namespace kalorfix::tool {
+namespace station {
 namespace {
 
+constexpr double s_per_min = 60.0;
 volatile std::sig_atomic_t signal_received = 0;
 
 void on_signal(int signal) { signal_received = signal; }
 
-// While it lives, an interruption ends the run between two cycles, and a closed pipe is a failed write.
-class Signals {
-public:
-    Signals() {
-        signal_received = 0;
-        struct sigaction act {};
-        act.sa_handler = on_signal;  // no SA_RESTART: a waiting read ends
-        sigemptyset(&act.sa_mask);
-        sigaction(SIGINT, &act, &interrupt_);
-        sigaction(SIGTERM, &act, &terminate_);
-        act.sa_handler = SIG_IGN;
-        sigaction(SIGPIPE, &act, &pipe_);
-    }
-    ~Signals() {
-        sigaction(SIGINT, &interrupt_, nullptr);
-        sigaction(SIGTERM, &terminate_, nullptr);
-        sigaction(SIGPIPE, &pipe_, nullptr);
-    }
-    Signals(const Signals&) = delete;
-    Signals& operator=(const Signals&) = delete;
-
-private:
-    struct sigaction interrupt_ {
-    }, terminate_{}, pipe_{};
-};
-
-// Init to Done: the gas tables are released however the run ends.
-class Session {
-public:
-    explicit Session(const host::Library& library) : library_(library) {
-        if (library_->Init() != 1) throw InputError{"the library refuses to initialise"};
-    }
-    ~Session() { library_->Done(); }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-private:
-    const host::Library& library_;
-};
-
-bool needs_gas_data(const Station& station) {
-    return std::any_of(station.channels.begin(), station.channels.end(), [](const Channel& c) {
-        return c.medium == Medium::gas && !is_by_density(c.gas.method);
-    });
+// An interruption ends the run between two cycles, and a closed pipe is a failed write.
+void watch_signals() {
+    signal_received = 0;
+    struct sigaction act {};
+    act.sa_handler = on_signal;  // no SA_RESTART: a waiting read ends
+    sigaction(SIGINT, &act, nullptr);
+    sigaction(SIGTERM, &act, nullptr);
+    act.sa_handler = SIG_IGN;
+    sigaction(SIGPIPE, &act, nullptr);
 }
 
-struct Survey {
-    std::uint64_t bytes = 0;
+// Init to Done: the gas tables are released however the run ends.
+struct SessionEnd {
+    void operator()(const host::Library* library) const { (*library)->Done(); }
+};
+using Session = std::unique_ptr<const host::Library, SessionEnd>;
+
+// How far a long run has come, on standard error when a person watches; now and then, once the run has taken a second.
+class Progress {
+public:
+    Progress(std::uint64_t whole, bool wanted)
+        : whole_(whole), watched_(wanted && isatty(STDERR_FILENO) == 1) {}
+    ~Progress() {
+        if (drawn_) std::fputs("\r\033[K", stderr);
+    }
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    void at(std::uint64_t done) {
+        constexpr unsigned calls_between_looks = 256;
+        if (!watched_ || ++calls_ % calls_between_looks != 0 || Clock::now() < next_) return;
+        next_ = Clock::now() + std::chrono::milliseconds(100);
+        drawn_ = true;
+        const auto percent = static_cast<int>(std::min(done, whole_) * 100 / whole_);
+        fmt::print(stderr, "\r[{:#<{}}{:.<{}}] {:3} %", "", percent / 2, "", 50 - percent / 2, percent);
+        std::fflush(stderr);
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+    std::uint64_t whole_;
+    bool watched_, drawn_ = false;
+    unsigned calls_ = 0;
+    Clock::time_point next_ = Clock::now() + std::chrono::seconds(1);
+};
+
+// What the walks through the readings share.
+struct Job {
+    const Station& station;
+    Readings& readings;
+    StationRegisters registers;
+    double downtime_min;
+    std::uint64_t bytes = 0;  // of the readings
     std::vector<std::optional<double>>
-        first_s;  ///< time of each channel's first reading that is to be computed
+        first_s{};  // time of each channel's first reading that is to be computed
 };
 
 // Whether the registers hold a reading already: a run goes on from them with the same readings or with later ones.
@@ -77,57 +87,40 @@ bool is_counted(const ChannelRegisters& registers, const Measured& row) {
 }
 
 // The first walk through the readings: every mistake is found before anything is written.
-Survey check(const Station& station, Readings& readings, const LineSource& source,
-             const StationRegisters& registers) {
-    Survey survey{0, std::vector<std::optional<double>>(station.channels.size())};
+void check(Job& job) {
+    job.first_s.resize(job.station.channels.size());
     Measured row;
     bool any = false;
-    while (!signal_received && readings.next(row)) {
+    while (!signal_received && job.readings.next(row)) {
         any = true;
-        std::optional<double>& first = survey.first_s[row.channel];
-        if (!first && !is_counted(registers[row.channel], row)) first = row.time_s;
+        std::optional<double>& first = job.first_s[row.channel];
+        if (!first && !is_counted(job.registers[row.channel], row)) first = row.time_s;
     }
-    survey.bytes = source.bytes_read();
+    job.bytes = job.readings.bytes_read();
     const auto given = [](const std::optional<double>& first) { return first.has_value(); };
-    if (any && !signal_received && std::none_of(survey.first_s.begin(), survey.first_s.end(), given))
-        throw InputError{
-            fmt::format("{}: the registers of --continue hold all these readings already", source.name())};
-    return survey;
-}
-
-void check_downtime(double downtime_min, const Station& station, const Survey& survey,
-                    const StationRegisters& registers) {
-    for (std::size_t i = 0; i < station.channels.size(); ++i) {
-        if (!registers[i].last_s || !survey.first_s[i]) continue;
-        constexpr double s_per_min = 60.0;
-        const double gap_min = (*survey.first_s[i] - *registers[i].last_s) / s_per_min;
-        if (gap_min < downtime_min)
-            throw InputError{
-                fmt::format("--downtime {}: only {} minutes lie between the last reading of {} and its next",
-                            downtime_min, gap_min, station.channels[i].name)};
+    if (any && !signal_received && std::ranges::none_of(job.first_s, given))
+        throw InputError(job.readings.name(), ": the registers of --continue hold all these readings already");
+    for (std::size_t i = 0; i < job.station.channels.size(); ++i) {
+        if (!job.registers[i].last_s || !job.first_s[i]) continue;
+        const double gap_min = (*job.first_s[i] - *job.registers[i].last_s) / s_per_min;
+        if (gap_min < job.downtime_min)
+            throw InputError("--downtime ", job.downtime_min, ": only ", gap_min,
+                             " minutes lie between the last reading of ", job.station.channels[i].name,
+                             " and its next");
     }
 }
 
 // A channel counts its time from the moment it is made: the last reading of the run before, or its own first one. The
 // channels of a medium come into being in ascending order, lower numbers with the higher ones.
-void set_up_all(const host::Library& library, const Station& station, const Survey& survey,
-                const StationRegisters& registers, double downtime_min, SimulatedClock& clock) {
-    std::vector<std::size_t> order(station.channels.size());
+void set_up_all(const host::Library& library, const Job& job, SimulatedClock& clock) {
+    std::vector<std::size_t> order(job.station.channels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-        return station.channels[a].number < station.channels[b].number;
-    });
+    std::ranges::sort(order, {}, [&](std::size_t i) { return job.station.channels[i].number; });
     for (const std::size_t i : order) {
-        constexpr double s_per_min = 60.0;
-        const std::optional<double>& last = registers[i].last_s;
-        clock.set(last ? *last + downtime_min * s_per_min : survey.first_s[i].value_or(0.0));
-        set_up(library, station, station.channels[i]);
+        const std::optional<double>& last = job.registers[i].last_s;
+        clock.set(last ? *last + job.downtime_min * s_per_min : job.first_s[i].value_or(0.0));
+        set_up(library, job.station, job.station.channels[i]);
     }
-}
-
-Format format_of(const RunRequest& request) {
-    if (request.format) return *request.format;
-    return request.out.empty() && isatty(STDOUT_FILENO) == 1 ? Format::table : Format::csv;
 }
 
 void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, TimeKind kind) {
@@ -140,74 +133,96 @@ void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, 
 }
 
 // The second walk: every reading through the library.
-std::vector<ChannelSummary> compute(const host::Library& library, const Station& station, Readings& readings,
-                                    const LineSource& source, const Survey& survey, SimulatedClock& clock,
-                                    StationRegisters& registers, Results& results, bool progress_wanted) {
-    std::vector<ChannelSummary> summaries(station.channels.size());
-    Progress progress(survey.bytes, progress_wanted);
+std::vector<ChannelSummary> compute(const host::Library& library, Job& job, SimulatedClock& clock,
+                                    Results& results, bool progress_wanted) {
+    std::vector<ChannelSummary> summaries(job.station.channels.size());
+    Progress progress(job.bytes, progress_wanted);
     Measured row;
-    readings.rewind();
-    while (!signal_received && source.bytes_read() < survey.bytes && readings.next(row)) {
-        const Channel& channel = station.channels[row.channel];
-        ChannelRegisters& kept = registers[row.channel];
-        progress.at(source.bytes_read());
+    job.readings.rewind();
+    while (!signal_received && job.readings.bytes_read() < job.bytes && job.readings.next(row)) {
+        const Channel& channel = job.station.channels[row.channel];
+        ChannelRegisters& kept = job.registers[row.channel];
+        progress.at(job.readings.bytes_read());
         if (is_counted(kept, row)) continue;
         clock.set(row.time_s);
         const Outcome outcome = run_cycle(library, channel, row, kept.reg);
         kept.last_s = row.time_s;
-        note(summaries[row.channel], row, outcome, readings.time_kind());
-        results.cycle(channel, row, outcome, kept.reg);
+        note(summaries[row.channel], row, outcome, job.readings.time_kind());
+        results.cycle({channel, row, outcome, kept.reg});
     }
     return summaries;
 }
 
+std::unique_ptr<Results> results_of(const RunRequest& request, const Station& station, TimeKind kind,
+                                    OutputFile& out) {
+    const bool terminal = request.out.empty() && isatty(STDOUT_FILENO) == 1;
+    return make_results(!request.format.empty() ? request.format
+                        : terminal              ? "table"
+                                                : "csv",
+                        station, kind, out);
+}
+
+// Everything that can be wrong with the request itself; the minutes of the downtime.
+double check_request(const RunRequest& request) {
+    constexpr std::array<std::string_view, 6> formats{"", "table", "csv", "json", "hours", "days"};
+    constexpr Limits downtime_min{0.0, 500000.0, ""};
+    if (request.station_file.empty() || request.readings.empty())
+        throw InputError(
+            "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
+    if (std::ranges::find(formats, request.format) == formats.end())
+        throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
+    if (!request.out.empty() && request.out == request.registers_file)
+        throw InputError("--registers ", request.out, ": is the file of --out already");
+    const std::optional<double> minutes = number_within(request.downtime, downtime_min);
+    if (!minutes)
+        throw InputError("--downtime: expected minutes within ", downtime_min.text(), ", not '",
+                         request.downtime, "'");
+    return *minutes;
+}
+
 }  // namespace
 
-int run(const std::string& library_file, const std::string& gas_data_file, const RunRequest& request) {
-    if (request.station_file.empty() || request.readings.empty())
-        throw InputError{
-            "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help"};
-    if (!request.out.empty() && request.out == request.registers_file)
-        throw InputError{fmt::format("--registers {}: is the file of --out already", request.out)};
-    const Signals signals;
-    const host::Runtime runtime(gas_data_file);
-    const host::Library library(library_file);
+int run(const Installation& files, const RunRequest& request, const ResultsMaker& make) {
+    const double downtime_min = check_request(request);
+    watch_signals();
+    const host::Runtime runtime(files.gas_data);
+    const host::Library library(files.library);
     const Station station = read_station(library, request.station_file);
-    if (gas_data_file.empty() && needs_gas_data(station))
-        throw InputError{
+    if (files.gas_data.empty() && !make && std::ranges::any_of(station.channels, &Channel::needs_gas_data))
+        throw InputError(
             "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
-            "file"};
+            "file");
 
-    LineSource source(request.readings, signal_received);
+    const std::unique_ptr<std::istream> in = open_readings(request.readings, signal_received);
     const int interrupted_copying = signal_received;
     signal_received = 0;
-    Readings readings(station, source);
+    Readings readings(station, *in, request.readings);
     const TimeKind kind = readings.time_kind();
-    StationRegisters registers(station.channels.size());
-    if (!request.continue_file.empty()) registers = read_registers(request.continue_file, station, kind);
-    const Survey survey = check(station, readings, source, registers);
-    check_downtime(request.downtime_min, station, survey, registers);
+    Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
+    if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
+    check(job);
 
     OutputFile out(request.out);
     std::optional<OutputFile> register_file;
     if (!request.registers_file.empty()) register_file.emplace(request.registers_file);
 
     SimulatedClock clock;
-    const Session session(library);
-    *library->ProstoyTime = request.downtime_min;
-    set_up_all(library, station, survey, registers, request.downtime_min, clock);
+    if (library->Init() != 1) throw InputError("the library refuses to initialise");
+    const Session session(&library);
+    *library->ProstoyTime = downtime_min;
+    set_up_all(library, job, clock);
     prime_gas_state(library, station);
 
-    const std::unique_ptr<Results> results = make_results(format_of(request), station, kind, out);
+    const std::unique_ptr<Results> results =
+        make ? make(station, kind, out) : results_of(request, station, kind, out);
     // On a terminal the results themselves show how far the run has come.
     const bool progress_wanted = !request.out.empty() || isatty(STDOUT_FILENO) == 0;
     results->begin();
-    const std::vector<ChannelSummary> summaries =
-        compute(library, station, readings, source, survey, clock, registers, *results, progress_wanted);
+    const std::vector<ChannelSummary> summaries = compute(library, job, clock, *results, progress_wanted);
     const int ended_by = signal_received ? static_cast<int>(signal_received) : interrupted_copying;
-    results->end(registers, summaries, ended_by != 0, !register_file);
+    results->end({job.registers, summaries, ended_by != 0, !register_file});
     if (register_file) {
-        register_file->write(print_registers(station, registers, kind, ""));
+        register_file->write(print_registers(station, job.registers, kind, ""));
         register_file->finish();
     }
     out.finish();
@@ -215,4 +230,44 @@ int run(const std::string& library_file, const std::string& gas_data_file, const
     return ended_by == 0 ? 0 : by_signal + ended_by;
 }
 
-}  // namespace kalorfix::tool::station
+}  // namespace station
+
+Command run_command() {
+    const auto request = std::make_shared<station::RunRequest>();
+    Command command{
+        "run",
+        "A station over a file of readings: flows, totals, hours, days.",
+        "STATION.ini has a section [GAS N] or [HEAT N] for each channel, N from 1 to 20000;\n"
+        "examples/station.ini explains every key. A wrong, unknown, missing or repeated key\n"
+        "is named with its line and what is accepted.\n\n"
+        "READINGS.csv begins with a heading: time_s (seconds) or time (2026-03-01T06:00:00);\n"
+        "channel (GAS 1); t_C or t_K; p_Pa, p_kPa or p_MPa, absolute; dp_Pa or dp_kPa; for\n"
+        "meters q_t_h or q_m3_h; for external flows mass_t_h, volume_m3_h,\n"
+        "standard_volume_m3_h, energy_GJ_h, heat_GJ_h. Rows are in the order of time.\n\n"
+        "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
+        "amount of each hour and day where it closes. A refused cycle names the step and the\n"
+        "first limit that it broke; its time is passed over.\n\n"
+        "Exit status 0; 2 for bad input, which leaves nothing written; 130 when interrupted:\n"
+        "what was computed is kept, with the registers to go on from.\n\n" +
+            station::key_reference(),
+        {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file},
+         {"READINGS", "READINGS.csv|-", "measured values: a row a cycle and channel; -\nis standard input",
+          &request->readings},
+         {"--format", "FORMAT",
+          "table (default on a terminal), csv (default\nelsewhere), json (a line each), hours, days "
+          "(what\nclosed, and the registers)",
+          &request->format},
+         {"--out", "FILE", "file for the results, complete or not there at all", &request->out},
+         {"--registers", "FILE", "file for the registers; else they end the results", &request->registers_file},
+         {"--continue", "FILE",
+          "go on from the registers that a run left, in their\nfile or in its table or CSV",
+          &request->continue_file},
+         {"--downtime", "MINUTES",
+          "minutes before the first reading in which the\ncontroller was down, filled with the substitute "
+          "flows",
+          &request->downtime}}};
+    command.run = [request](const Installation& files) { return station::run(files, *request); };
+    return command;
+}
+
+}  // namespace kalorfix::tool

@@ -8,9 +8,12 @@
 #include <string_view>
 #include <vector>
 
-#include "tools/channel.h"
+#include "tools/host.h"
+#include "tools/names.h"
 
 namespace kalorfix::tool::station {
+
+enum class Medium { gas, heat_carrier };
 
 inline constexpr std::size_t most_integrators = 4;
 
@@ -32,7 +35,7 @@ struct Integrator {
 [[nodiscard]] const Integrator& integrator(Medium medium, std::size_t k);
 
 struct Gas {
-    short method;  ///< 0 NX19 mod., 1 GERG-91 mod., 2 AGA8-92DC, 3 VNIC SMV
+    short method = 0;
     bool volume_fractions = false;
     std::array<float, 15> x{};
     float rho_c = 0.0F;
@@ -63,6 +66,13 @@ struct Channel {
     Gas gas{};
     HeatCarrier heat{};
     std::array<Accounting, most_integrators> accounting{};
+
+    [[nodiscard]] bool is_gas() const { return medium == Medium::gas; }
+    [[nodiscard]] bool needs_gas_data() const { return is_gas() && !is_by_density(gas.method); }
+    /// Of its heats of combustion; nothing for a heat carrier.
+    [[nodiscard]] std::string_view heat_unit() const {
+        return is_gas() ? tool::heat_unit(gas.method, gas.heat_unit, gas.heat_basis) : "";
+    }
 };
 
 /// Device codes by what they need.
@@ -70,9 +80,6 @@ struct Channel {
 [[nodiscard]] constexpr bool is_meter(short device) { return 20 <= device && device <= 23; }
 inline constexpr short configured_coefficient = 19, meter_mass = 20, meter_volume = 21,
                        meter_standard_volume = 22, external_flow = 23;
-
-/// Whether a method knows a gas by density, nitrogen and carbon dioxide.
-[[nodiscard]] constexpr bool is_by_density(short method) { return method == 0 || method == 1; }
 
 struct Station {
     std::string file;

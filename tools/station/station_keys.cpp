@@ -3,108 +3,191 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <charconv>
-#include <cmath>
 
-#include "tools/range.h"
+#include "tools/names.h"
 
 namespace kalorfix::tool::station {
 namespace {
 
-std::string accepted(const Limits& limits) {
-    return fmt::format("{}..{}{}{}", limits.low, limits.high, limits.unit.empty() ? "" : " ", limits.unit);
+constexpr Limits code{1.0, 39.0, ""}, expansion{0.0, 1e-3, "1/degC"}, diameter{0.0, 10000.0, "mm"};
+constexpr Limits percent{0.0, 100.0, "mol %"}, decades{-9.0, 9.0, ""};
+
+template <class Table>
+std::vector<std::string_view> words_of(const Table& table) {
+    std::vector<std::string_view> all;
+    for (const auto& row : table) all.push_back(row.word);
+    return all;
 }
 
-std::string list(std::span<const Choice> words) {
-    std::string text;
-    for (const Choice& choice : words) text += (text.empty() ? "" : ", ") + std::string(choice.word);
+std::vector<Key> pipeline_keys() {
+    return {
+        {"device", "what measures the flow", {}, {}, words_of(devices)},
+        {"metering_class", "1 solves the flow to 1e-5, 0 to 1e-3", {0, 1, ""}, 1.0F, {}, true},
+        {"pipe_material", "code of GOST 8.586.1, annex G", code, {}, {}, true},
+        {"device_material", "the same", code, {}, {}, true},
+        {"pipe_expansion_1_C", "in place of the materials, for both", expansion},
+        {"device_expansion_1_C", "the same", expansion},
+        {"D20_mm", "pipe at 20 degC", diameter},
+        {"d20_mm", "device at 20 degC", diameter},
+        {"roughness_mm", "equivalent uniform roughness of the pipe", {0, 100, "mm"}},
+        {"edge_radius_mm", "orifice plates: initial radius of the edge", {0, 10, "mm"}},
+        {"edge_radius", "orifice plates: over the check interval or at its end", {}, 0.0F, {"mean", "at_end"}},
+        {"check_interval_years", "orifice plates", {0, 100, "years"}},
+        {"alpha_eps", "configured_coefficient: its flow coefficient", {0, 100, ""}},
+        {"column_height_m", "liquid column between tap and transmitter", {-1000, 1000, "m"}, 0.0F},
+        {"column_density_kg_m3", "of this column", {0, 20000, "kg/m3"}, 0.0F},
+    };
+}
+
+std::vector<Key> gas_keys() {
+    std::vector<Key> keys{
+        {"method", "the first two by density, the others by composition", {}, {}, words_of(methods)},
+        {"rho_c_kg_m3", "nx19, gerg91: density at 20 degC and 101.325 kPa", {0, 1, "kg/m3"}},
+        {"nitrogen_pct", "nx19, gerg91", percent},
+        {"carbon_dioxide_pct", "nx19, gerg91", percent},
+        {"composition",
+         fmt::format("aga8, vnic: composition file, seen from the station file; or keys {} to {}, mol %",
+                     component_key(0), component_key(components.size() - 1))}};
+    for (std::size_t i = 0; i < components.size(); ++i)
+        keys.push_back({component_key(i), "aga8, vnic", percent, 0.0F});
+    const std::vector<Key> rest{
+        {"vapour_kg_m3", "water vapour in the working cubic metre", {0, 1000, "kg/m3"}, 0.0F},
+        {"energy_by", "heat of combustion behind the energy", {}, 0.0F, {"lower_heat", "higher_heat"}},
+        {"heat_unit", "vnic: heats of combustion", {}, 0.0F, {"kJ", "kcal"}},
+        {"heat_basis_C", "vnic: temperature of the cubic metre", {}, 1.0F, {"0", "20"}}};
+    keys.insert(keys.end(), rest.begin(), rest.end());
+    return keys;
+}
+
+std::vector<Key> heat_keys() {
+    return {
+        {"phase", "decided from the state or known beforehand", {}, {}, words_of(phases)},
+        {"x", "wet_steam (from_state, 0): share of the single-phase state", {0, 1, ""}},
+        {"saturation_tolerance_Pa", "so close to the saturation line it is wet steam", {0, 1e6, "Pa"}, 1000.0F},
+        {"saturation_tolerance_K", "and so close", {0, 100, "K"}, 0.5F}};
+}
+
+void add_accounting(std::vector<Key>& keys, Medium medium) {
+    for (std::size_t k = 0; k < integrator_count(medium); ++k)
+        keys.push_back({exponent_key(integrator(medium, k)),
+                        "the register counts in 10^N of its unit",
+                        decades,
+                        0.0F,
+                        {},
+                        true});
+    for (std::size_t k = 0; k < integrator_count(medium); ++k) {
+        const Integrator& one = integrator(medium, k);
+        keys.push_back({substitute_key(one), "flow that fills a downtime", {0, 1e9, one.flow_unit}, 0.0F});
+    }
+}
+
+const std::vector<Key>& keys_of(Medium medium) {
+    static const auto made = [](Medium of) {
+        std::vector<Key> all = pipeline_keys();
+        const std::vector<Key> own = of == Medium::gas ? gas_keys() : heat_keys();
+        all.insert(all.end(), own.begin(), own.end());
+        add_accounting(all, of);
+        return all;
+    };
+    static const std::vector<Key> gas = made(Medium::gas), heat = made(Medium::heat_carrier);
+    return medium == Medium::gas ? gas : heat;
+}
+
+// A name and beside it a text in lines of its own column.
+std::string wrapped(const std::string& name, const std::string& text) {
+    constexpr std::size_t column = 35, width = 100;
+    std::string lines, line = fmt::format("{:<{}}", name, column - 1);
+    for (const std::string_view word : words(text)) {
+        if (line.size() + 1 + word.size() > width) {
+            lines += line + "\n";
+            line = std::string(column - 1, ' ');
+        }
+        line += " " + std::string(word);
+    }
+    return lines + line + "\n";
+}
+
+std::string reference(const std::string& title, const std::vector<Key>& keys) {
+    std::string text = "\n" + title + ":\n";
+    for (const Key& key : keys) {
+        if (key.name.starts_with("x_")) continue;  // told of with the composition
+        std::string meaning = key.accepted() + (key.accepted().empty() ? "" : ": ") + key.what;
+        if (key.otherwise && key.words.empty())
+            meaning += fmt::format(" ({})", *key.otherwise);
+        else if (key.otherwise)
+            meaning += fmt::format(" ({})", key.words[static_cast<std::size_t>(*key.otherwise)]);
+        text += wrapped("  " + key.name, meaning);
+    }
     return text;
 }
 
 }  // namespace
 
-Keys::Keys(const std::string& file, const Section& section, std::span<const std::string> known)
-    : file_(file), section_(section) {
+std::string Key::accepted() const {
+    if (!words.empty()) return joined(words);
+    return limits.high == 0.0 ? "" : limits.text();
+}
+
+std::string component_key(std::size_t i) { return fmt::format("x_{}_pct", components[i]); }
+
+std::string substitute_key(const Integrator& one) {
+    std::string unit(one.flow_unit);
+    std::ranges::replace(unit, '/', '_');
+    return fmt::format("{}_substitute_{}", one.name, unit);
+}
+
+std::string key_reference() {
+    std::vector<Key> gas = gas_keys(), heat = heat_keys();
+    add_accounting(gas, Medium::gas);
+    add_accounting(heat, Medium::heat_carrier);
+    return "Keys of STATION.ini with what they accept; in brackets what holds without them.\n" +
+           reference("Every section", pipeline_keys()) + reference("[GAS N]", gas) +
+           reference("[HEAT N]", heat);
+}
+
+std::string exponent_key(const Integrator& one) { return fmt::format("{}_exponent", one.name); }
+
+Keys::Keys(const std::string& file, const Section& section, Medium medium)
+    : file_(file), section_(section), known_(keys_of(medium)) {
     for (const Entry& entry : section.entries) {
-        if (std::find(known.begin(), known.end(), entry.key) == known.end()) {
-            std::string names;
-            for (const std::string& key : known) names += (names.empty() ? "" : ", ") + key;
-            fail(entry, fmt::format("no such key; there are {}", names));
-        }
-        const auto same = [&](const Entry& other) { return other.key == entry.key; };
-        const auto first = std::find_if(section.entries.begin(), section.entries.end(), same);
-        if (&*first != &entry)
-            fail(entry, fmt::format("stands here for the second time, first in line {}", first->line));
+        if (std::ranges::find(known_, entry.key, &Key::name) == known_.end())
+            fail(entry, "no such key; there are ", joined(known_, &Key::name));
+        const auto first = std::ranges::find(section.entries, entry.key, &Entry::key);
+        if (&*first != &entry) fail(entry, "stands here for the second time, first in line ", first->line);
     }
 }
 
 bool Keys::has(std::string_view key) const {
-    return std::any_of(section_.entries.begin(), section_.entries.end(),
-                       [key](const Entry& entry) { return entry.key == key; });
+    return std::ranges::find(section_.entries, key, &Entry::key) != section_.entries.end();
 }
 
 const Entry* Keys::find(std::string_view key) {
     asked_.emplace(key);
-    for (const Entry& entry : section_.entries)
-        if (entry.key == key) return &entry;
-    return nullptr;
+    const auto found = std::ranges::find(section_.entries, key, &Entry::key);
+    return found == section_.entries.end() ? nullptr : &*found;
 }
 
-float Keys::parse(const Entry& entry, const Limits& limits) const {
-    double value = 0.0;
-    const char* const end = entry.value.data() + entry.value.size();
-    const auto [stop, error] = std::from_chars(entry.value.data(), end, value);
-    if (error != std::errc() || stop != end || !std::isfinite(value))
-        fail(entry, fmt::format("expected a number within {}, not '{}'", accepted(limits), entry.value));
-    if (!(limits.low <= value && value <= limits.high))
-        fail(entry, fmt::format("must lie within {}, not {}", accepted(limits), entry.value));
-    return static_cast<float>(value);
-}
-
-float Keys::number(std::string_view key, const Limits& limits) {
+float Keys::number(std::string_view key, std::optional<float> otherwise) {
+    const Key& what = *std::ranges::find(known_, key, &Key::name);
     const Entry* const entry = find(key);
-    if (!entry) fail(fmt::format("lacks {} (accepted: {})", key, accepted(limits)));
-    return parse(*entry, limits);
-}
-
-float Keys::number(std::string_view key, const Limits& limits, float otherwise) {
-    const Entry* const entry = find(key);
-    return entry ? parse(*entry, limits) : otherwise;
-}
-
-short Keys::whole(std::string_view key, short low, short high, short otherwise) {
-    const Entry* const entry = find(key);
-    if (!entry) return otherwise;
-    short value = 0;
-    const char* const end = entry->value.data() + entry->value.size();
-    const auto [stop, error] = std::from_chars(entry->value.data(), end, value);
-    if (error != std::errc() || stop != end || value < low || value > high)
-        fail(*entry, fmt::format("expected a whole number within {}..{}, not '{}'", low, high, entry->value));
-    return value;
-}
-
-short Keys::choice(std::string_view key, std::span<const Choice> words, std::optional<short> otherwise) {
-    const Entry* const entry = find(key);
-    if (!entry) {
-        if (otherwise) return *otherwise;
-        fail(fmt::format("lacks {} (accepted: {})", key, list(words)));
+    if (!otherwise) otherwise = what.otherwise;
+    if (!entry && !otherwise) fail_section("lacks ", key, " (accepted: ", what.accepted(), ")");
+    if (!entry) return *otherwise;
+    if (!what.words.empty()) {
+        const auto found = std::ranges::find(what.words, entry->value);
+        if (found != what.words.end()) return static_cast<float>(found - what.words.begin());
+        fail(*entry, "expected one of ", what.accepted(), ", not ", quoted(entry->value));
     }
-    for (const Choice& choice : words)
-        if (choice.word == entry->value) return choice.value;
-    fail(*entry, fmt::format("expected one of {}, not '{}'", list(words), entry->value));
+    const std::optional<double> value = number_within(entry->value, what.limits);
+    if (what.whole && (!value || !parse<int>(entry->value)))
+        fail(*entry, "expected a whole number within ", what.accepted(), ", not ", quoted(entry->value));
+    if (!value) fail(*entry, expected_within(entry->value, what.limits));
+    return static_cast<float>(*value);
 }
 
 void Keys::finish(std::string_view because) const {
     for (const Entry& entry : section_.entries)
-        if (!asked_.contains(entry.key)) fail(entry, fmt::format("has no meaning {}; leave it out", because));
-}
-
-void Keys::fail(const Entry& entry, const std::string& what) const {
-    throw InputError{fmt::format("{}:{}: {} {}: {}", file_, entry.line, section_.title(), entry.key, what)};
-}
-
-void Keys::fail(const std::string& what) const {
-    throw InputError{fmt::format("{}:{}: {} {}", file_, section_.line, section_.title(), what)};
+        if (!asked_.contains(entry.key)) fail(entry, "has no meaning ", because, "; leave it out");
 }
 
 }  // namespace kalorfix::tool::station

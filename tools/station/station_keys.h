@@ -1,52 +1,85 @@
-// The keys of one section of a station file: known, given once, in range.
+// A station file: its sections, read with the library's own INI reader, what each key is and accepts, and the keys of one section, known,
+// given once, in range.
 #pragma once
 
 #include <optional>
 #include <set>
-#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "tools/station/ini_sections.h"
+#include "tools/station/station.h"
+#include "tools/text.h"
 
 namespace kalorfix::tool::station {
 
-/// A word that a key accepts.
-struct Choice {
-    std::string_view word;
-    short value;
+struct Entry {
+    std::string key, value;
+    int line;
 };
 
-/// Limits of a number.
-struct Limits {
-    double low, high;
-    std::string_view unit;
+struct Section {
+    std::vector<std::string> words;  ///< of the header, 1..3
+    int line;
+    std::vector<Entry> entries;
+
+    /// The header as it stands in the file, such as [GAS 1].
+    [[nodiscard]] std::string title() const;
 };
+
+/// Reads every section with its keys. Throws InputError with file and line for what the reader would pass over in
+/// silence: text that is no key, a header in mid-line, lines that are too long, control characters.
+[[nodiscard]] std::vector<Section> read_sections(const host::Library& library, const std::string& file);
+
+/// What a key is and accepts.
+struct Key {
+    std::string name;
+    std::string what;
+    Limits limits{};                             ///< of a number
+    std::optional<float> otherwise{};            ///< where the key is left out; without it the key is needed
+    std::vector<std::string_view> words{};       ///< of a choice, by their numbers
+    bool whole = false;                          ///< a whole number
+    [[nodiscard]] std::string accepted() const;  ///< "0..100 mm", or the words
+};
+
+/// The key of a component's share, x_methane_pct, and of an integrator's accounting, mass_substitute_t_h, mass_exponent.
+[[nodiscard]] std::string component_key(std::size_t i);
+[[nodiscard]] std::string substitute_key(const Integrator& one);
+[[nodiscard]] std::string exponent_key(const Integrator& one);
+
+/// The reference of all keys, in lines for a person.
+[[nodiscard]] std::string key_reference();
 
 class Keys {
 public:
-    /// Throws InputError for a key that is not among `known` and for one that stands twice.
-    Keys(const std::string& file, const Section& section, std::span<const std::string> known);
+    /// Throws InputError for a key that sections of this medium do not have and for one that stands twice.
+    Keys(const std::string& file, const Section& section, Medium medium);
 
     [[nodiscard]] bool has(std::string_view key) const;
     /// The text of a key; null when it is not given.
     const Entry* find(std::string_view key);
 
-    float number(std::string_view key, const Limits& limits);
-    float number(std::string_view key, const Limits& limits, float otherwise);
-    short whole(std::string_view key, short low, short high, short otherwise);
-    short choice(std::string_view key, std::span<const Choice> words, std::optional<short> otherwise = {});
+    /// A number within its limits, or the number of a word. `otherwise` holds where the key is left out, before that of the table.
+    float number(std::string_view key, std::optional<float> otherwise = {});
+    short choice(std::string_view key) { return static_cast<short>(number(key)); }
 
     /// Throws InputError for a known key that nothing has asked for: it has no meaning beside the others.
     void finish(std::string_view because) const;
 
-    [[noreturn]] void fail(const Entry& entry, const std::string& what) const;
-    [[noreturn]] void fail(const std::string& what) const;
+    /// Throws InputError with the place and what is wrong with an entry, or with the section.
+    template <class... Parts>
+    [[noreturn]] void fail(const Entry& entry, const Parts&... what) const {
+        throw InputError(file_, ":", entry.line, ": ", section_.title(), " ", entry.key, ": ", what...);
+    }
+    template <class... Parts>
+    [[noreturn]] void fail_section(const Parts&... what) const {
+        throw InputError(file_, ":", section_.line, ": ", section_.title(), " ", what...);
+    }
 
 private:
-    float parse(const Entry& entry, const Limits& limits) const;
     std::string file_;
     const Section& section_;
+    const std::vector<Key>& known_;
     std::set<std::string, std::less<>> asked_;
 };
 

@@ -1,0 +1,156 @@
+#include "tools/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <iterator>
+#include <utility>
+
+namespace kalorfix::tool {
+namespace {
+
+constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
+}  // namespace
+
+std::string plain(double value) {
+    std::array<char, 400> digits;
+    return {digits.data(), std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed).ptr};
+}
+
+std::string printable(std::string text) {
+    constexpr unsigned char del = 0x7F;
+    std::ranges::replace_if(
+        text, [](unsigned char c) { return c < ' ' || c == del; }, '?');
+    return text;
+}
+
+std::optional<double> number(std::string_view text) {
+    const std::optional<double> value = parse<double>(text);
+    return value && std::isfinite(*value) ? value : std::nullopt;
+}
+
+std::string Limits::text() const {
+    return plain(low) + ".." + plain(high) + (unit.empty() ? "" : " ") + std::string(unit);
+}
+
+std::optional<double> number_within(std::string_view text, const Limits& limits) {
+    const std::optional<double> value = number(text);
+    return value && limits.low <= *value && *value <= limits.high ? value : std::nullopt;
+}
+
+std::string expected_within(std::string_view text, const Limits& limits) {
+    return "expected a number within " + limits.text() + ", not " + quoted(text);
+}
+
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest_quote = 40;
+    return "'" + std::string(text.substr(0, longest_quote)) + (text.size() > longest_quote ? "...'" : "'");
+}
+
+std::string_view trimmed(std::string_view text, std::string_view blanks) {
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos) return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+std::string csv_cell(const std::string& text) {
+    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (const char c : text) out.append(c == '"' ? 2 : 1, c);
+    return out + '"';
+}
+
+void split(std::string_view text, char separator, std::vector<std::string_view>& cells) {
+    cells.clear();
+    for (std::size_t begin = 0; begin <= text.size();) {
+        const std::size_t end = std::min(text.find(separator, begin), text.size());
+        const std::string_view cell = trimmed(text.substr(begin, end - begin));
+        // An empty cell has its place too.
+        cells.push_back(cell.empty() ? text.substr(begin, 0) : cell);
+        begin = end + 1;
+    }
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+    std::vector<std::string_view> cells;
+    split(text, separator, cells);
+    return cells;
+}
+
+std::vector<std::string_view> words(std::string_view text) {
+    constexpr std::string_view blanks = " \t\r\n\v\f";
+    std::vector<std::string_view> found;
+    for (std::size_t begin = 0; (begin = text.find_first_not_of(blanks, begin)) != std::string_view::npos;) {
+        const std::size_t end = std::min(text.find_first_of(blanks, begin), text.size());
+        found.push_back(text.substr(begin, end - begin));
+        begin = end;
+    }
+    return found;
+}
+
+std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size_t left) {
+    std::vector<std::size_t> width(rows.front().size());
+    for (const auto& cells : rows)
+        for (std::size_t k = 0; k < cells.size(); ++k) width[k] = std::max(width[k], cells[k].size());
+    std::string text;
+    for (const auto& cells : rows)
+        for (std::size_t k = 0; k < cells.size(); ++k) {
+            const std::string fill(width[k] - cells[k].size(), ' ');
+            text += k < left ? cells[k] + fill : fill + cells[k];
+            text += k + 1 < cells.size() ? "  " : "\n";
+        }
+    return text;
+}
+
+std::optional<std::string> content_of(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string content{std::istreambuf_iterator<char>(in), {}};
+    return in.bad() ? std::nullopt : std::optional(std::move(content));
+}
+
+Lines::Lines(const std::string& file, const std::string& what)
+    : file_(file, std::ios::binary), in_(file_), name_(file), buffer_(longest + 1) {
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file(file, failed) || !file_)
+        throw InputError(file + ": cannot read " + what);
+    start_ = in_.tellg();
+}
+
+Lines::Lines(std::istream& in, std::string name)
+    : in_(in), name_(std::move(name)), start_(in.tellg()), buffer_(longest + 1) {}
+
+bool Lines::next(std::string_view& line) {
+    in_.getline(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+    if (in_.bad()) throw InputError(name_ + ": cannot be read to its end");
+    const auto taken = static_cast<std::size_t>(in_.gcount());
+    if (in_.eof() && taken == 0) return false;
+    ++number_;
+    consumed_ += taken;
+    if (in_.fail()) fail("longer than " + std::to_string(longest) + " characters");
+    // What ended it was taken as well, but for the end of the file.
+    line = {buffer_.data(), in_.eof() ? taken : taken - 1};
+    if (number_ == 1 && line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    begin_ = line.data();
+    return true;
+}
+
+bool Lines::next_entry(std::string_view& line) {
+    const std::uint64_t last = number_;
+    while (next(line))
+        if (line = trimmed(line); !line.empty() && line.front() != '#') return true;
+    number_ = last;
+    return false;
+}
+
+void Lines::rewind() {
+    in_.clear();
+    in_.seekg(start_);
+    if (!in_) throw InputError(name_ + ": cannot be read from its beginning");
+    number_ = consumed_ = 0;
+}
+
+}  // namespace kalorfix::tool
