@@ -10,18 +10,19 @@ namespace kalorfix::flow {
 FlowEquation flow_equation(const StandardPoint& point, const Medium& medium, const Reading& reading,
                            double epsilon) {
     const double factors = point.approach_factor * point.bluntness_correction * epsilon;
-    return {mass_flow_kgs(point.d_m, factors, reading), std::numbers::pi * point.bore.D_m * medium.mu_Pas};
+    return {mass_flow_kgs(point.d_m, factors, reading),
+            std::numbers::pi / 4.0 * point.bore.D_m * medium.mu_Pas};
 }
 
 void flow_pass(const FlowEquation& equation, const DischargeLaw& law, int pass, double q_prev_kgs,
                FlowSolution& solution) {
-    solution.Re = pass == 0 ? million : 4.0 * q_prev_kgs / equation.pi_D_mu;
+    solution.Re = pass == 0 ? million : q_prev_kgs / equation.flow_per_Re_kgs;
     Discharge found{};
     solution.limit = law.at(solution.Re, found);
     if (solution.limit != Limit::none) return;
     solution.C = found.C;
     solution.K_sh = found.K_sh;
-    solution.q_m_kgs = equation.full_flow_kgs * (found.C * found.K_sh);
+    solution.q_m_kgs = equation.full_flow_kgs * found.C * found.K_sh;
 }
 
 FlowSolution solve_flow(const StandardPoint& point, const Medium& medium, const Reading& reading,

@@ -14,10 +14,10 @@ struct StandardPoint {
     double bluntness_correction;  ///< K_p
 };
 
-/// What all passes share: q_m = full_flow C K_sh, Re = 4 q_m / (pi D mu). Needs the expansibility.
+/// What all passes share: q_m = full_flow C K_sh, Re = q_m / (pi/4 D mu). Needs the expansibility.
 struct FlowEquation {
-    double full_flow_kgs;  ///< pi/4 d^2 E K_p epsilon sqrt(2 dp rho)
-    double pi_D_mu;        ///< kg/s
+    double full_flow_kgs;    ///< pi/4 d^2 E K_p epsilon sqrt(2 dp rho)
+    double flow_per_Re_kgs;  ///< pi/4 D mu
 };
 [[nodiscard]] FlowEquation flow_equation(const StandardPoint& point, const Medium& medium,
                                          const Reading& reading, double epsilon);
