@@ -28,7 +28,8 @@ need_packages() {
 # Usage: need_test_packages: what builds everything and runs the tests on this machine.
 need_test_packages() {
     need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libmd4c-dev libmd4c-html0-dev libgtest-dev \
-        libbenchmark-dev python3 pkgconf groff locales libclang-rt-14-dev
+        libbenchmark-dev python3 pkgconf groff locales libclang-rt-14-dev \
+        python3-pandas python3-distributed mypy
 }
 
 # Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in
