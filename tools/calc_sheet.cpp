@@ -147,7 +147,7 @@ void geometry_and_flow(const Answer& answer, Collector& out) {
             answer.residual > 1e-9);
     const metering::Loss loss = metering::pressure_loss(answer.point.pipe, f, answer.dp_Pa);
     const bool range = loss.least_Pa != loss.most_Pa;
-    out.add("loss_Pa", "permanent pressure loss", loss.least_Pa, "{}", "", false || (loss.known && !range));
+    out.add("loss_Pa", "permanent pressure loss", loss.least_Pa, "{}", "", loss.known && !range);
     out.cells.back().label.clear();
     out.add("", range ? "permanent pressure loss, from" : "permanent pressure loss", loss.least_Pa * kPa,
             "{:.3f}", "kPa", loss.known);
@@ -176,6 +176,8 @@ void limits(const Question& q, const Answer& answer, Collector& out) {
     out.step("limits", "at this temperature and pressure");
     out.add("Re_min", "least Reynolds number of the device", Re.min, "{:.6g}");
     out.add("Re_max", "largest", Re.max, "{:.6g}");
+    constexpr std::string_view least[] = {"q_m_min_t_h", "q_v_min_m3_h", "q_c_min_m3_h", "q_e_min_GJ_h"};
+    constexpr std::string_view most[] = {"q_m_max_t_h", "q_v_max_m3_h", "q_c_max_m3_h", "q_e_max_GJ_h"};
     const metering::Flow kind = q.kind;
     const std::string_view unit = units[static_cast<std::size_t>(kind)];
     for (const bool low : {true, false}) {
@@ -183,9 +185,9 @@ void limits(const Question& q, const Answer& answer, Collector& out) {
         out.add(low ? "dp_min_Pa" : "dp_max_Pa", "", end.at, "{}");
         out.add("", low ? "valid from differential pressure" : "valid up to differential pressure",
                 end.at * kPa, "{:.6g}", "kPa");
-        out.add(low ? "flow_min" : "flow_max", low ? "from flow" : "up to flow",
+        out.add((low ? least : most)[static_cast<std::size_t>(kind)], low ? "from flow" : "up to flow",
                 metering::flow_of_kind(kind, end.flow), "{:.7g}", unit);
-        if (!end.because.empty()) out.say(low ? "below it" : "above it", end.because);
+        out.say(low ? "below it" : "above it", end.because.empty() ? "no limit found" : end.because);
     }
 }
 

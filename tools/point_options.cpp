@@ -24,6 +24,12 @@ double plain_number(std::string_view option, const std::string& text, const Limi
     return *value;
 }
 
+double whole_number(std::string_view option, const std::string& text, const Limits& limits) {
+    if (!parse<int>(text))
+        throw InputError(option, ": expected a whole number within ", limits.text(), ", not ", quoted(text));
+    return plain_number(option, text, limits);
+}
+
 template <class Table>
 std::size_t word_of(std::string_view option, const std::string& text, const Table& table) {
     const auto found = std::ranges::find(table, text, [](const auto& row) { return row.word; });
@@ -32,13 +38,13 @@ std::size_t word_of(std::string_view option, const std::string& text, const Tabl
                      joined(table, [](const auto& row) { return row.word; }));
 }
 
-std::pair<double, double> pair_of(std::string_view option, const std::string& text, const Limits& limits) {
+std::pair<double, double> pair_of(std::string_view option, const std::string& text, const Limits& limits,
+                                  auto&& number_of) {
     const std::vector<std::string_view> parts = split(text, ',');
     if (parts.size() != 2)
         throw InputError(option, " ", quoted(text),
                          ": expected two numbers, of the pipe and of the device, such as 7,32");
-    return {plain_number(option, std::string(parts[0]), limits),
-            plain_number(option, std::string(parts[1]), limits)};
+    return {number_of(option, std::string(parts[0]), limits), number_of(option, std::string(parts[1]), limits)};
 }
 
 // METHOD:FILE of a composition, or METHOD:RHO_C,N2,CO2.
@@ -142,14 +148,14 @@ metering::Pipeline read_pipeline(const PointRequest& r) {
     if (station::is_meter(pipe.device))
         throw InputError("--device ", r.device, ": has no differential pressure");
     if (!r.metering_class.empty())
-        pipe.metering_class = static_cast<char>(plain_number("--class", r.metering_class, {0, 1, ""}));
+        pipe.metering_class = static_cast<char>(whole_number("--class", r.metering_class, {0, 1, ""}));
     if (r.materials.empty() == r.expansion.empty())
         throw InputError(
             "--materials, --expansion: give one of them: codes of pipe and device such as 7,32, or 1/degC");
     pipe.by_material = r.expansion.empty();
     std::tie(pipe.pipe_material, pipe.device_material) =
-        pipe.by_material ? pair_of("--materials", r.materials, {1, 39, ""})
-                         : pair_of("--expansion", r.expansion, {0, 1e-3, "1/degC"});
+        pipe.by_material ? pair_of("--materials", r.materials, {1, 39, ""}, whole_number)
+                         : pair_of("--expansion", r.expansion, {0, 1e-3, "1/degC"}, plain_number);
     if (r.D20.empty()) throw InputError("--D20: give the pipe at 20 degC, such as 400mm");
     pipe.D20_mm = read_value("--D20", r.D20, Dimension::length, "mm", 1e-3, longest_mm);
     if (!r.roughness.empty())
