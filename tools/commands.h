@@ -49,6 +49,9 @@ struct Command {
 /// solution.
 [[nodiscard]] Command calc_command();
 
+/// `check`: the rules for a metering point before it is commissioned. Exit status 1 when a rule says STOP.
+[[nodiscard]] Command check_command();
+
 /// `demo`: a sheet for each channel of a built-in station (steam, water, gas by density, gas by composition) with the totals of an
 /// hour; then the day of the example station, or a line that says why not. Exit status 1 when a cycle of the built-in station is
 /// refused.

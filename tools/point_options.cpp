@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 #include "tools/composition.h"
 #include "tools/names.h"
@@ -182,21 +183,6 @@ metering::Pipeline read_pipeline(const PointRequest& r) {
     return pipe;
 }
 
-// A channel of a station by its name; the only one without a name.
-station::Channel pick(const host::Library& library, const PointRequest& r) {
-    station::Station all = station::read_station(library, r.station);
-    if (r.channel.empty() && all.channels.size() == 1) return all.channels.front();
-    const auto found = std::ranges::find(all.channels, r.channel, &station::Channel::name);
-    if (found == all.channels.end())
-        throw InputError(r.station, ": ",
-                         r.channel.empty() ? "say which channel; there are "
-                                           : "has no channel " + quoted(r.channel) + "; there are ",
-                         joined(all.channels, &station::Channel::name));
-    if (station::is_meter(found->device))
-        throw InputError(r.station, ": [", found->name, "] is a meter: it has no differential pressure");
-    return *found;
-}
-
 void refuse_options_beside_station(const PointRequest& r) {
     const auto set = [](const std::string& text) { return !text.empty(); };
     refuse_beside({{"--device", set(r.device)},
@@ -223,13 +209,13 @@ void refuse_options_beside_station(const PointRequest& r) {
                   "beside a station file, which describes the point");
 }
 
-}  // namespace
-
-std::vector<double> read_values(std::string_view option, const std::string& text, Dimension dimension,
-                                std::string_view otherwise, const metering::Unit** unit) {
+// The numbers of a range without their unit, which may stand behind one or each of them.
+std::pair<std::string, const metering::Unit*> numbers_of(std::string_view option, const std::string& text,
+                                                         Dimension dimension, std::string_view otherwise) {
     const auto fail = [&] {
-        return InputError(option, " ", quoted(text), ": expected a number or start:stop:step with a unit: ",
-                          metering::unit_words(dimension));
+        return InputError(
+            option, " ", quoted(text),
+            ": expected a number or a range such as 1:40:1, with a unit: ", metering::unit_words(dimension));
     };
     std::string numbers;
     std::string_view word;
@@ -245,11 +231,30 @@ std::vector<double> read_values(std::string_view option, const std::string& text
     }
     const metering::Unit* const found = metering::find_unit(word.empty() ? otherwise : word, dimension);
     if (!found) throw fail();
+    return {numbers, found};
+}
+
+}  // namespace
+
+std::vector<double> read_values(std::string_view option, const std::string& text, Dimension dimension,
+                                std::string_view otherwise, const metering::Unit** unit) {
+    const auto [numbers, found] = numbers_of(option, text, dimension, otherwise);
     if (unit) *unit = found;
     const Range range = parse_range(option, numbers, {-1e12, 1e12, ""});
     std::vector<double> values;
     for (std::size_t k = 0; k < range.count; ++k) values.push_back(found->factor * range[k] + found->offset);
     return values;
+}
+
+std::pair<double, double> read_span(std::string_view option, const std::string& text, Dimension dimension,
+                                    std::string_view otherwise) {
+    const auto [numbers, unit] = numbers_of(option, text, dimension, otherwise);
+    const std::vector<std::string_view> parts = split(numbers, ':');
+    const double low = unit->factor * *number(parts.front()) + unit->offset;
+    const double high = unit->factor * *number(parts.back()) + unit->offset;
+    if (parts.size() > 2 || !(low <= high))
+        throw InputError(option, " ", quoted(text), ": expected low:high, such as 0:40");
+    return {low, high};
 }
 
 double read_value(std::string_view option, const std::string& text, Dimension dimension,
@@ -270,20 +275,33 @@ void require_gas_data(const Installation& files, const metering::Point& point) {
             "file");
 }
 
-DescribedPoint read_point(const host::Library& library, const PointRequest& r) {
-    DescribedPoint described;
+std::vector<DescribedPoint> read_points(const host::Library& library, const PointRequest& r) {
+    std::vector<DescribedPoint> all;
     if (r.station.empty()) {
-        described.point = {read_pipeline(r), {}, read_medium(r)};
+        all.push_back({{read_pipeline(r), {}, read_medium(r)}, {}, !r.d20.empty() && r.d20 != "?", {}});
     } else {
         refuse_options_beside_station(r);
-        described.channel = {pick(library, r)};
-        described.point = station::point_of(described.channel.front());
-        described.name = described.channel.front().name;
+        const station::Station station = station::read_station(library, r.station);
+        for (const station::Channel& channel : station.channels)
+            if (r.channel.empty() || channel.name == r.channel)
+                all.push_back({station::point_of(channel), channel.name, r.d20 != "?", channel});
+        if (all.empty())
+            throw InputError(r.station, ": has no channel ", quoted(r.channel), "; there are ",
+                             joined(station.channels, &station::Channel::name));
     }
-    described.bore_given = r.d20 != "?" && (!r.d20.empty() || !r.station.empty());
-    if (described.bore_given && !r.d20.empty())
-        described.point.pipe.d20_mm = read_value("--d20", r.d20, Dimension::length, "mm", 0, longest_mm);
-    return described;
+    for (DescribedPoint& one : all)
+        if (one.bore_given && !r.d20.empty())
+            one.point.pipe.d20_mm = read_value("--d20", r.d20, Dimension::length, "mm", 0, longest_mm);
+    return all;
+}
+
+DescribedPoint read_point(const host::Library& library, const PointRequest& r) {
+    const std::vector<DescribedPoint> all = read_points(library, r);
+    if (all.size() > 1)
+        throw InputError(r.station, ": say which channel; there are ", joined(all, &DescribedPoint::name));
+    if (station::is_meter(all.front().point.pipe.device))
+        throw InputError(r.station, ": [", all.front().name, "] is a meter: it has no differential pressure");
+    return all.front();
 }
 
 std::vector<Option> point_options(PointRequest& r) {

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <limits>
 #include <numbers>
 
 #include "flow/averaging.h"
@@ -23,11 +24,16 @@ std::string_view pressure_name(const Column& column) {
     return column.height_m == 0.0 || column.density_kgm3 == 0.0 ? "p" : "p less the column's";
 }
 
-// Gas: 250..340 K and 0.001..30 MPa without their ends; K below 0.9999. GOST 30319.2-96.
+// Without their ends. GOST 30319.2-96.
+constexpr double gas_low_K = 250.0, gas_high_K = 340.0, gas_low_MPa = 0.001, gas_high_MPa = 30.0;
+// Water and steam.
+constexpr double heat_low_C = 0.0, heat_high_C = 1000.0, heat_low_MPa = 0.001, heat_high_MPa = 100.0;
+constexpr double heat_properties_C = 800.0;
+
 std::string gas_state(const Point& point, const Gas& gas, const Properties& found) {
     const double T = found.t_C + zero_celsius_K;
     const double p = found.p_Pa * MPa_per_Pa;
-    constexpr double low_K = 250.0, high_K = 340.0, low_MPa = 0.001, high_MPa = 30.0, highest_K = 0.9999;
+    constexpr double low_K = gas_low_K, high_K = gas_high_K, low_MPa = gas_low_MPa, high_MPa = gas_high_MPa;
     if (!(T > low_K)) return broken("T", T, "not above", low_K, "K");
     if (!(T < high_K)) return broken("T", T, "not below", high_K, "K");
     if (!(p > low_MPa)) return broken(pressure_name(point.column), p, "not above", low_MPa, "MPa");
@@ -38,9 +44,8 @@ std::string gas_state(const Point& point, const Gas& gas, const Properties& foun
     return unexplained("state");
 }
 
-// Heat carrier: 0..1000 degC, 0.001..100 MPa.
 std::string heat_state(const Point& point, const Properties& found) {
-    constexpr double low_C = 0.0, high_C = 1000.0, low_MPa = 0.001, high_MPa = 100.0;
+    constexpr double low_C = heat_low_C, high_C = heat_high_C, low_MPa = heat_low_MPa, high_MPa = heat_high_MPa;
     const double t = found.t_C;
     const double p = found.p_Pa * MPa_per_Pa;
     const double measured_Pa =
@@ -66,7 +71,7 @@ std::string gas_properties(const host::Library& library, const Gas& gas, const P
 
 // Properties of water and steam: up to 800 degC; wet steam up to 645 K.
 std::string heat_properties(const Properties& found) {
-    constexpr double high_C = 800.0, wet_K = 645.0;
+    constexpr double high_C = heat_properties_C, wet_K = 645.0;
     if (found.phase == KALORFIX_PHASE_UNDECIDED) return "the phase is undecided at this state";
     if (found.t_C > high_C) return broken("t", found.t_C, "above", high_C, "degC");
     if (found.phase == KALORFIX_WET_STEAM && found.t_C + zero_celsius_K > wet_K)
@@ -177,6 +182,14 @@ std::string broken(std::string_view what, double value, std::string_view relatio
     }
     const std::string suffix = unit.empty() ? "" : " " + std::string(unit);
     return fmt::format("{} {}{} {} {}{}", what, told, suffix, relation, limit, suffix);
+}
+
+Window window_of(const Medium& medium) {
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    if (std::holds_alternative<Gas>(medium))
+        return {{gas_low_K - zero_celsius_K, gas_high_K - zero_celsius_K}, {gas_low_MPa, gas_high_MPa}, true};
+    if (std::holds_alternative<GivenMedium>(medium)) return {{}, {0.0, infinite}, true};
+    return {{heat_low_C, heat_properties_C}, {heat_low_MPa, heat_high_MPa}, false};
 }
 
 std::string state_refusal(const Point& point, const Properties& found) {

@@ -16,6 +16,15 @@ namespace kalorfix::metering {
 [[nodiscard]] std::string broken(std::string_view what, double value, std::string_view relation, double bound,
                                  std::string_view unit);
 
+inline constexpr double highest_K = 0.9999;  ///< of a gas, excluded
+
+/// The state that the library accepts, t in degC and p in MPa at the device; `ends_excluded` for gas.
+struct Window {
+    flow::Range t_C{}, p_MPa{};
+    bool ends_excluded = false;
+};
+[[nodiscard]] Window window_of(const Medium& medium);
+
 /// Of the state; `found` holds t, p at the device and K.
 [[nodiscard]] std::string state_refusal(const Point& point, const Properties& found);
 /// Of the properties; `found` holds t, p at the device and the phase.
