@@ -198,7 +198,7 @@ Command calc_command() {
         "  kalorfix calc --device venturi_machined --D20 200mm --d20 100mm --materials 7,32 \\\n"
         "      --water --t 60 --p 6bar --dp 1:40:1kPa\n\n"
         "Units: lengths " +
-            metering::unit_words(Dimension::length) + "; pressures, absolute, " +
+            metering::unit_words(Dimension::length) + ";\npressures, absolute, " +
             metering::unit_words(Dimension::pressure) + ";\ntemperatures " +
             metering::unit_words(Dimension::temperature) + "; flows " +
             "kg/s, kg/h, t/h, t/d, l/s,\nm3/s, m3/h, m3/d, m3/h-std (at 20 degC and 101.325 kPa; also /s, "

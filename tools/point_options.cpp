@@ -291,6 +291,8 @@ std::vector<DescribedPoint> read_points(const host::Library& library, const Poin
             throw InputError(r.station, ": has no channel ", quoted(r.channel), "; there are ",
                              joined(station.channels, &station::Channel::name));
     }
+    if (all.size() > 1 && !r.d20.empty())
+        throw InputError("--d20: is of one channel; say which, there are ", joined(all, &DescribedPoint::name));
     for (DescribedPoint& one : all)
         if (one.bore_given && !r.d20.empty())
             one.point.pipe.d20_mm = read_value("--d20", r.d20, Dimension::length, "mm", 0, longest_mm);

@@ -246,6 +246,11 @@ void pressures(const Envelope& e, const std::vector<Corner>& corners, std::vecto
 void registers(const std::vector<Corner>& corners, const std::vector<Account>& accounts,
                std::vector<Rule>& rules) {
     constexpr double hours = 24.0, wrap = 1e6;
+    if (std::ranges::none_of(corners, [](const Corner& c) { return c.most.has_value(); })) {
+        rules.push_back(
+            {Verdict::unchecked, "registers, velocity", "", "not checked: no flow at a largest dp", ""});
+        return;
+    }
     for (const Account& account : accounts) {
         double most = 0.0;
         for (const Corner& c : corners)
