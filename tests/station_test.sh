@@ -43,6 +43,7 @@ for sum in 'GAS 1:q_m_t_h:total_mass_t:1' 'GAS 1:q_e_GJ_h:total_energy_GJ:1' 'GA
     ( IFS=:; set -- $sum
     awk -F, -v channel="$1" -v flow="$2" -v total="$3" -v unit="$4" '
         NR == 1 { for (i = 1; i <= NF; ++i) { if ($i == flow) q = i; if ($i == total) t = i } }
+        /^#/ { next }
         $2 == channel { if (n++ && $3 == "computed") sum += $q * 120 / 3600 / unit; last = $t }
         END { d = sum - last; if (d < 0) d = -d; exit !(n == 736 && last > 0 && d <= 3e-7 * last) }' whole.csv ) ||
         fail "$sum: the register is not the sum over the cycles"
@@ -60,7 +61,7 @@ grep -q '^HEAT 1 *726 cycles computed, 10 refused$' hours.txt || fail "counts of
 run days.txt "$station" "$day" --format days
 [ "$(grep -c ' hour: ' days.txt)" -eq 0 ] && [ "$(grep -c ' day : ' days.txt)" -eq 4 ] || fail "days without hours"
 run table.txt "$station" "$day" --format table
-grep -q 'GAS 2 .* 95\.0045 ' table.txt || fail "the table lacks the first cycle of GAS 2"
+grep -q 'GAS 2 .* 95\.0043 ' table.txt || fail "the table lacks the first cycle of GAS 2"
 grep -q '^registers$' table.txt || fail "the table lacks its registers"
 
 # ---- Formats ----------------------------------------------------------------------------------------------------
@@ -70,7 +71,7 @@ run json.txt "$station" "$day" --format json
 if [ -n "$python" ]; then
     { echo '['; sed '$!s/$/,/' json.txt; echo ']'; } | "$python" -m json.tool >/dev/null || fail "malformed JSON"
     "$python" -c 'import csv, sys
-rows = list(csv.reader(open("whole.csv")))
+rows = list(csv.reader(line for line in open("whole.csv") if line[0] != "#"))
 sys.exit(len(rows) != 2945 or any(len(row) != len(rows[0]) for row in rows))' || fail "the CSV is not rectangular"
 fi
 # The same bytes to a file as to standard output, from a file as from standard input, as a pipe and as a file.
@@ -190,7 +191,8 @@ state() {
     } >state.ini
     case $keys in *meter_mass*) dp=q_t_h ;; *meter*) dp=q_m3_h ;; *) dp=dp_Pa ;; esac
     printf 'time_s,channel,t_C,p_Pa,%s\n0,%s 1,%s\n' "$dp" "$medium" "$reading" >state.csv
-    "$tool" run state.ini state.csv --format json >state.out 2>err || { fail "$keys: $reading" && cat err && return; }
+    "$tool" run state.ini state.csv --format json >state.out 2>err
+    [ $? -le 1 ] || { fail "$keys: $reading" && cat err && return; }
     reason=$(sed -n '1s/.*"step":"\([a-z]*\)","reason":"\([^"]*\)".*/\1: \2/p' state.out)
     if [ "$wanted" = - ]; then
         [ -z "$reason" ] || fail "$keys: $reading: refused, $reason"
@@ -200,6 +202,21 @@ state() {
 }
 
 rows station_states.txt state
+
+# ---- Amounts, lengths and the calendar, of a mass meter ----------------------------------------------------------------
+# amounts KEYS READINGS OPTIONS WANTED: a HEAT 1 with these keys more, "time,t/h" a reading, options and after | the exit
+# status; lines that must come, each a regular expression after a |.
+amounts() {
+    { printf '[HEAT 1]\ndevice = meter_mass\nphase = water\n'; echo "$1" | tr ';' '\n'; } >amounts.ini
+    { echo time_s,q_t_h,channel,t_C,p_MPa; for reading in $2; do echo "$reading,HEAT 1,80,1"; done; } >amounts.csv
+    # shellcheck disable=SC2086
+    "$tool" run amounts.ini amounts.csv ${3%|*} >amounts.out 2>&1
+    [ "$?" -eq "${3#*|}" ] || { fail "status of: $1 @ $2 @ $3" && cat amounts.out; }
+    echo "$4" | tr '|' '\n' | while read -r line; do
+        grep -qEe "$line" amounts.out || { fail "$line: $1 @ $2 @ $3" && cat amounts.out; }
+    done
+}
+rows station_amounts.txt amounts
 
 # ---- Bad input: station ------------------------------------------------------------------------------------------------
 cp "$examples/natural_gas.csv" .
