@@ -64,6 +64,24 @@ run table.txt "$station" "$day" --format table
 grep -q 'GAS 2 .* 95\.0043 ' table.txt || fail "the table lacks the first cycle of GAS 2"
 grep -q '^registers$' table.txt || fail "the table lacks its registers"
 
+# One gas, one viscosity: in the station, by itself, and without the other channels.
+mu=$(awk -F, '$2 == "GAS 2" { print $17; exit }' whole.csv)
+"$tool" gas --method aga8 --composition "$examples/natural_gas.csv" --t 13.24 --p 5.5 --csv >gas.csv
+close "$mu" "$(awk -F, 'NR == 2 { print $8 }' gas.csv)" 3e-7 || fail "run gives the viscosity $mu, gas another"
+cp "$examples/natural_gas.csv" .
+sed -n '/^\[GAS 2\]/,/^\[HEAT 1\]/p' "$station" | sed '$d' >alone.ini
+grep -E '^time|,GAS 2,' "$day" >alone.csv
+run alone.out alone.ini alone.csv
+[ "$(awk -F, '$2 == "GAS 2" { print $17; exit }' alone.out)" = "$mu" ] || fail "another viscosity without other channels"
+# Contents of another gas raise it; a composition is scaled on demand.
+sed 's/^contents = own/contents = as_left/; s/^nitrogen_pct = .*/nitrogen_pct = 15/' "$station" >left.ini
+run left.out left.ini "$day"
+[ "$(awk -F, '$2 == "GAS 2" { print int($17 * 100); exit }' left.out)" -ge 1220 ] || fail "contents that are left do nothing"
+sed 's/,96\.5$/,90/' "$examples/natural_gas.csv" >natural_gas.csv
+sed 's/^contents = own/normalise = yes/' "$station" >scaled.ini
+"$tool" run scaled.ini "$day" --format days >scaled.out 2>err || fail "a composition that is scaled"
+grep -q 'sums to 93.5 %, scaled to 100 %$' scaled.out && grep -q '^kalorfix: warning: .* 93.5 %' err || fail "no word of the scaling"
+
 # ---- Formats ----------------------------------------------------------------------------------------------------
 run json.txt "$station" "$day" --format json
 [ "$(grep -c '"record":"cycle"' json.txt)" -eq 2944 ] || fail "a JSON line a cycle"

@@ -25,11 +25,12 @@ const char* what_it_looks_like(double sum_pct) {
 void judge_contents(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where) {
     const double both = nitrogen_pct + carbon_dioxide_pct;
     if (both > whole_pct + rounding_pct)
-        throw InputError(where, ": nitrogen and carbon dioxide are ", both, " % together, more than the gas");
+        throw InputError(where, ": nitrogen and carbon dioxide are ", fmt::format("{:.7g}", both),
+                         " % together, more than the gas");
 }
 
-void judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule, const std::string& where,
-               const std::string& how) {
+double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule,
+                 const std::string& where, const std::string& how) {
     const double unit = volume_fractions ? whole_pct : 1.0;
     const double sum = std::accumulate(x.begin(), x.end(), 0.0), sum_pct = unit * sum;
     const double off = std::fabs(sum_pct - whole_pct);
@@ -42,6 +43,7 @@ void judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& 
     if (off > silent_pct + rounding_pct)
         fmt::print(stderr, "kalorfix: warning: {}\n",
                    printable(fmt::format("{}: {}{}", where, sums, rule.normalise ? ", scaled to 100 %" : "")));
+    return sum_pct;
 }
 
 }  // namespace kalorfix::tool

@@ -14,9 +14,10 @@ struct SumRule {
 
 /// Judges mole per cent (or volume fractions, 0..1) of the 15 components and scales them if asked to. Outside 99.99..100.01 %
 /// it writes a warning to standard error. Throws InputError, `where` before it, for a sum outside 99..101 % on which nobody
-/// insists, and for nitrogen and carbon dioxide above 100 % together; `how` tells how to insist.
-void judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule, const std::string& where,
-               const std::string& how);
+/// insists, and for nitrogen and carbon dioxide above 100 % together; `how` tells how to insist. Returns
+/// the sum as it was given, per cent.
+double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule,
+                 const std::string& where, const std::string& how);
 
 /// The last of these for a gas by density. Throws InputError.
 void judge_contents(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where);

@@ -89,6 +89,9 @@ std::string length_of(const Interval& interval, std::size_t set) {
 std::string summary_of(const Channel& c, const ChannelSummary& summary, TimeKind kind) {
     std::string text =
         fmt::format("{:<11} {} cycles computed, {} refused\n", c.name, summary.computed, summary.refused);
+    if (c.needs_gas_data())
+        text += fmt::format("{:<11} composition sums to {:.7g} %{}\n", "", c.gas.sum_pct,
+                            c.gas.normalised ? ", scaled to 100 %" : "");
     if (summary.refused > 0) text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
     if (summary.passed_over > 0)
         text += fmt::format("{:<11} steps too long to count: {}, {:.8g} s in all\n", "", summary.passed_over,

@@ -78,9 +78,10 @@ void judge_composition(Keys& keys, const std::string& station_file, Gas& gas) {
     const SumRule rule{keys.choice("composition_sum") == 1, keys.choice("normalise") == 1};
     std::array<double, components.size()> x{};
     std::ranges::copy(gas.x, x.begin());
-    judge_sum(x, gas.volume_fractions, rule,
-              from_file ? keys.find("composition")->value : station_file + ": " + keys.title(),
-              "composition_sum = any or normalise = yes insists");
+    gas.normalised = rule.normalise;
+    gas.sum_pct = judge_sum(x, gas.volume_fractions, rule,
+                            from_file ? keys.find("composition")->value : station_file + ": " + keys.title(),
+                            "composition_sum = any or normalise = yes insists");
     if (rule.normalise)
         std::ranges::transform(x, gas.x.begin(), [](double one) { return static_cast<float>(one); });
 }

@@ -39,6 +39,8 @@ struct Gas {
     short method = 0;
     bool volume_fractions = false;
     std::array<float, 15> x{};
+    double sum_pct = 0.0;  ///< of the composition as given
+    bool normalised = false;
     float rho_c = 0.0F;
     bool own_contents = true;  ///< AGA8-92DC: viscosity and exponent with them, or with those that were left
     char heat_unit = 0;        ///< 0 kJ, 1 kcal; VNIC SMV only
