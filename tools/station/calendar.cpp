@@ -45,27 +45,25 @@ void Calendar::add(double from_s, double to_s, const Amounts& amount, bool count
     }
 }
 
-std::vector<std::vector<std::string>> calendar_rows(const Station& station,
-                                                    const std::vector<Calendar>& calendars, TimeKind kind,
-                                                    Calendar::Set first) {
-    std::vector<std::vector<std::string>> rows{{"calendar", "channel", "from", "counted_s"}};
-    for (const Kind& one : kinds) rows.front().emplace_back(one.name);
+void walk_calendar(const Station& station, const std::vector<Calendar>& calendars, TimeKind kind,
+                   Calendar::Set first, const TakeRow& take) {
+    std::vector<std::string> row{"calendar", "channel", "from", "counted_s"};
+    for (const Kind& one : kinds) row.emplace_back(one.name);
+    take(row);
     for (std::size_t set = first; set < names.size(); ++set)
         for (std::size_t i = 0; i < calendars.size(); ++i) {
             const Channel& c = station.channels[i];
             for (const auto& [begin_s, period] : calendars[i].periods(static_cast<Calendar::Set>(set))) {
-                std::vector<std::string> row{std::string(names[set]), c.name,
-                                             print_time(kind, static_cast<double>(begin_s)),
-                                             fmt::format("{:.8g}", period.counted_s)};
+                row = {std::string(names[set]), c.name, print_time(kind, static_cast<double>(begin_s)),
+                       fmt::format("{:.8g}", period.counted_s)};
                 for (const Kind& one : kinds) {
                     const int k = c.is_gas() ? one.of_gas : one.of_heat_carrier;
                     row.push_back(k < 0 ? ""
                                         : fmt::format("{:.7g}", period.amount[static_cast<std::size_t>(k)]));
                 }
-                rows.push_back(std::move(row));
+                take(row);
             }
         }
-    return rows;
 }
 
 }  // namespace kalorfix::tool::station

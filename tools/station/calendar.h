@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -34,10 +35,12 @@ private:
     std::array<std::map<std::int64_t, Period>, 2> periods_;
 };
 
+/// Takes the cells of a row.
+using TakeRow = std::function<void(const std::vector<std::string>&)>;
+
 /// The periods of all channels, hours (if wanted) before days: a heading and a row each, in which a cell is empty where the
 /// medium has no such amount.
-[[nodiscard]] std::vector<std::vector<std::string>> calendar_rows(const Station& station,
-                                                                  const std::vector<Calendar>& calendars,
-                                                                  TimeKind kind, Calendar::Set first);
+void walk_calendar(const Station& station, const std::vector<Calendar>& calendars, TimeKind kind,
+                   Calendar::Set first, const TakeRow& take);
 
 }  // namespace kalorfix::tool::station

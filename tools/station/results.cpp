@@ -158,8 +158,8 @@ public:
             for (const std::string_view line : split(text, '\n'))
                 if (!line.empty()) out_.write(fmt::format("# {}\n", line));
         }
-        for (const auto& row : calendar_rows(station_, end.calendars, kind_, Calendar::hour))
-            out_.write("# " + joined(row, {}, ",") + "\n");
+        walk_calendar(station_, end.calendars, kind_, Calendar::hour,
+                      [this](const auto& row) { out_.write("# " + joined(row, {}, ",") + "\n"); });
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
@@ -204,8 +204,10 @@ public:
             for (std::size_t k = 0; end.with_registers && k < integrator_count(channel.medium); ++k)
                 out_.write(register_line(channel, end.registers[i], k));
         }
-        const auto rows = calendar_rows(station_, end.calendars, kind_, Calendar::hour);
-        for (std::size_t r = 1; r < rows.size(); ++r) out_.write(calendar_line(rows.front(), rows[r]));
+        std::vector<std::string> heading;
+        walk_calendar(station_, end.calendars, kind_, Calendar::hour, [&](const auto& row) {
+            heading.empty() ? void(heading = row) : out_.write(calendar_line(heading, row));
+        });
     }
 
 private:
@@ -305,11 +307,13 @@ private:
     }
 
     void write_calendar(const RunEnd& end) {
-        auto rows = calendar_rows(station_, end.calendars, kind_, static_cast<Calendar::Set>(first_set_));
+        std::vector<std::vector<std::string>> rows;
+        walk_calendar(station_, end.calendars, kind_, static_cast<Calendar::Set>(first_set_),
+                      [&](const auto& row) {
+                          rows.push_back(row);
+                          std::ranges::replace(rows.back(), std::string(), std::string("-"));
+                      });
         if (rows.size() < 2) return;
-        for (auto& row : rows)
-            for (std::string& cell : row)
-                if (cell.empty()) cell = "-";
         constexpr std::size_t texts = 3;
         out_.write(aligned(rows, texts));
     }

@@ -91,18 +91,20 @@ void require_room(const host::Library& library, const Station& station, const st
 
 Room::Room(const Station& station, const Channel& channel, const Registers& registers)
     : station_(station), channel_(channel) {
-    for (std::size_t k = 0; k < registers.size(); ++k)
+    for (std::size_t k = 0; k < registers.size(); ++k) {
+        unit_[k] = units_of(channel.accounting[k]);
         for (std::size_t set = 0; set < since_[k].size(); ++set) {
             const Interval& interval = registers[k].interval[set];
             running_[k][set] = interval.time_s != 0.0F;
             const double since = static_cast<double>(registers[k].total) - static_cast<double>(interval.start);
             since_[k][set] = !running_[k][set] ? 0.0 : since < 0.0 ? since + wrap : since;
         }
+    }
 }
 
 void Room::add(const Outcome& outcome, const Registers& registers) {
     for (std::size_t k = 0; k < integrator_count(channel_.medium); ++k) {
-        const double increment = (outcome.counted[k] + outcome.filled[k]) / units_of(channel_.accounting[k]);
+        const double increment = (outcome.counted[k] + outcome.filled[k]) / unit_[k];
         for (std::size_t set = 0; set < since_[k].size(); ++set) {
             double& since = since_[k][set];
             const Interval& interval = registers[k].interval[set];
@@ -111,10 +113,9 @@ void Room::add(const Outcome& outcome, const Registers& registers) {
             running_[k][set] = interval.time_s != 0.0F;
             if (since >= wrap) {
                 const Integrator& one = integrator(channel_.medium, k);
-                throw InputError(station_.file, ": [", channel_.name, "] ", one.name, ": ",
-                                 set == 0 ? "an hour" : "a day",
-                                 " has come to 10^6 units of its register or more; ",
-                                 key_for(one, since * units_of(channel_.accounting[k])));
+                throw InputError(
+                    station_.file, ": [", channel_.name, "] ", one.name, ": ", set == 0 ? "an hour" : "a day",
+                    " has come to 10^6 units of its register or more; ", key_for(one, since * unit_[k]));
             }
             if (interval.closed) since = 0.0;
         }

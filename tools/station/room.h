@@ -37,6 +37,7 @@ public:
 private:
     const Station& station_;
     const Channel& channel_;
+    std::array<double, most_integrators> unit_{};                  ///< of each register
     std::array<std::array<double, 2>, most_integrators> since_{};  ///< in units of the register
     std::array<std::array<bool, 2>, most_integrators> running_{};
 };
