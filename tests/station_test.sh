@@ -156,6 +156,24 @@ grep -q '^HEAT 3,mass,t,0,0,30,' down.reg || { fail "30 minutes at 60 t/h" && ca
 run up.out down.ini part.csv --registers up.reg
 grep -q '^HEAT 3,mass,t,0,0,0,' up.reg || { fail "no downtime" && cat up.reg; }
 
+# ---- Below the cut-off the time counts, and there is no flow -----------------------------------------------------------
+cat >rest.ini <<'END'
+[HEAT 1]
+device = nozzle_isa1932
+pipe_material = 7
+device_material = 32
+D20_mm = 300
+d20_mm = 180
+roughness_mm = 0.1
+phase = from_state
+cut_off_kPa = 0.1
+END
+printf 'time_s,channel,t_C,p_MPa,dp_kPa\n0,HEAT 1,300,1.2,40\n1800,HEAT 1,300,1.2,-0.02\n3600,HEAT 1,300,1.2,40\n' >rest.csv
+run rest.out rest.ini rest.csv --format hours
+grep -q '^3600 .* hour: mass 28.5137. t, volume [0-9.]* m3, heat' rest.out &&
+    grep -q 'at rest, below the cut-off: 1 of the computed, lowest dp -0.02 kPa' rest.out ||
+    { fail "a pipe at rest" && cat rest.out; }
+
 # ---- Flows from elsewhere: each integrator its own, none where the cell is empty ----------------------------------------------
 printf '[GAS 7]\ndevice = external\nmethod = gerg91\nrho_c_kg_m3 = 0.68\nnitrogen_pct = 1\ncarbon_dioxide_pct = 0\n' >external.ini
 printf 'time_s,channel,t_C,p_MPa,energy_GJ_h,mass_t_h\n0,GAS 7,10,2,7,\n1800,GAS 7,10,2,72,36\n5400,GAS 7,10,2,,18\n' >external.csv
@@ -163,6 +181,12 @@ run external.out external.ini external.csv --registers external.reg
 grep -q '^GAS 7,mass,t,0,5400,36,' external.reg && grep -q '^GAS 7,energy,GJ,0,5400,36,' external.reg &&
     grep -q '^GAS 7,volume,m3,0,5400,0,' external.reg || { fail "external flows" && cat external.reg; }
 [ "$(column hour_mass_t external.out | tail -n 1)" = 36 ] || fail "the hour that 5400 s close"
+printf 'time_s,channel,t_C,p_MPa,energy_GJ_h,mass_t_h\n0,GAS 7,10,2,7,3\n1800,GAS 7,10,2,nan,36\n5400,GAS 7,,2,72,18\n' >external.csv
+run external.out external.ini external.csv
+grep -q '1800,GAS 7,refused,totals,no reading of the energy flow' external.out &&
+    grep -q 'no reading of the temperature; its flows are counted all the same' external.out &&
+    grep -q '^# GAS 7,mass,t,0,5400,36,' external.out && grep -q '^# GAS 7,energy,GJ,0,5400,72,' external.out &&
+    grep -q '^# day,GAS 7,0,3600,36,' external.out || { fail "a flow that failed" && cat external.out; }
 
 # ---- Units -------------------------------------------------------------------------------------------------------
 cat >unit.ini <<'END'

@@ -238,6 +238,8 @@ Outcome run_cycle(const host::Library& library, const Channel& c, const Measured
         out.reason = fmt::format("not counted: {} s since the reading before are longer than {} s",
                                  plain(elapsed.seconds), plain(elapsed.longest_s));
     if (out.reason.empty()) out.reason = diagnose(library, c, out, before, out.accepted);
+    // Flows from elsewhere need no state.
+    if (out.reached < Step::totals && out.accepted > 0) out.reason += "; its flows are counted all the same";
     return out;
 }
 

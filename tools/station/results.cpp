@@ -93,6 +93,9 @@ std::string summary_of(const Channel& c, const ChannelSummary& summary, TimeKind
         text += fmt::format("{:<11} composition sums to {:.7g} %{}\n", "", c.gas.sum_pct,
                             c.gas.normalised ? ", scaled to 100 %" : "");
     if (summary.refused > 0) text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
+    if (summary.at_rest > 0)
+        text += fmt::format("{:<11} at rest, below the cut-off: {} of the computed, lowest dp {:.7g} kPa\n", "",
+                            summary.at_rest, summary.lowest_dp_Pa * 1e-3F);
     if (summary.passed_over > 0)
         text += fmt::format("{:<11} steps too long to count: {}, {:.8g} s in all\n", "", summary.passed_over,
                             summary.passed_over_s);
@@ -196,11 +199,15 @@ public:
         for (std::size_t i = 0; i < station_.channels.size(); ++i) {
             const Channel& channel = station_.channels[i];
             const ChannelSummary& summary = end.summaries[i];
-            out_.write(fmt::format(
+            std::string line = fmt::format(
                 "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{},"
-                "\"passed_over_s\":{},\"longest_step_s\":{},\"longest_step_counted\":{}}}\n",
-                json_text(channel.name), summary.computed, summary.refused, end.interrupted,
-                summary.passed_over_s, summary.longest_s, summary.longest_counted));
+                "\"at_rest\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
+                json_text(channel.name), summary.computed, summary.refused, end.interrupted, summary.at_rest,
+                summary.passed_over_s, summary.longest_s);
+            for (std::size_t k = 0; summary.longest_s > 0.0 && k < integrator_count(channel.medium); ++k)
+                line += fmt::format(",\"longest_step_{}\":{}", integrator(channel.medium, k).name,
+                                    summary.longest_amount[k]);
+            out_.write(line + "}\n");
             for (std::size_t k = 0; end.with_registers && k < integrator_count(channel.medium); ++k)
                 out_.write(register_line(channel, end.registers[i], k));
         }

@@ -60,6 +60,8 @@ inline constexpr std::array<Result, 20> cycle_results{{
 struct ChannelSummary {
     std::uint64_t computed = 0, refused = 0;
     std::string first_refusal;      ///< time, step and reason
+    std::uint64_t at_rest = 0;      ///< of the computed: below the cut-off
+    float lowest_dp_Pa = 0.0F;      ///< of these
     std::uint64_t passed_over = 0;  ///< of the refused: longer than a step that counts
     double passed_over_s = 0.0;
     double longest_s = 0.0, longest_end_s = 0.0;  ///< the longest step between two readings, and the later one

@@ -144,6 +144,10 @@ void set_up_all(const host::Library& library, const Job& job, SimulatedClock& cl
 
 void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, const Elapsed& elapsed,
           TimeKind kind) {
+    if (outcome.at_rest && outcome.reached == Step::done) {
+        ++summary.at_rest;
+        summary.lowest_dp_Pa = std::min(summary.lowest_dp_Pa, outcome.input.dp);
+    }
     if (elapsed.seconds > summary.longest_s) {
         summary.longest_s = elapsed.seconds;
         summary.longest_end_s = row.time_s;
@@ -197,7 +201,8 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
         const double made_s = made[row.channel];
         Calendar& calendar = account.calendars[row.channel];
         calendar.add(from_s, row.time_s, outcome.counted, outcome.accepted == integrator_count(channel.medium));
-        calendar.add(made_s - job.downtime_min * s_per_min, made_s, outcome.filled, false);
+        if (outcome.filled != Amounts{})
+            calendar.add(made_s - job.downtime_min * s_per_min, made_s, outcome.filled, false);
         from_s = kept.last_s.emplace(row.time_s);
         note(account.summaries[row.channel], row, outcome, elapsed, job.readings.time_kind());
         results.cycle({channel, row, outcome, kept.reg});
