@@ -63,6 +63,13 @@ void Peaks::note(const Measured& row, const Channel& channel) {
         }
 }
 
+void Peaks::note_step(double seconds) {
+    longest_step_s = std::max(longest_step_s, seconds);
+    since_s_ += seconds;
+    longest_day_s = std::max(longest_day_s, since_s_);
+    if (since_s_ >= day_s) since_s_ = 0.0;
+}
+
 void require_room(const host::Library& library, const Station& station, const std::vector<Peaks>& peaks,
                   TimeKind kind, double downtime_min) {
     std::string lacking;
@@ -70,7 +77,7 @@ void require_room(const host::Library& library, const Station& station, const st
         const Channel& c = station.channels[i];
         const std::array<Peak, most_integrators> largest = peaks_of(library, c, peaks[i].rows);
         if (peaks[i].longest_step_s == 0.0 && downtime_min == 0.0) continue;  // no time, no amounts
-        const double longest_s = std::max(day_s, peaks[i].longest_step_s);
+        const double longest_s = peaks[i].longest_day_s;
         for (std::size_t k = 0; k < integrator_count(c.medium); ++k) {
             const Integrator& one = integrator(c.medium, k);
             const double filled = peaks[i].rows.empty() ? 0.0
@@ -78,11 +85,11 @@ void require_room(const host::Library& library, const Station& station, const st
                                                               downtime_min / min_per_hour;
             const double amount = largest[k].flow * longest_s / s_per_hour + filled;
             if (amount < wrap * units_of(c.accounting[k])) continue;
-            lacking += fmt::format("{}[{}] {:.7g} {} at {} bring {:.7g} {} in {} s{}: {}{}",
-                                   lacking.empty() ? "" : "; ", c.name, largest[k].flow, one.flow_unit,
-                                   print_time(kind, largest[k].time_s), amount, one.unit, plain(longest_s),
-                                   filled > 0.0 ? " and a downtime" : "", key_for(one, amount),
-                                   longest_s > day_s ? ", or --longest-step to leave such steps out" : "");
+            lacking += fmt::format(
+                "{}[{}] {:.7g} {} at {} bring {:.7g} {} in {} s{}: {}{}", lacking.empty() ? "" : "; ", c.name,
+                largest[k].flow, one.flow_unit, print_time(kind, largest[k].time_s), amount, one.unit,
+                plain(longest_s), filled > 0.0 ? " and a downtime" : "", key_for(one, amount),
+                peaks[i].longest_step_s > day_s ? ", or --longest-step to leave such steps out" : "");
         }
     }
     if (!lacking.empty())

@@ -1,24 +1,25 @@
 // Room in the registers: an hour or day tells amounts below 10^6 of its unit, and what is more comes out 10^6 short a time.
 #pragma once
 
-#include <algorithm>
 #include <vector>
 
 #include "tools/station/cycle.h"
 
 namespace kalorfix::tool::station {
 
-/// The readings of one channel with the largest flows, and its longest step that counts.
+/// The readings of one channel with the largest flows, its longest step that counts, and its longest day.
 class Peaks {
 public:
     void note(const Measured& row, const Channel& channel);
-    void note_step(double seconds) { longest_step_s = std::max(longest_step_s, seconds); }
+    void note_step(double seconds);
 
     std::vector<Measured> rows{};  ///< with the largest differential pressure or reading, mass and volume flow
     double longest_step_s = 0.0;
+    double longest_day_s = 86400.0;  ///< a day ends with the step that fills it
 
 private:
     std::array<double, 3 + most_integrators> largest_{};
+    double since_s_ = 0.0;  // the day began
 };
 
 /// Throws InputError with the exponents that would do, when a day of the largest flow, or the longest step, and a downtime
