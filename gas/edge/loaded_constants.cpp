@@ -1,6 +1,7 @@
 #include "gas/edge/loaded_constants.h"
 
 #include <array>
+#include <cstring>
 
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
@@ -26,6 +27,13 @@ struct Loaded {
 };
 
 Loaded<aga8::Constants, 17> aga8_tables;
+
+// The last mixture: from cycle to cycle the composition of a gas seldom changes.
+struct {
+    Fractions x;
+    bool known;
+    aga8::Mixture mixture;
+} last;
 Loaded<vnic::Constants, 6> vnic_tables;
 
 }  // namespace
@@ -33,9 +41,17 @@ Loaded<vnic::Constants, 6> vnic_tables;
 const aga8::Constants& aga8_constants() {
     return aga8_tables.made(
         {Ei, Ki, Gi, Qi, Fi, Eij_, Uij, Kij, Gij_, an, bn, cn, kn, un, gn, qn, fn}, [](aga8::Constants& made) {
+            last.known = false;
             aga8::make_constants(
                 {{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}}, made);
         });
+}
+
+const aga8::Mixture& aga8_mixture(const Composition& gas) {
+    const aga8::Constants& constants = aga8_constants();
+    if (!last.known || std::memcmp(&last.x, &gas.x, sizeof last.x) != 0)
+        last = {gas.x, true, aga8::mix(gas, constants)};
+    return last.mixture;
 }
 
 const vnic::Constants& vnic_constants() {
