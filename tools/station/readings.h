@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/station/channel_index.h"
 #include "tools/station/station.h"
 #include "tools/text.h"
 
@@ -81,7 +82,7 @@ private:
     void add_column(std::string_view name);
     void require_columns();
     double read_time(std::string_view cell) const;
-    std::size_t find_channel(std::string_view cell);
+    std::size_t find_channel(std::string_view cell) const;
     double read_value(std::string_view cell, const Column& column, const Channel& channel) const;
     void check_order(const Measured& row, std::string_view time);
 
@@ -93,7 +94,7 @@ private:
     std::vector<std::string_view> cells_;
     std::vector<std::optional<double>> last_time_;  ///< of each channel
     double latest_ = 0.0;
-    std::size_t last_channel_ = 0;
+    ChannelIndex index_;
 };
 
 }  // namespace kalorfix::tool::station

@@ -6,6 +6,7 @@
 #include <array>
 #include <limits>
 
+#include "tools/station/channel_index.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool::station {
@@ -63,13 +64,13 @@ float number_of(const Lines& lines, const std::vector<std::string_view>& cells, 
 using Found = std::vector<std::array<bool, most_integrators>>;
 
 void read_row(const Lines& lines, const std::vector<std::string_view>& cells, const Station& station,
-              TimeKind kind, StationRegisters& registers, Found& found) {
+              const ChannelIndex& index, TimeKind kind, StationRegisters& registers, Found& found) {
     if (cells.size() != heading.size())
         lines.fail("expected ", heading.size(), " cells as in the heading of the registers");
-    const auto channel = std::ranges::find(station.channels, cells[0], &Channel::name);
-    if (channel == station.channels.end())
-        lines.fail("registers of ", cells[0], ", which ", station.file, " does not describe");
-    const auto i = static_cast<std::size_t>(channel - station.channels.begin());
+    const std::optional<std::size_t> place = index.find(cells[0]);
+    if (!place) lines.fail("registers of ", cells[0], ", which ", station.file, " does not describe");
+    const std::size_t i = *place;
+    const Channel* const channel = &station.channels[i];
     std::size_t k = 0;
     while (k < integrator_count(channel->medium) && integrator(channel->medium, k).name != cells[1]) ++k;
     if (k == integrator_count(channel->medium)) lines.fail(cells[0], " has no integrator ", quoted(cells[1]));
@@ -95,10 +96,11 @@ StationRegisters read_registers(const std::string& file, const Station& station,
     Lines lines(file, "these registers");
     StationRegisters registers(station.channels.size());
     Found found(station.channels.size());
+    const ChannelIndex index(station);
     bool begun = false;
     for (std::string_view line; lines.next(line);) {
         const std::vector<std::string_view> cells = cells_of(line);
-        if (begun && !cells.empty()) read_row(lines, cells, station, kind, registers, found);
+        if (begun && !cells.empty()) read_row(lines, cells, station, index, kind, registers, found);
         begun = begun || std::ranges::equal(cells, heading);
     }
     if (!begun)
