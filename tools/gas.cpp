@@ -11,6 +11,7 @@
 #include "tools/host.h"
 #include "tools/names.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/states.h"
 
 namespace kalorfix::tool {
@@ -213,6 +214,9 @@ int run(const Installation& files, const Request& request) {
                     range_of("--p", request.p, p_limits, "the absolute pressure in MPa, such as --p 5.5")};
     require_size(grid);
     const host::Runtime runtime(files.gas_data);
+    keep_apart(
+        {{"--composition", request.composition}, {"--lib", files.library}, {"--gas-data", files.gas_data}},
+        {{"--svg", request.svg_file}});
     const host::Library library(files.library);
     library->Init();
     if (gas.by_density() && !request.composition.empty()) reduce_to_density(library, gas);

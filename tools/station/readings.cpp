@@ -170,6 +170,7 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
     };
     // A descriptor of its own: that of the process stays open.
     const int descriptor = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 && interrupted) return nullptr;
     if (descriptor < 0) throw refused(std::strerror(errno));
     auto stream = std::make_unique<FileStream>(descriptor);
     struct stat about {};

@@ -51,7 +51,8 @@ struct Measured {
 [[nodiscard]] Quantity measured_by(const Channel& channel);
 
 /// The readings of a file, or with the name "-" of standard input, as a stream that can be walked through twice: a pipe is copied
-/// to an unnamed temporary file, which an interruption ends behind a whole line. Throws InputError when they cannot be read.
+/// to an unnamed temporary file, which an interruption ends behind a whole line. Null when it comes before a pipe is open. Throws InputError when they cannot
+/// be read.
 [[nodiscard]] std::unique_ptr<std::istream> open_readings(const std::string& name,
                                                           const volatile std::sig_atomic_t& interrupted);
 

@@ -119,6 +119,7 @@ public:
     }
 
     void end(const RunEnd& end) override {
+        if (!end.interrupted.empty()) out_.write("# " + end.interrupted + "\n");
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
@@ -155,7 +156,7 @@ public:
             const ChannelSummary& summary = end.summaries[i];
             out_.write(fmt::format(
                 "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{}}}\n",
-                json_text(channel.name), summary.computed, summary.refused, end.interrupted));
+                json_text(channel.name), summary.computed, summary.refused, !end.interrupted.empty()));
             for (std::size_t k = 0; end.with_registers && k < integrator_count(channel.medium); ++k)
                 out_.write(register_line(channel, end.registers[i], k));
         }
@@ -211,7 +212,7 @@ public:
     }
 
     void end(const RunEnd& end) override {
-        std::string text = end.interrupted ? "interrupted\n" : "";
+        std::string text = end.interrupted.empty() ? "" : end.interrupted + "\n";
         for (std::size_t i = 0; i < end.summaries.size(); ++i) {
             const ChannelSummary& summary = end.summaries[i];
             text += fmt::format("{:<11} {} cycles computed, {} refused\n", station_.channels[i].name,
@@ -238,18 +239,18 @@ private:
         const auto cell = [](bool given, const auto& layout, float value) {
             return given ? fmt::format(layout, value) : std::string("-");
         };
-        write_row(line_.time(row.time_s), c.name, cell(true, FMT_COMPILE("{:.2f}"), o.input.t_C),
-                  cell(true, FMT_COMPILE("{:.4f}"), o.input.p_Pa * 1e-6F),
-                  cell(!meter, FMT_COMPILE("{:.3f}"), o.input.dp * 1e-3F),
-                  cell(o.passed(Step::properties), FMT_COMPILE("{:#.6g}"), o.rho),
-                  cell(solved && has(c, Of::standard_device), FMT_COMPILE("{:.5f}"), o.C),
-                  cell(solved && !meter, FMT_COMPILE("{:.5f}"), o.epsilon),
-                  cell(solved, FMT_COMPILE("{:.4f}"), o.q[0]),
-                  cell(solved && c.is_gas(), FMT_COMPILE("{:.1f}"), o.q[2]),
-                  cell(solved, FMT_COMPILE("{:.3f}"), o.q[c.is_gas() ? 3 : 2]),
-                  cell(true, FMT_COMPILE("{:.3f}"), registers[0].total),
-                  cycle.done() ? std::string()
-                               : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
+        write_row(
+            line_.time(row.time_s), c.name, cell(true, FMT_COMPILE("{:.2f}"), o.input.t_C),
+            cell(true, FMT_COMPILE("{:.4f}"), o.input.p_Pa * 1e-6F),
+            cell(!meter, FMT_COMPILE("{:.3f}"), o.input.dp * 1e-3F),
+            cell(o.passed(Step::properties), FMT_COMPILE("{:#.6g}"), o.rho),
+            cell(solved && has(c, Of::standard_device), FMT_COMPILE("{:.5f}"), o.C),
+            cell(solved && !meter, FMT_COMPILE("{:.5f}"), o.epsilon),
+            cell(solved, FMT_COMPILE("{:.4f}"), o.q[0]),
+            cell(solved && c.is_gas(), FMT_COMPILE("{:.1f}"), o.q[2]),
+            cell(solved, FMT_COMPILE("{:.3f}"), o.q[c.is_gas() ? 3 : 2]),
+            cell(true, FMT_COMPILE("{:.3f}"), registers[0].total),
+            cycle.done() ? std::string() : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
     }
 
     void write_closed(const Cycle& cycle, std::size_t set) {

@@ -63,8 +63,8 @@ struct ChannelSummary {
 struct RunEnd {
     const StationRegisters& registers;
     const std::vector<ChannelSummary>& summaries;
-    bool interrupted;
-    bool with_registers;  ///< they are not written to a file of their own
+    std::string interrupted;  ///< by what, how far, and how to go on; empty when the run is whole
+    bool with_registers;      ///< they are not written to a file of their own
 };
 
 class Results {

@@ -36,6 +36,7 @@ struct Integrator {
 
 struct Gas {
     short method = 0;
+    std::string composition_file;  ///< empty where the composition stands in keys
     bool volume_fractions = false;
     std::array<float, 15> x{};
     float rho_c = 0.0F;
