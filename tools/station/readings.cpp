@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <span>
 
 #include "tools/text.h"
 
@@ -251,8 +252,10 @@ double Readings::read_time(std::string_view cell) const {
 
 std::size_t Readings::find_channel(std::string_view cell) const {
     if (const std::optional<std::size_t> found = index_.find(cell)) return *found;
+    constexpr std::size_t most_told = 20;
+    const std::span told(station_.channels.data(), std::min(most_told, station_.channels.size()));
     lines_.fail_at(cell, "no such channel: ", quoted(cell), "; ", station_.file, " describes ",
-                   joined(station_.channels, &Channel::name));
+                   joined(told, &Channel::name), told.size() < station_.channels.size() ? ", ..." : "");
 }
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) const {
