@@ -231,8 +231,13 @@ registers() {
     refuse "$2" "$station" "$day" --continue bad.reg
 }
 rows station_registers.txt registers
+head -c -1 first.reg >bad.reg
+refuse ':15: the file ends within this line: it was cut short$' "$station" "$day" --continue bad.reg
 ln -s "$station" station.ini
 ln -s "$day" day.csv
+ln first.csv hard.csv
+ln -s y dangling
+mkfifo pipe
 # The arguments are words to split.
 # shellcheck disable=SC2086
 options() { refuse "$2" $1; }
@@ -243,24 +248,34 @@ echo kept >results.csv
 "$tool" run "$examples/station.ini" bad.csv --out results.csv 2>/dev/null
 [ "$(cat results.csv)" = kept ] || fail "a failing run has touched the file of --out"
 if [ -w /dev/full ]; then
-    "$tool" run "$examples/station.ini" "$day" >/dev/full 2>err
-    [ $? -eq 2 ] && [ "$(wc -l <err)" -eq 1 ] || { fail "a full disk" && cat err; }
+    cp first.reg kept.reg
+    "$tool" run "$examples/station.ini" "$day" --continue kept.reg --registers kept.reg >/dev/full 2>err
+    [ $? -eq 2 ] && [ "$(wc -l <err)" -eq 1 ] && cmp first.reg kept.reg || { fail "a full disk" && cat err; }
+    refuse 'No space left' "$examples/station.ini" "$day" --out new.csv --registers /dev/full
 fi
+# A station as large as the registries is read in parts.
+awk 'BEGIN { for (n = 1; n <= 1500; ++n) printf "[HEAT %d]\ndevice = meter_mass\nphase = water\n%s", n, n == 1400 ? "x = 1\n" : "" }' >large.ini
+refuse '^kalorfix: large\.ini:4201: \[HEAT 1400\] x: has no meaning' large.ini meters.csv
 
 # ---- Interruption ------------------------------------------------------------------------------------------------------
 mkfifo feed
-exec 3<>feed  # a tool that gives up early does not leave the writer waiting for a reader
-"$tool" run "$examples/station.ini" feed --out cut.csv --registers cut.reg 2>err &
-pid=$!
-# The reader has the first part before the interruption comes: a pipe that is full blocks the writer.
-{ head -n 1201 "$day"; sleep 1; kill -INT "$pid"; } >feed
-wait "$pid"
-interrupted=$?
-exec 3>&-
-[ "$interrupted" -eq 130 ] || { fail "status of an interrupted run" && cat err; }
-head -n 1201 "$day" >part.csv
-run part.out "$examples/station.ini" part.csv --registers part.reg
-cmp -s part.reg cut.reg && cmp -s part.out cut.csv || fail "an interrupted run does not keep what it read"
+run part.out "$examples/station.ini" first.csv --registers part.reg
+said='after the reading of 2026-03-01T09:58:00; go on with --continue cut.reg'
+for signal in 'INT 130 interrupted' 'HUP 129 hung up'; do
+    # shellcheck disable=SC2086
+    set -- $signal
+    exec 3<>feed  # a tool that gives up early does not leave the writer waiting for a reader
+    "$tool" run "$examples/station.ini" feed --out cut.csv --registers cut.reg 2>err &
+    pid=$!
+    # The reader has the first part before the interruption comes: a pipe that is full blocks the writer.
+    { cat first.csv; sleep 1; kill -"$1" "$pid"; } >feed
+    wait "$pid"
+    interrupted=$?
+    exec 3>&-
+    [ "$interrupted" -eq "$2" ] && grep -q "^kalorfix: $3.* $said$" err || { fail "an interrupted run" && cat err; }
+    cmp -s part.reg cut.reg && grep -v '^#' cut.csv | cmp -s part.out - && grep -q "^# $3.* $said" cut.csv ||
+        fail "an interrupted run does not keep what it read, or does not say so"
+done
 run second.out "$examples/station.ini" "$day" --continue cut.reg --registers again.reg
 cmp -s second.reg again.reg || fail "going on after an interruption"
 
