@@ -305,8 +305,9 @@ Command run_command() {
         "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
         "amount of each hour and day where it closes. A refused cycle names the step and the\n"
         "first limit that it broke; its time is passed over.\n\n"
-        "Exit status 0; 2 for bad input, which leaves nothing written; 130 when interrupted:\n"
-        "what was computed is kept, with the registers to go on from.\n\n" +
+        "Exit status 0; 2 for bad input or a full disk, which leaves the old files; 130 when\n"
+        "interrupted (129 by SIGHUP, 143 by SIGTERM): what was computed is kept, with the\n"
+        "registers to go on from, and standard error says how.\n\n" +
             station::key_reference(),
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file},
          {"READINGS", "READINGS.csv|-", "measured values: a row a cycle and channel; -\nis standard input",
