@@ -1,7 +1,7 @@
 #include "tools/station/readings.h"
 
 #include <fcntl.h>
-#include <fmt/compile.h>
+#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <ext/stdio_filebuf.h>
@@ -146,10 +146,17 @@ std::string print_time(TimeKind kind, double seconds) {
     const auto days = std::chrono::floor<std::chrono::days>(since);
     const std::chrono::year_month_day date{std::chrono::sys_days(days)};
     const std::chrono::hh_mm_ss clock(since - days);
-    std::string text =
-        fmt::format(FMT_COMPILE("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}"), static_cast<int>(date.year()),
-                    static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                    clock.hours().count(), clock.minutes().count(), clock.seconds().count());
+    std::string text = "0000-00-00T00:00:00";
+    const auto put = [&text](std::size_t end, auto value) {
+        for (auto rest = static_cast<long>(value); rest > 0; rest /= 10)
+            text[--end] = static_cast<char>('0' + rest % 10);
+    };
+    put(4, static_cast<int>(date.year()));
+    put(7, static_cast<unsigned>(date.month()));
+    put(10, static_cast<unsigned>(date.day()));
+    put(13, clock.hours().count());
+    put(16, clock.minutes().count());
+    put(19, clock.seconds().count());
     if (seconds > whole) {
         std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
         fraction.erase(fraction.find_last_not_of('0') + 1);
