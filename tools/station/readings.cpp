@@ -146,17 +146,18 @@ std::string print_time(TimeKind kind, double seconds) {
     const auto days = std::chrono::floor<std::chrono::days>(since);
     const std::chrono::year_month_day date{std::chrono::sys_days(days)};
     const std::chrono::hh_mm_ss clock(since - days);
-    std::string text = "0000-00-00T00:00:00";
-    const auto put = [&text](std::size_t end, auto value) {
-        for (auto rest = static_cast<long>(value); rest > 0; rest /= 10)
-            text[--end] = static_cast<char>('0' + rest % 10);
+    std::string text = fmt::format("{:04}-00-00T00:00:00", static_cast<int>(date.year()));
+    // Two digits, so far before the end.
+    const auto put = [&text](std::size_t before_end, auto value) {
+        const auto number = static_cast<unsigned>(value);
+        text[text.size() - before_end] = static_cast<char>('0' + number / 10);
+        text[text.size() - before_end + 1] = static_cast<char>('0' + number % 10);
     };
-    put(4, static_cast<int>(date.year()));
-    put(7, static_cast<unsigned>(date.month()));
-    put(10, static_cast<unsigned>(date.day()));
-    put(13, clock.hours().count());
-    put(16, clock.minutes().count());
-    put(19, clock.seconds().count());
+    put(14, static_cast<unsigned>(date.month()));
+    put(11, static_cast<unsigned>(date.day()));
+    put(8, clock.hours().count());
+    put(5, clock.minutes().count());
+    put(2, clock.seconds().count());
     if (seconds > whole) {
         std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
         fraction.erase(fraction.find_last_not_of('0') + 1);
