@@ -170,6 +170,9 @@ cmp -s unit.1 unit.3 || fail "Pa gives other results"
 printf 'time,channel,t_C,p_Pa,dp_Pa\n2026-03-01T23:59:59.5Z,HEAT 1,300,1200000,40000\n2026-03-02T00:00:09.5,HEAT 1,300,1200000,40000\n' >unit.csv
 run unit.4 unit.ini unit.csv --registers unit.reg
 [ "$(column time unit.4 | head -n 1)" = 2026-03-01T23:59:59.5 ] || fail "a date with a fraction"
+printf 'time,channel,t_C,p_Pa,dp_Pa\n9999-12-31T23:59:59.999999,HEAT 1,300,1200000,40000\n' >unit.csv
+run unit.5 unit.ini unit.csv
+[ "$(column time unit.5)" = 10000-01-01T00:00:00 ] || fail "a year of five digits"
 close "$(column total_mass_t unit.4 | tail -n 1)" 0.1584096 3e-7 || fail "ten seconds over midnight"
 
 # ---- Refusals in words, each limit from both sides ---------------------------------------------------------------------
