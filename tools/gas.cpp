@@ -13,6 +13,7 @@
 #include "tools/host.h"
 #include "tools/names.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/states.h"
 
 namespace kalorfix::tool {
@@ -245,6 +246,9 @@ int run(const Installation& files, const Request& request) {
     require_size(grid);
     const host::Runtime runtime(files.gas_data);
     if (!request.composition.empty()) gasdat::require_sound(files.gas_data);
+    keep_apart(
+        {{"--composition", request.composition}, {"--lib", files.library}, {"--gas-data", files.gas_data}},
+        {{"--svg", request.svg_file}});
     const host::Library library(files.library);
     library->Init();
     if (gas.by_density() && !request.composition.empty()) reduce_to_density(library, gas);

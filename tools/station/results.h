@@ -75,8 +75,8 @@ struct RunEnd {
     const StationRegisters& registers;
     const std::vector<ChannelSummary>& summaries;
     const std::vector<Calendar>& calendars;
-    bool interrupted;
-    bool with_registers;  ///< they are not written to a file of their own
+    std::string interrupted;  ///< by what, how far, and how to go on; empty when the run is whole
+    bool with_registers;      ///< they are not written to a file of their own
 };
 
 class Results {

@@ -11,6 +11,7 @@
 #include "tools/commands.h"
 #include "tools/gasdat/gas_file.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/simulated_clock.h"
 #include "tools/station/readings.h"
 #include "tools/station/room.h"
@@ -27,15 +28,16 @@ volatile std::sig_atomic_t signal_received = 0;
 
 void on_signal(int signal) { signal_received = signal; }
 
-// An interruption ends the run between two cycles, and a closed pipe is a failed write.
+// An interruption ends the run between two cycles; so does the end of the terminal, unless nohup has it ignored.
 void watch_signals() {
     signal_received = 0;
     struct sigaction act {};
     act.sa_handler = on_signal;  // no SA_RESTART: a waiting read ends
     sigaction(SIGINT, &act, nullptr);
     sigaction(SIGTERM, &act, nullptr);
-    act.sa_handler = SIG_IGN;
-    sigaction(SIGPIPE, &act, nullptr);
+    struct sigaction before {};
+    if (sigaction(SIGHUP, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+        sigaction(SIGHUP, &act, nullptr);
 }
 
 // Init to Done: the gas tables are released however the run ends.
@@ -214,6 +216,52 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
     return account;
 }
 
+constexpr int by_signal = 128;
+
+std::string cause(int signal) {
+    if (signal == SIGINT) return "interrupted";
+    return signal == SIGHUP ? "hung up" : "terminated";
+}
+
+void tell(const std::string& what) { std::fprintf(stderr, "kalorfix: %s\n", printable(what).c_str()); }
+
+int nothing_done(int signal) {
+    tell(cause(signal) + " before the first cycle; nothing is written");
+    return by_signal + signal;
+}
+
+// Time of the last reading that the registers hold; empty when they hold none.
+std::string latest(const StationRegisters& registers, TimeKind kind) {
+    std::optional<double> last;
+    for (const ChannelRegisters& one : registers) last = std::max(last, one.last_s);
+    return last ? print_time(kind, *last) : "";
+}
+
+std::string how_to_go_on(int signal, const RunRequest& request, const std::string& until) {
+    std::string text =
+        cause(signal) + (until.empty() ? " before the first reading" : " after the reading of " + until);
+    const std::string& file = request.registers_file.empty() ? request.out : request.registers_file;
+    if (request.registers_file.empty() && request.format == "json")
+        return text + "; there are no registers in JSON to go on from";
+    return text + "; go on with --continue " +
+           (file.empty() ? "and the file of these results" : printable(file));
+}
+
+// The registers may go on in their own file; else what is read is not written.
+void keep_files_apart(const Installation& files, const RunRequest& request, const Station& station) {
+    std::vector<NamedFile> inputs{{"STATION", request.station_file},
+                                  {"READINGS", request.readings},
+                                  {"--lib", files.library},
+                                  {"--gas-data", files.gas_data}};
+    for (const Channel& channel : station.channels)
+        inputs.push_back({"the composition of " + channel.name, channel.gas.composition_file});
+    const NamedFile registers{"--registers", request.registers_file};
+    keep_apart(inputs, {registers});
+    inputs.push_back({"--continue", request.continue_file});
+    keep_apart(inputs, {{"--out", request.out}});
+    keep_apart({}, {{"--out", request.out}, registers});
+}
+
 std::unique_ptr<Results> results_of(const RunRequest& request, const Station& station, TimeKind kind,
                                     OutputFile& out) {
     const bool terminal = request.out.empty() && isatty(STDOUT_FILENO) == 1;
@@ -232,8 +280,6 @@ double check_request(const RunRequest& request) {
             "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
-    if (!request.out.empty() && request.out == request.registers_file)
-        throw InputError("--registers ", request.out, ": is the file of --out already");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
     if (!minutes)
         throw InputError("--downtime: expected minutes within ", downtime_min.text(), ", not '",
@@ -252,6 +298,7 @@ void take_longest_step(const RunRequest& request, Station& station) {
 
 int run(const Installation& files, const RunRequest& request, const ResultsMaker& make) {
     const double downtime_min = check_request(request);
+    keep_files_apart(files, request, {});
     watch_signals();
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
@@ -264,14 +311,19 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
             "file");
     if (!files.gas_data.empty() && needs_gas_data) gasdat::require_sound(files.gas_data);
 
+    keep_files_apart(files, request, station);
+
     const std::unique_ptr<std::istream> in = open_readings(request.readings, signal_received);
     const int interrupted_copying = signal_received;
+    if (interrupted_copying && (!in || in->peek() == std::istream::traits_type::eof()))
+        return nothing_done(interrupted_copying);
     signal_received = 0;
     Readings readings(station, *in, request.readings);
     const TimeKind kind = readings.time_kind();
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
     check(job);
+    if (signal_received) return nothing_done(signal_received);
     name_stops(station, job.temperatures);
 
     OutputFile out(request.out);
@@ -293,14 +345,21 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     results->begin();
     const Account account = compute(library, job, clock, *results, progress_wanted);
     const int ended_by = signal_received ? static_cast<int>(signal_received) : interrupted_copying;
-    results->end({job.registers, account.summaries, account.calendars, ended_by != 0, !register_file});
-    if (register_file) {
-        register_file->write(print_registers(station, job.registers, kind, ""));
-        register_file->finish();
-    }
+    const std::string interrupted = ended_by == 0 ? ""
+                                    : make        ? cause(ended_by)
+                                           : how_to_go_on(ended_by, request, latest(job.registers, kind));
+    require_numbers(station, job.registers);
+    results->end({job.registers, account.summaries, account.calendars, interrupted, !register_file});
+    if (register_file) register_file->write(print_registers(station, job.registers, kind, ""));
+    // Registers that went ahead of lost results could never produce them again.
+    out.complete();
+    if (register_file) register_file->complete();
     out.finish();
-    constexpr int by_signal = 128;
-    if (ended_by != 0) return by_signal + ended_by;
+    if (register_file) register_file->finish();
+    if (ended_by != 0) {
+        tell(interrupted);
+        return by_signal + ended_by;
+    }
     const bool nothing = std::ranges::any_of(
         account.summaries, [](const ChannelSummary& one) { return one.has_readings() && one.computed == 0; });
     return nothing ? 1 : 0;
@@ -327,9 +386,9 @@ Command run_command() {
         "limit that it broke; its time is passed over. An empty cell or nan is a transmitter that\n"
         "failed: a refused cycle. A station whose day does not fit its registers (10^6 units) is\n"
         "refused with the exponents that would do.\n\n"
-        "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input, which leaves nothing "
-        "written; 130 when interrupted:\n"
-        "what was computed is kept, with the registers to go on from.\n\n" +
+        "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input or a full\n"
+        "disk, which leaves the old files; 130 when interrupted (129 by SIGHUP, 143 by SIGTERM):\n"
+        "what was computed is kept, with the registers to go on from, and standard error says how.\n\n" +
             station::key_reference(),
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file},
          {"READINGS", "READINGS.csv|-", "measured values: a row a cycle and channel; -\nis standard input",

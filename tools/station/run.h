@@ -23,9 +23,9 @@ struct RunRequest {
 
 using ResultsMaker = std::function<std::unique_ptr<Results>(const Station&, TimeKind, OutputFile&)>;
 
-/// Runs the station; `make` makes the results in place of those of the format. Returns the exit status: 0, 1 when a channel with readings computed
-/// nothing, or 130 (143) when an
-/// interrupt (a termination) ended it, which keeps what was computed. Throws InputError before anything is written.
+/// Runs the station; `make` makes the results in place of those of the format. Returns the exit status: 0, 1 when a channel with
+/// readings computed nothing, or 128 and the signal (SIGHUP, SIGINT, SIGTERM) that ended it, which keeps what was computed. Results
+/// and registers are both on the disk before either has its name, the registers last. Throws InputError, which leaves the old files.
 [[nodiscard]] int run(const Installation& files, const RunRequest& request, const ResultsMaker& make = {});
 
 }  // namespace kalorfix::tool::station

@@ -48,7 +48,8 @@ void read_composition_file(Keys& keys, const Entry& entry, const std::string& st
     std::error_code failed;
     if (!std::filesystem::is_regular_file(path, failed))
         keys.fail(entry, "there is no composition file ", path.string());
-    const GivenComposition given = read_composition(path.string());
+    gas.composition_file = path.string();
+    const GivenComposition given = read_composition(gas.composition_file);
     gas.volume_fractions = given.volume_fractions;
     std::ranges::transform(given.x, gas.x.begin(), [](double x) { return static_cast<float>(x); });
     if (gas.volume_fractions && gas.method == vnic)

@@ -37,6 +37,7 @@ struct Integrator {
 
 struct Gas {
     short method = 0;
+    std::string composition_file;  ///< empty where the composition stands in keys
     bool volume_fractions = false;
     std::array<float, 15> x{};
     double sum_pct = 0.0;  ///< of the composition as given
