@@ -72,8 +72,6 @@ add_library(
   runtime/clock.cpp
   runtime/files.cpp
   runtime/ini_file.cpp
-  runtime/ini_list.cpp
-  runtime/ini_text.cpp
   runtime/ini_values.cpp
   runtime/paths.cpp
   runtime/tick_source.cpp)
