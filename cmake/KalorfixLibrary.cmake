@@ -33,11 +33,9 @@ add_library(
   flow/nozzle.cpp
   flow/orifice.cpp
   flow/venturi.cpp
-  frame/gas_exports.cpp
-  frame/heat_exports.cpp
+  frame/channel_exports.cpp
   frame/lifecycle.cpp
-  frame/pipeline_exports.cpp
-  frame/totals_exports.cpp
+  frame/water_exports.cpp
   gas/aga8.cpp
   gas/aga8_constants.cpp
   gas/aga8_isotherm.cpp
