@@ -38,7 +38,6 @@ add_library(
   frame/water_exports.cpp
   gas/aga8.cpp
   gas/aga8_constants.cpp
-  gas/aga8_isotherm.cpp
   gas/composition.cpp
   gas/edge/exports.cpp
   gas/edge/gas_channel.cpp

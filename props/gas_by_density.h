@@ -1,7 +1,7 @@
 // Properties of a gas known by density, nitrogen and carbon dioxide: viscosity, isentropic exponent, heats of combustion.
 #pragma once
 
-#include "gas/density_gas.h"
+#include "gas/by_density.h"
 
 namespace kalorfix::gas {
 
