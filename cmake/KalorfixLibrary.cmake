@@ -57,7 +57,6 @@ add_library(
   props/heat_of_combustion.cpp
   props/humid_gas.cpp
   props/water/density.cpp
-  props/water/ideal.cpp
   props/water/nonanalytic.cpp
   props/water/residual.cpp
   props/water/saturation.cpp

@@ -19,9 +19,4 @@ double isentropic_exponent(double T_K, double p_MPa, const DensityGas& gas) {
            std::pow(ratio, 1.43) * (384.0 * (1.0 - gas.xa) * std::pow(ratio, 0.8) + 26.4 * gas.xa);
 }
 
-HeatOfCombustion heat_of_combustion(double rho_c, double nitrogen_pct, double carbon_dioxide_pct) {
-    return {85.453 * (0.5219 * rho_c + 0.04242 - 0.0065197 * nitrogen_pct - 0.01 * carbon_dioxide_pct),
-            92.819 * (0.51447 * rho_c + 0.05603 - 0.0065689 * nitrogen_pct - 0.01 * carbon_dioxide_pct)};
-}
-
 }  // namespace kalorfix::gas

@@ -1,4 +1,4 @@
-// Properties of a gas known by density, nitrogen and carbon dioxide: viscosity, isentropic exponent, heats of combustion.
+// Properties of a gas known by density, nitrogen and carbon dioxide: viscosity, isentropic exponent.
 #pragma once
 
 #include "gas/by_density.h"
@@ -11,12 +11,5 @@ namespace kalorfix::gas {
 
 /// Isentropic exponent at T (K) and p (MPa). GOST 30319.1-96.
 [[nodiscard]] double isentropic_exponent(double T_K, double p_MPa, const DensityGas& gas);
-
-struct HeatOfCombustion {
-    double lower, higher;
-};
-
-/// Heats of combustion, MJ/m3 at 20 degC; contents in mole per cent. GOST 30319.1-96.
-[[nodiscard]] HeatOfCombustion heat_of_combustion(double rho_c, double nitrogen_pct, double carbon_dioxide_pct);
 
 }  // namespace kalorfix::gas
