@@ -32,7 +32,6 @@ add_library(
   flow/material_tables.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
-  flow/venturi.cpp
   frame/channel_exports.cpp
   frame/lifecycle.cpp
   frame/water_exports.cpp
