@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstring>
 
 #include "gas/edge/gas_data.h"
 #include "kalorfix_gas.h"
@@ -54,7 +53,7 @@ const aga8::Constants* aga8_constants() {
 const vnic::Constants* vnic_constants() { return vnic_prepared.by({V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl}); }
 
 const aga8::Mixture& aga8_mixture(const Composition& gas) {
-    if (last.times != aga8_prepared.times || std::memcmp(&last.x, &gas.x, sizeof last.x) != 0)
+    if (last.times != aga8_prepared.times || last.x != gas.x)
         last = {gas.x, aga8_prepared.times, aga8::mix(gas, aga8_prepared.constants)};
     return last.mixture;
 }
