@@ -21,7 +21,6 @@ add_library(
   flow/averaging.cpp
   flow/device.cpp
   flow/discharge.cpp
-  flow/edge/calculators.cpp
   flow/edge/flow_rate.cpp
   flow/edge/pipeline.cpp
   flow/edge/totals.cpp
@@ -50,8 +49,7 @@ add_library(
   props/edge/gas_channel.cpp
   props/edge/gas_properties.cpp
   props/edge/heat_carrier.cpp
-  props/gas_by_composition.cpp
-  props/gas_by_density.cpp
+  props/gas_properties.cpp
   props/heat_carrier.cpp
   props/heat_of_combustion.cpp
   props/humid_gas.cpp
@@ -65,8 +63,7 @@ add_library(
   runtime/files.cpp
   runtime/ini_file.cpp
   runtime/ini_values.cpp
-  runtime/paths.cpp
-  runtime/tick_source.cpp)
+  runtime/paths.cpp)
 target_include_directories(kalorfix_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.

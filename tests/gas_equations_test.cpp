@@ -11,7 +11,7 @@
 #include "gas/composition.h"
 #include "gas/half_powers.h"
 #include "gas/vnic_smv.h"
-#include "props/gas_by_composition.h"
+#include "props/gas_properties.h"
 
 namespace gas = kalorfix::gas;
 namespace aga8 = kalorfix::gas::aga8;

@@ -1,6 +1,7 @@
-// Totalising: the members that integrate a channel's flows over real time.
+// Totalising: the birth of the calculators, from which their integrators count, and the members that integrate a channel's flows over real time.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -8,8 +9,8 @@
 #include "flow/device.h"
 #include "flow/integration.h"
 #include "kalorfix_calculators.h"
+#include "runtime/clock.h"
 #include "runtime/judged.h"
-#include "runtime/tick_source.h"
 
 namespace flow = kalorfix::flow;
 using kalorfix::all_finite;
@@ -112,7 +113,25 @@ char carry_interval_on(Calculator& c, unsigned short integrator, unsigned short 
     return static_cast<char>(c.valid);
 }
 
+// The first interval of every integrator runs from the making of the object.
+template <class Calculator>
+void start_integrators(Calculator& calculator) {
+    std::ranges::fill(calculator.first_call, static_cast<unsigned char>(1));
+    std::ranges::fill(calculator.last_tick, kalorfix::tick_count());
+}
+
 }  // namespace
+
+cCommon2005::cCommon2005() = default;
+cCommon2005::~cCommon2005() = default;
+
+cGas2005::cGas2005() { start_integrators(*this); }
+cGas2005::~cGas2005() = default;
+bool cGas2005::IsGas() { return true; }
+
+cTeplo2005::cTeplo2005() { start_integrators(*this); }
+cTeplo2005::~cTeplo2005() = default;
+bool cTeplo2005::IsGas() { return false; }
 
 char cCommon2005::in_Param(double q, double total_prev, double dt_s, short exp10, double q_subst,
                            char apply_downtime, double& downtime_min_out, double& total_out,

@@ -5,7 +5,6 @@
 #include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 #include "props/edge/gas_properties.h"
-#include "props/gas_by_density.h"
 #include "props/heat_of_combustion.h"
 #include "props/humid_gas.h"
 #include "runtime/judged.h"

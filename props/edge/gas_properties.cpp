@@ -6,8 +6,7 @@
 #include "gas/edge/methods.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
-#include "props/gas_by_composition.h"
-#include "props/gas_by_density.h"
+#include "props/gas_properties.h"
 #include "runtime/float_environment.h"
 
 namespace gas = kalorfix::gas;

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "runtime/exponential.h"
-#include "runtime/pair.h"
 #include "runtime/unrolled.h"
 
 namespace kalorfix::water {
@@ -94,25 +93,16 @@ constexpr bool chain_covers_table() {
 }
 static_assert(chain_covers_table(), "every integer exponent of tau needs a step in the chain");
 
-// tau^(eighths/8) for the exponents of terms 1..7: -0.5, 0.375, 0.5, 0.75, 0.875, 1.
-class EighthPowers {
-public:
-    explicit EighthPowers(double tau)
-        : tau_(tau), half_(std::sqrt(tau)), quarter_(std::sqrt(half_)), eighth_(std::sqrt(quarter_)) {}
-
-    [[nodiscard]] double operator()(double exponent) const {
-        const int eighths = static_cast<int>(exponent * 8.0);
-        const int rest = (eighths + 8) % 8;
-        double power = eighths < 0 ? 1.0 / tau_ : (eighths == 8 ? tau_ : 1.0);
-        if (rest & 4) power *= half_;
-        if (rest & 2) power *= quarter_;
-        if (rest & 1) power *= eighth_;
-        return power;
-    }
-
-private:
-    double tau_, half_, quarter_, eighth_;
-};
+// tau^(eighths/8) for the exponents of terms 1..7: -0.5, 0.375, 0.5, 0.75, 0.875, 1. The roots are those of 2nd, 4th and 8th degree.
+double eighth_power(double tau, const std::array<double, 3>& roots, double exponent) {
+    const int eighths = static_cast<int>(exponent * 8.0);
+    const int rest = (eighths + 8) % 8;
+    double power = eighths < 0 ? 1.0 / tau : (eighths == 8 ? tau : 1.0);
+    if (rest & 4) power *= roots[0];
+    if (rest & 2) power *= roots[1];
+    if (rest & 1) power *= roots[2];
+    return power;
+}
 
 constexpr double square(double x) { return x * x; }
 
@@ -194,12 +184,13 @@ ResidualAt::ResidualAt(double tau) : tau_(tau) {
         power[whole] = power[larger] * power[whole - larger];
     });
 
-    const EighthPowers eighths(tau);
+    const double half = std::sqrt(tau), quarter = std::sqrt(half);
+    const std::array roots{half, quarter, std::sqrt(quarter)};
     merged_.fill(0.0);
     unrolled<power_terms.size()>([&]<std::size_t k>() {
         constexpr PowerTerm term = power_terms[k];
         if constexpr (k < polynomial_terms)
-            term_[k] = term.n * eighths(term.t);
+            term_[k] = term.n * eighth_power(tau, roots, term.t);
         else
             term_[k] = term.n * power[static_cast<std::size_t>(term.t)];
         merged_[layout.merged_of[k]] += term_[k];
