@@ -227,7 +227,7 @@ TEST_F(GasModule, IsReadForListedComponentsAlone) {
     EXPECT_EQ(results(-1, 1), std::pair(0.0F, 0.0F));
     for (std::size_t k = 0; k < read.size(); ++k) *read[k] = loaded[k];
     // The mixture of the call before is not taken for that of another list.
-    short failed = 0;
+
     PF1_1(90, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
     const float both = PF3_3(290, 0, 5, failed);
     NumXi = 1;
