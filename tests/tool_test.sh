@@ -8,6 +8,10 @@ data=$2/gas.dat
 cd "$work" || exit 1
 
 cp "$tests/tables/pipeline.csv" .
+# As a spreadsheet writes it, by formulas and other cases.
+printf '\357\273\277component;mole_percent\r\n' >russian.csv
+sed '/^#/d; /^component/d; s/^methane/CH4/; s/^nitrogen/n2/; s/^carbon_dioxide/"Carbon Dioxide"/; s/^n-butane/nc4h10/; s/,/;/; s/\./,/; s/$/;\r/' \
+    pipeline.csv >>russian.csv
 # The arguments are words to split.
 # shellcheck disable=SC2086
 row() { expect "$1" "$3" $2; }

@@ -22,8 +22,8 @@ constexpr Limits percent{0.0, 100.0, "mol %"};
 
 struct Request : StateRequest {
     std::string method, composition, rho_c;
-    std::string nitrogen = "0", carbon_dioxide = "0";  // mole per cent
-    std::string vapour = "0", heat = "kJ20";
+    std::string nitrogen, carbon_dioxide;  // mole per cent
+    std::string vapour = "0", heat;
 };
 
 // Everything about the gas that does not change from state to state.
@@ -159,9 +159,23 @@ double number_of(const char* option, const std::string& text, const Limits& limi
     return *value;
 }
 
+void refuse_without_meaning(const char* option, const std::string& value, std::string_view because) {
+    if (!value.empty()) throw InputError(option, ": has no meaning ", because, "; leave it out");
+}
+
 Gas read_gas(const Request& request) {
     Gas gas{.method = find_method(request.method)};
-    const auto* const heat = std::ranges::find(heat_units, request.heat, &HeatUnit::word);
+    if (gas.method != vnic)
+        refuse_without_meaning("--heat", request.heat,
+                               cat("with ", method_name(gas.method), ", whose heats are in MJ/m3 at 20 degC"));
+    if (!gas.by_density() || !request.composition.empty()) {
+        constexpr std::string_view because = "beside a composition, which holds it";
+        if (!gas.by_density()) refuse_without_meaning("--rho-c", request.rho_c, because);
+        refuse_without_meaning("--n2", request.nitrogen, because);
+        refuse_without_meaning("--co2", request.carbon_dioxide, because);
+    }
+    const std::string heat_word = request.heat.empty() ? "kJ20" : request.heat;
+    const auto* const heat = std::ranges::find(heat_units, heat_word, &HeatUnit::word);
     if (heat == heat_units.end())
         throw InputError("--heat ", request.heat, ": there are kJ0, kcal0, kJ20 and kcal20");
     gas.heat_unit = static_cast<char>((heat - heat_units.begin()) % 2);
@@ -180,8 +194,11 @@ Gas read_gas(const Request& request) {
             "--rho-c: give the density at standard conditions in kg/m3, such as --rho-c 0.68, or "
             "--composition FILE");
     gas.rho_c = number_of("--rho-c", request.rho_c, {0.0, 1.0, "kg/m3"});
-    gas.composition.x[nitrogen] = number_of("--n2", request.nitrogen, percent);
-    gas.composition.x[carbon_dioxide] = number_of("--co2", request.carbon_dioxide, percent);
+    const auto share = [](const char* option, const std::string& text) {
+        return text.empty() ? 0.0 : number_of(option, text, percent);
+    };
+    gas.composition.x[nitrogen] = share("--n2", request.nitrogen);
+    gas.composition.x[carbon_dioxide] = share("--co2", request.carbon_dioxide);
     return gas;
 }
 
@@ -257,7 +274,8 @@ Command gas_command() {
         "viscosity, exponent and heats from the density at standard conditions, and the\n"
         "first two as for a gas without nitrogen and carbon dioxide.\n\n"
         "A composition file has the heading component,mole_percent or\n"
-        "component,volume_fraction and lines such as methane,96.5; see examples/.",
+        "component,volume_fraction and lines such as methane,96.5 or CH4;96,5, components by\n"
+        "name or formula, as a spreadsheet writes them; see examples/.",
         {{"--method", "METHOD", "nx19, gerg91 (by density), aga8, vnic (by composition)", &request->method},
          {"--t", "T", "temperature, -23.15..66.85 degC", &request->t},
          {"--p", "P", "absolute pressure, 0.001..30 MPa", &request->p},

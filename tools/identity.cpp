@@ -59,8 +59,8 @@ Command id_command() {
         for (const auto& [name, value] : build_items(path)) fmt::print("{:<13}{}\n", name, value);
         print_file("library", path);
         const CSRV_PATH& p = *library->SRV_Path;
-        print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
-        if (const std::string own = host::gas_data_of(path); !own.empty()) print_file("  or", own);
+        print_file("gas data", files.gas_data.empty() ? "none beside the library" : files.gas_data);
+        print_file("  of a host", std::string(p.SYSTEM) + "/gas.dat");
         fmt::print("directories\n");
         constexpr std::array names{"TORNPATH", "PATHDB",   "PRG",       "SYSTEM",      "LIB",
                                    "DIC",      "SETTINGS", "PRG_DEBUG", "XML_SETTINGS"};

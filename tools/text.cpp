@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <utility>
@@ -113,10 +115,18 @@ std::optional<std::string> content_of(const std::string& file) {
 
 Lines::Lines(const std::string& file, const std::string& what)
     : file_(file, std::ios::binary), in_(file_), name_(file), buffer_(longest + 1) {
+    const int why = errno;
     std::error_code failed;
-    if (!std::filesystem::is_regular_file(file, failed) || !file_)
-        throw InputError(file + ": cannot read " + what);
-    start_ = in_.tellg();
+    if (std::filesystem::is_regular_file(file, failed) && file_) {
+        start_ = in_.tellg();
+        return;
+    }
+    const bool there = std::filesystem::exists(file, failed);
+    const std::string reason = failed   ? failed.message()
+                               : !there ? std::strerror(ENOENT)
+                               : !file_ ? std::strerror(why)
+                                        : "it is no regular file";
+    throw InputError(file + ": cannot read " + what + ": " + reason);
 }
 
 Lines::Lines(std::istream& in, std::string name)
@@ -138,10 +148,10 @@ bool Lines::next(std::string_view& line) {
     return true;
 }
 
-bool Lines::next_entry(std::string_view& line) {
+bool Lines::next_entry(std::string_view& line, std::string_view blanks) {
     const std::uint64_t last = number_;
     while (next(line))
-        if (line = trimmed(line); !line.empty() && line.front() != '#') return true;
+        if (line = trimmed(line, blanks); !line.empty() && line.front() != '#') return true;
     number_ = last;
     return false;
 }

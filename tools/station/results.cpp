@@ -6,6 +6,8 @@
 #include <cmath>
 #include <iterator>
 
+#include "tools/spreadsheet.h"
+
 namespace kalorfix::tool::station {
 namespace {
 
@@ -92,11 +94,12 @@ std::string unit_of(const Channel& channel, std::size_t k) {
 
 class Csv : public Results {
 public:
-    using Results::Results;
+    Csv(const Station& station, TimeKind kind, OutputFile& out, bool decimal_commas)
+        : Results(station, kind, out), decimal_commas_(decimal_commas) {}
 
     void begin() override {
-        out_.write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
-                               kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
+        write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
+                          kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
     }
 
     void cycle(const Cycle& cycle) override {
@@ -110,15 +113,19 @@ public:
         for (const std::optional<float>& value : values_)
             value ? fmt::format_to(to, ",{}", *value) : fmt::format_to(to, ",");
         line_ += '\n';
-        out_.write(line_);
+        write(line_);
     }
 
+    // The registers stay as --continue reads them.
     void end(const RunEnd& end) override {
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
 
 private:
+    void write(const std::string& line) { out_.write(decimal_commas_ ? with_decimal_commas(line) : line); }
+
+    bool decimal_commas_;
     std::string line_;
     Values values_;
 };
@@ -270,7 +277,8 @@ bool has(const Channel& c, Of whose) {
 
 std::unique_ptr<Results> make_results(const std::string& format, const Station& station, TimeKind kind,
                                       OutputFile& out) {
-    if (format == "csv") return std::make_unique<Csv>(station, kind, out);
+    if (format == "csv" || format == "csv_commas")
+        return std::make_unique<Csv>(station, kind, out, format == "csv_commas");
     if (format == "json") return std::make_unique<Json>(station, kind, out);
     if (format == "table") return std::make_unique<Table>(station, kind, out, true, 0);
     if (format == "hours") return std::make_unique<Table>(station, kind, out, false, 0);

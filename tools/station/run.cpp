@@ -156,10 +156,10 @@ std::vector<ChannelSummary> compute(const host::Library& library, Job& job, Simu
 std::unique_ptr<Results> results_of(const RunRequest& request, const Station& station, TimeKind kind,
                                     OutputFile& out) {
     const bool terminal = request.out.empty() && isatty(STDOUT_FILENO) == 1;
-    return make_results(!request.format.empty() ? request.format
-                        : terminal              ? "table"
-                                                : "csv",
-                        station, kind, out);
+    const std::string format = !request.format.empty()               ? request.format
+                               : terminal && !request.decimal_commas ? "table"
+                                                                     : "csv";
+    return make_results(request.decimal_commas ? "csv_commas" : format, station, kind, out);
 }
 
 // Everything that can be wrong with the request itself; the minutes of the downtime.
@@ -171,6 +171,10 @@ double check_request(const RunRequest& request) {
             "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
+    if (!request.decimal.empty() && request.decimal != "comma" && request.decimal != "point")
+        throw InputError("--decimal: there are comma and point, not '", request.decimal, "'");
+    if (request.decimal_commas && !request.format.empty() && request.format != "csv")
+        throw InputError("--decimal-commas: has no meaning with --format ", request.format, "; leave it out");
     if (!request.out.empty() && request.out == request.registers_file)
         throw InputError("--registers ", request.out, ": is the file of --out already");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
@@ -196,7 +200,8 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     const std::unique_ptr<std::istream> in = open_readings(request.readings, signal_received);
     const int interrupted_copying = signal_received;
     signal_received = 0;
-    Readings readings(station, *in, request.readings);
+    const char decimal = request.decimal.empty() ? '\0' : request.decimal == "comma" ? ',' : '.';
+    Readings readings(station, *in, request.readings, decimal);
     const TimeKind kind = readings.time_kind();
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
@@ -240,15 +245,16 @@ Command run_command() {
         "STATION.ini has a section [GAS N] or [HEAT N] for each channel, N from 1 to 20000;\n"
         "examples/station.ini explains every key. A wrong, unknown, missing or repeated key\n"
         "is named with its line and what is accepted.\n\n"
-        "READINGS.csv begins with a heading: time_s (seconds) or time (2026-03-01T06:00:00);\n"
-        "channel (GAS 1); t_C or t_K; p_Pa, p_kPa or p_MPa, absolute; dp_Pa or dp_kPa; for\n"
-        "meters q_t_h or q_m3_h; for external flows mass_t_h, volume_m3_h,\n"
-        "standard_volume_m3_h, energy_GJ_h, heat_GJ_h. Rows are in the order of time.\n\n"
-        "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
-        "amount of each hour and day where it closes. A refused cycle names the step and the\n"
-        "first limit that it broke; its time is passed over.\n\n"
-        "Exit status 0; 2 for bad input, which leaves nothing written; 130 when interrupted:\n"
-        "what was computed is kept, with the registers to go on from.\n\n" +
+        "READINGS.csv begins with a heading: time_s (seconds) or time (2026-03-01T06:00:00,\n"
+        "01.03.2026 06:00, +03:00 behind it or not); channel (GAS 1); and, with a unit each:\n" +
+            station::column_reference() +
+            "Cells are parted by commas, semicolons or tabs, numbers have a decimal point or a\n"
+            "decimal comma, as a spreadsheet writes them. Rows are in the order of time.\n\n"
+            "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
+            "amount of each hour and day where it closes. A refused cycle names the step and the\n"
+            "first limit that it broke; its time is passed over.\n\n"
+            "Exit status 0; 2 for bad input, which leaves nothing written; 130 when interrupted:\n"
+            "what was computed is kept, with the registers to go on from.\n\n" +
             station::key_reference(),
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file},
          {"READINGS", "READINGS.csv|-", "measured values: a row a cycle and channel; -\nis standard input",
@@ -257,6 +263,10 @@ Command run_command() {
           "table (default on a terminal), csv (default\nelsewhere), json (a line each), hours, days "
           "(what\nclosed, and the registers)",
           &request->format},
+         {"--decimal", "MARK",
+          "comma or point: the decimal mark of the readings,\nwhere 1,234 can be 1234 as well",
+          &request->decimal},
+         {"--decimal-commas", "", "CSV with semicolons and decimal commas", &request->decimal_commas},
          {"--out", "FILE", "file for the results, complete or not there at all", &request->out},
          {"--registers", "FILE", "file for the registers; else they end the results", &request->registers_file},
          {"--continue", "FILE",

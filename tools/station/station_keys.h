@@ -52,8 +52,8 @@ struct Key {
 
 class Keys {
 public:
-    /// Throws InputError for a key that sections of this medium do not have and for one that stands twice.
-    Keys(const std::string& file, const Section& section, Medium medium);
+    /// Throws InputError for a key that sections of this medium ([STATION]: none) do not have and for one that stands twice.
+    Keys(const std::string& file, const Section& section, std::optional<Medium> medium);
 
     [[nodiscard]] bool has(std::string_view key) const;
     /// The text of a key; null when it is not given.
