@@ -36,8 +36,9 @@ expect 0 '^# V_Mi: block 0, bytes 0..31, molar mass, kg/kmol' gasdat show "$data
 expect 0 '31 tables, 1915 values: no faults$' gasdat check "$data"
 head -c 7660 /dev/urandom >random.dat && gasdat random.dat
 expect 1 ^ gasdat check random.dat
-expect 2 '^kalorfix: /none: cannot read this gas data file' gasdat show /none
-expect 2 '^kalorfix: /none: cannot read this file' gasdat build /none -o out.dat
+expect 2 '^kalorfix: /none: cannot read this gas data file: No such file' gasdat show /none
+expect 2 '^kalorfix: /: cannot read this gas data file: it is a directory' gasdat check /
+expect 2 '^kalorfix: /none: cannot read this table of gas data: No such file' gasdat build /none -o out.dat
 expect 2 '^kalorfix: /none/x: cannot be written' gasdat build listing -o /none/x
 expect 2 'output' gasdat build listing
 expect 2 'subcommand' gasdat

@@ -49,7 +49,7 @@ std::vector<std::pair<std::string, std::string>> build_items(const std::string& 
 
 std::string file_digest(const std::string& path) {
     const std::optional<std::string> content = content_of(path);
-    return content ? sha256(*content) : "no such file";
+    return content ? sha256(*content) : why_unreadable(path);
 }
 
 Command id_command() {

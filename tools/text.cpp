@@ -1,5 +1,7 @@
 #include "tools/text.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -106,7 +108,20 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size
     return text;
 }
 
+std::string why_unreadable(const std::string& file) {
+    std::error_code failed;
+    const auto type = std::filesystem::status(file, failed).type();
+    if (type == std::filesystem::file_type::directory) return "it is a directory";
+    if (std::filesystem::exists(std::filesystem::file_status(type)) &&
+        type != std::filesystem::file_type::regular)
+        return "it is no regular file";
+    const int why = access(file.c_str(), R_OK) == 0 ? EIO : errno;
+    return std::strerror(why);
+}
+
 std::optional<std::string> content_of(const std::string& file) {
+    std::error_code failed;
+    if (!std::filesystem::is_regular_file(file, failed)) return std::nullopt;
     std::ifstream in(file, std::ios::binary);
     if (!in) return std::nullopt;
     std::string content{std::istreambuf_iterator<char>(in), {}};
@@ -115,18 +130,10 @@ std::optional<std::string> content_of(const std::string& file) {
 
 Lines::Lines(const std::string& file, const std::string& what)
     : file_(file, std::ios::binary), in_(file_), name_(file), buffer_(longest + 1) {
-    const int why = errno;
     std::error_code failed;
-    if (std::filesystem::is_regular_file(file, failed) && file_) {
-        start_ = in_.tellg();
-        return;
-    }
-    const bool there = std::filesystem::exists(file, failed);
-    const std::string reason = failed   ? failed.message()
-                               : !there ? std::strerror(ENOENT)
-                               : !file_ ? std::strerror(why)
-                                        : "it is no regular file";
-    throw InputError(file + ": cannot read " + what + ": " + reason);
+    if (!std::filesystem::is_regular_file(file, failed) || !file_)
+        throw InputError(file + ": cannot read " + what + ": " + why_unreadable(file));
+    start_ = in_.tellg();
 }
 
 Lines::Lines(std::istream& in, std::string name)

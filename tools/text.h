@@ -97,7 +97,10 @@ template <class List, class Name = std::identity>
 /// Rows in columns two blanks apart, the first `left` of them to the left and the others to the right.
 [[nodiscard]] std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size_t left);
 
-/// All bytes of a file; nothing when it cannot be read.
+/// Why a file cannot be read as a regular file: it is not there, a directory, or the system's reason.
+[[nodiscard]] std::string why_unreadable(const std::string& file);
+
+/// All bytes of a regular file; nothing when it cannot be read.
 [[nodiscard]] std::optional<std::string> content_of(const std::string& file);
 
 /// The lines of a text file one after another, in constant memory.

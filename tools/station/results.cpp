@@ -6,6 +6,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "tools/fold.h"
 #include "tools/spreadsheet.h"
 
 namespace kalorfix::tool::station {
@@ -197,8 +198,9 @@ private:
 // For a person: cycles in columns (or none), hours (or none) and days as they close, at the end counts and registers.
 class Table : public Results {
 public:
-    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set)
-        : Results(station, kind, out), cycles_(cycles), first_set_(first_set) {}
+    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set,
+          bool folded)
+        : Results(station, kind, out), cycles_(cycles), first_set_(first_set), folded_(folded) {}
 
     void begin() override {
         if (!cycles_) return;
@@ -220,18 +222,27 @@ public:
             text += fmt::format("{:<11} {} cycles computed, {} refused\n", station_.channels[i].name,
                                 summary.computed, summary.refused);
             if (summary.refused > 0)
-                text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
+                text += words_folded(fmt::format("{:<11} first refused at {}", "", summary.first_refusal));
         }
         out_.write(text);
-        if (end.with_registers)
-            out_.write("registers\n" + print_registers_table(station_, end.registers, kind_));
+        if (!end.with_registers) return;
+        const std::string registers = print_registers_table(station_, end.registers, kind_);
+        out_.write("registers\n" +
+                   (folded_ ? fold_table(registers, "hour_s", "unit") : registers));
     }
 
 private:
+    [[nodiscard]] std::string words_folded(const std::string& line) const {
+        return (folded_ ? fold_words(line, 32) : line) + "\n";
+    }
+
+    // Folded, a row goes on below its channel, with the flows.
     template <class... Cells>
     void write_row(const Cells&... cells) {
-        out_.write(fmt::format("{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n",
-                               cells...));
+        constexpr std::size_t flows = 75, indent = 28;
+        const std::string row = fmt::format(
+            "{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n", cells...);
+        out_.write(folded_ ? fold_at(row, flows, indent) : row);
     }
 
     void write_cycle(const Cycle& cycle) {
@@ -259,12 +270,13 @@ private:
                     fmt::format("{}{} {:#.7g} {}", amounts.empty() ? "" : ", ",
                                 integrator(channel.medium, k).name, interval.result, unit_of(channel, k));
         if (!amounts.empty())
-            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", print_time(kind_, cycle.row.time_s), channel.name,
-                                   set == 0 ? "hour" : "day ", amounts));
+            out_.write(words_folded(fmt::format("{:<19} {:<10}  {}: {}", print_time(kind_, cycle.row.time_s),
+                                                channel.name, set == 0 ? "hour" : "day ", amounts)));
     }
 
     bool cycles_;
     std::size_t first_set_;  // of the intervals that are told: 0 from hours on, 1 days only
+    bool folded_;            // to fit 80 columns
 };
 
 }  // namespace
@@ -280,9 +292,13 @@ std::unique_ptr<Results> make_results(const std::string& format, const Station& 
     if (format == "csv" || format == "csv_commas")
         return std::make_unique<Csv>(station, kind, out, format == "csv_commas");
     if (format == "json") return std::make_unique<Json>(station, kind, out);
-    if (format == "table") return std::make_unique<Table>(station, kind, out, true, 0);
-    if (format == "hours") return std::make_unique<Table>(station, kind, out, false, 0);
-    if (format == "days") return std::make_unique<Table>(station, kind, out, false, 1);
+    const bool folded = format.ends_with("_folded");
+    const auto table = [&](bool cycles, std::size_t first_set) {
+        return std::make_unique<Table>(station, kind, out, cycles, first_set, folded);
+    };
+    if (format.starts_with("table")) return table(true, 0);
+    if (format.starts_with("hours")) return table(false, 0);
+    if (format.starts_with("days")) return table(false, 1);
     return nullptr;
 }
 

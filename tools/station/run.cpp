@@ -9,8 +9,10 @@
 #include <numeric>
 
 #include "tools/commands.h"
+#include "tools/fold.h"
 #include "tools/runtime.h"
 #include "tools/simulated_clock.h"
+#include "tools/station/example.h"
 #include "tools/station/readings.h"
 #include "tools/station/station_keys.h"
 #include "tools/text.h"
@@ -156,10 +158,11 @@ std::vector<ChannelSummary> compute(const host::Library& library, Job& job, Simu
 std::unique_ptr<Results> results_of(const RunRequest& request, const Station& station, TimeKind kind,
                                     OutputFile& out) {
     const bool terminal = request.out.empty() && isatty(STDOUT_FILENO) == 1;
-    const std::string format = !request.format.empty()               ? request.format
-                               : terminal && !request.decimal_commas ? "table"
-                                                                     : "csv";
-    return make_results(request.decimal_commas ? "csv_commas" : format, station, kind, out);
+    constexpr std::size_t table_width = 128;
+    if (request.decimal_commas) return make_results("csv_commas", station, kind, out);
+    const std::string format = !request.format.empty() ? request.format : terminal ? "table" : "csv";
+    const bool folded = terminal && narrow_terminal(table_width) && format != "csv" && format != "json";
+    return make_results(folded ? format + "_folded" : format, station, kind, out);
 }
 
 // Everything that can be wrong with the request itself; the minutes of the downtime.
@@ -168,7 +171,8 @@ double check_request(const RunRequest& request) {
     constexpr Limits downtime_min{0.0, 500000.0, ""};
     if (request.station_file.empty() || request.readings.empty())
         throw InputError(
-            "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
+            "give a station file and readings, such as run station.ini readings.csv; run --example DIR writes "
+            "both to start from");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
     if (!request.decimal.empty() && request.decimal != "comma" && request.decimal != "point")
@@ -272,11 +276,20 @@ Command run_command() {
          {"--continue", "FILE",
           "go on from the registers that a run left, in their\nfile or in its table or CSV",
           &request->continue_file},
+         {"--example", "DIR",
+          "write a station, readings and a composition into DIR\nto start from, and do nothing else",
+          &request->example},
          {"--downtime", "MINUTES",
           "minutes before the first reading in which the\ncontroller was down, filled with the substitute "
           "flows",
           &request->downtime}}};
-    command.run = [request](const Installation& files) { return station::run(files, *request); };
+    command.run = [request](const Installation& files) {
+        if (request->example.empty()) return station::run(files, *request);
+        if (!request->station_file.empty())
+            throw InputError(request->station_file, ": nothing expected here beside --example");
+        station::write_example(request->example);
+        return 0;
+    };
     return command;
 }
 

@@ -19,6 +19,7 @@ struct RunRequest {
     std::string continue_file{};   ///< registers to go on from
     std::string decimal{};  ///< comma or point: the mark of the readings' numbers, where these do not tell
     bool decimal_commas = false;  ///< CSV results with semicolons and decimal commas
+    std::string example{};         ///< directory to write a station into, in place of a run
     std::string downtime = "0";   ///< minutes before the first reading in which the controller was down
 };
 

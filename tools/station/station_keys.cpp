@@ -37,7 +37,7 @@ std::vector<Key> pipeline_keys() {
         {"alpha_eps", "configured_coefficient: its flow coefficient", {0, 100, ""}},
         {"column_height_m", "liquid column between tap and transmitter", {-1000, 1000, "m"}, 0.0F},
         {"column_density_kg_m3", "of this column", {0, 20000, "kg/m3"}, 0.0F},
-        {"barometer_kPa", "atmospheric pressure, for readings of gauge pressure", {50, 120, "kPa"}, 0.0F},
+        {"barometer_kPa", "atmospheric pressure; needed for readings of gauge pressure", {50, 120, "kPa"}},
     };
 }
 
@@ -122,17 +122,19 @@ std::string wrapped(const std::string& name, const std::string& text) {
     return lines + line + "\n";
 }
 
+std::string reference_of(const Key& key) {
+    std::string meaning = key.accepted() + (key.accepted().empty() ? "" : ": ") + key.what;
+    if (key.otherwise && key.words.empty())
+        meaning += fmt::format(" ({})", *key.otherwise);
+    else if (key.otherwise)
+        meaning += fmt::format(" ({})", key.words[static_cast<std::size_t>(*key.otherwise)]);
+    return wrapped("  " + key.name, meaning);
+}
+
 std::string reference(const std::string& title, const std::vector<Key>& keys) {
     std::string text = "\n" + title + ":\n";
-    for (const Key& key : keys) {
-        if (key.name.starts_with("x_")) continue;  // told of with the composition
-        std::string meaning = key.accepted() + (key.accepted().empty() ? "" : ": ") + key.what;
-        if (key.otherwise && key.words.empty())
-            meaning += fmt::format(" ({})", *key.otherwise);
-        else if (key.otherwise)
-            meaning += fmt::format(" ({})", key.words[static_cast<std::size_t>(*key.otherwise)]);
-        text += wrapped("  " + key.name, meaning);
-    }
+    for (const Key& key : keys)
+        if (!key.name.starts_with("x_")) text += reference_of(key);  // told of with the composition
     return text;
 }
 
@@ -159,6 +161,22 @@ std::string key_reference() {
            reference("[STATION], which may be left out", station_keys()) +
            reference("Every other section", pipeline_keys()) + reference("[GAS N]", gas) +
            reference("[HEAT N]", heat);
+}
+
+std::string key_help(std::string_view name) {
+    for (const std::optional<Medium> medium :
+         {std::optional(Medium::gas), std::optional(Medium::heat_carrier), std::optional<Medium>()})
+        for (const Key& key : keys_of(medium))
+            if (key.name == name) return reference_of(key);
+    return {};
+}
+
+std::vector<std::string> key_names() {
+    std::vector<std::string> names;
+    for (const std::optional<Medium> medium :
+         {std::optional(Medium::gas), std::optional(Medium::heat_carrier), std::optional<Medium>()})
+        for (const Key& key : keys_of(medium)) names.push_back(key.name);
+    return names;
 }
 
 std::string exponent_key(const Integrator& one) { return fmt::format("{}_exponent", one.name); }

@@ -50,6 +50,10 @@ struct Key {
 /// The reference of all keys, in lines for a person.
 [[nodiscard]] std::string key_reference();
 
+/// The lines of that reference on one key; nothing when there is no such key.
+[[nodiscard]] std::string key_help(std::string_view name);
+[[nodiscard]] std::vector<std::string> key_names();
+
 class Keys {
 public:
     /// Throws InputError for a key that sections of this medium ([STATION]: none) do not have and for one that stands twice.
