@@ -55,7 +55,8 @@ if [ "$tool" = ON ]; then
     run "$kalorfix" id >"$work/id"
     grep -q "^version  *$version\$" "$work/id" || fail "kalorfix id: another version"
     [ "$(sed -n 's/^library  *//p' "$work/id")" -ef "$library" ] || fail "the tool opens another library"
-    [ "$(sed -n 's/^  or  *//p' "$work/id")" -ef "$prefix/share/kalorfix/gas.dat" ] || fail "the tool takes other gas data"
+    [ "$(sed -n 's/^gas data  *//p' "$work/id")" -ef "$prefix/share/kalorfix/gas.dat" ] || fail "the tool takes other gas data"
+    [ -f "$prefix/share/bash-completion/completions/kalorfix" ] || fail "no completion for bash"
     run "$kalorfix" gas --method aga8 --composition "$prefix/share/kalorfix/examples/natural_gas.csv" --t 15 --p 5.5 >"$work/gas"
     grep -q 'coefficient K  *0\.8883667$' "$work/gas" || fail "kalorfix gas: another K"
     run "$kalorfix" verify --csv "$work/values.csv" >"$work/verify" || {

@@ -126,6 +126,8 @@ std::string date_expected(std::string_view text) {
         why = "; the time of day is missing";
     else if (only("0123456789:") && has(':'))
         why = "; the date is missing";
+    else if (std::ranges::count(text, '.') >= 2 && has(':'))
+        why = "; there is no such day and time (day, month, four digits of the year, 0:00 to 23:59)";
     else if (only("0123456789.,"))
         why = "; a number of days has to be formatted as date and time, seconds stand in a column time_s";
     return fmt::format("expected a date such as {}, not {}{}", forms, quoted(text), why);
