@@ -116,7 +116,7 @@ public:
     /// The next line without its end (and the first without a byte order mark), in place until the next call. Throws
     /// InputError for one that is too long and for a file that cannot be read to its end.
     bool next(std::string_view& line);
-    /// The next that is neither empty nor a comment (#), trimmed. At the end the place stays that of the last one.
+    /// The next that is neither empty nor a comment (#), without the blanks around it. At the end the place stays that of the last one.
     bool next_entry(std::string_view& line, std::string_view blanks = " \t");
     /// Back to where it began.
     void rewind();
