@@ -11,6 +11,7 @@
 #include <string>
 
 #include "bench/if97.h"
+#include "bench/registers.h"
 #include "bench/yardsticks.h"
 #include "kalorfix_gas.h"
 #include "tools/host.h"
@@ -52,12 +53,16 @@ public:
         library_->mg_mgn_param(1, 1, dp, rho_, rho_c_, heat_, &status_, r_, r_ + 1, r_ + 2, r_ + 3, r_ + 4,
                                r_ + 5, r_ + 6, r_ + 7);
     }
+    void gas_totals() { require(registers_.add_up(library_->mg_int_param, 1, bench::gas_integrators)); }
+    void gas_intervals() { require(registers_.carry_on(library_->mg_int_param_1, 1, bench::gas_integrators)); }
     void gas(short method) {
         gas_state(method);
         gas_properties();
         gas_pipeline();
         gas_flow();
         checked();
+        gas_totals();
+        gas_intervals();
     }
 
     void heat_state(float t_C, float p_Pa) {
@@ -70,12 +75,18 @@ public:
         library_->mt_mgn_param(1, 1, 40000, rho_, heat_, &status_, r_, r_ + 1, r_ + 2, r_ + 3, r_ + 4, r_ + 5,
                                r_ + 6);
     }
+    void heat_totals() { require(registers_.add_up(library_->mt_int_param, 1, bench::heat_integrators)); }
+    void heat_intervals() {
+        require(registers_.carry_on(library_->mt_int_param_1, 1, bench::heat_integrators));
+    }
     void heat(float t_C, float p_Pa) {
         heat_state(t_C, p_Pa);
         heat_properties();
         heat_pipeline();
         heat_flow();
         checked();
+        heat_totals();
+        heat_intervals();
     }
     void checked() const { require(status_ == 1); }
 
@@ -84,6 +95,7 @@ private:
     int round_ = 0;
     char status_ = 0;
     float r_[8]{}, rho_ = 0, rho_c_ = 0, heat_ = 0;
+    bench::Registers registers_;
 };
 
 void set_composition(decltype(&PF1_1) set, int round) {
@@ -205,11 +217,15 @@ std::map<std::string, Prepare> all_steps() {
     }
     steps["gas cycle/mg_param_tr"] = part(2, [](Cycle& c, short) { c.gas_pipeline(); });
     steps["gas cycle/mg_mgn_param"] = part(2, [](Cycle& c, short) { c.gas_flow(); });
+    steps["gas cycle/4 mg_int_param"] = part(2, [](Cycle& c, short) { c.gas_totals(); });
+    steps["gas cycle/8 mg_int_param_1"] = part(2, [](Cycle& c, short) { c.gas_intervals(); });
     steps["heat cycle"] = heat_part([](Cycle& c, short) { c.heat(300, 1.2e6F); });
     steps["heat cycle/mt_param_tn"] = heat_part([](Cycle& c, short) { c.heat_state(300, 1.2e6F); });
     steps["heat cycle/mt_tf_param"] = heat_part([](Cycle& c, short) { c.heat_properties(); });
     steps["heat cycle/mt_param_tr"] = heat_part([](Cycle& c, short) { c.heat_pipeline(); });
     steps["heat cycle/mt_mgn_param"] = heat_part([](Cycle& c, short) { c.heat_flow(); });
+    steps["heat cycle/3 mt_int_param"] = heat_part([](Cycle& c, short) { c.heat_totals(); });
+    steps["heat cycle/6 mt_int_param_1"] = heat_part([](Cycle& c, short) { c.heat_intervals(); });
     return steps;
 }
 

@@ -6,11 +6,13 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "bench/registers.h"
 #include "gas/aga8.h"
 #include "gas/aga8_isotherm.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix.h"
 #include "kalorfix_gas.h"
+#include "kalorfix_runtime.h"
 
 namespace aga8 = kalorfix::gas::aga8;
 
@@ -123,23 +125,49 @@ void properties(benchmark::State& run) {
     }
 }
 
+struct Channel {
+    int index;
+    char status = 0;
+    kalorfix::bench::Registers registers;
+
+    explicit Channel(int number) : index(number) {
+        mg_init_tr(index, 1, 3, 1, 7, 32, 250, 150, 0.05F, 0.05F, 0, 1, 0, &status);
+    }
+    bool find_flow(short method) {
+        float sum = 0, ratio = 0, rho_c = 0, rho = 0, mu = 0, kappa = 0, low = 0, high = 0, r[8];
+        mg_param_gs(index, 10.0F, 6e6F, 0, 0, method, 0, 90.7F, 4.5F, 0.8F, 0.2F, 0.1F, 0.05F, 0.05F, 0.04F, 0,
+                    0, 3.1F, 0.46F, 0, 0, 0, 0.735F, &status, &sum, &ratio, &rho_c);
+        mg_tf_param(index, 0, 0, 0, &status, &rho, &mu, &kappa, &low, &high);
+        mg_param_tr(index, &status, r, r + 1, r + 2, r + 3, r + 4);
+        mg_mgn_param(index, 1, 20000.0F, rho, rho_c, low, &status, r, r + 1, r + 2, r + 3, r + 4, r + 5, r + 6,
+                     r + 7);
+        benchmark::DoNotOptimize(r);
+        return status == 1;
+    }
+    bool totalise() {
+        return registers.add_up(mg_int_param, index, kalorfix::bench::gas_integrators) &&
+               registers.carry_on(mg_int_param_1, index, kalorfix::bench::gas_integrators);
+    }
+};
+
 void cycle(benchmark::State& run, short method) {
     load();
-    const int channel = 1 + method;
-    char status = 0;
-    float r[8];
-    mg_init_tr(channel, 1, 3, 1, 7, 32, 250, 150, 0.05F, 0.05F, 0, 1, 0, &status);
-    for (auto _ : run) {
-        float sum = 0, ratio = 0, rho_c = 0, rho = 0, mu = 0, kappa = 0, low = 0, high = 0;
-        mg_param_gs(channel, 10.0F, 6e6F, 0, 0, method, 0, 90.7F, 4.5F, 0.8F, 0.2F, 0.1F, 0.05F, 0.05F, 0.04F,
-                    0, 0, 3.1F, 0.46F, 0, 0, 0, 0.735F, &status, &sum, &ratio, &rho_c);
-        mg_tf_param(channel, 0, 0, 0, &status, &rho, &mu, &kappa, &low, &high);
-        mg_param_tr(channel, &status, r, r + 1, r + 2, r + 3, r + 4);
-        mg_mgn_param(channel, 1, 20000.0F, rho, rho_c, low, &status, r, r + 1, r + 2, r + 3, r + 4, r + 5,
-                     r + 6, r + 7);
-        benchmark::DoNotOptimize(r);
-        if (status != 1) run.SkipWithError("refused");
-    }
+    Channel channel(1 + method);
+    for (auto _ : run)
+        if (!channel.find_flow(method) || !channel.totalise()) run.SkipWithError("refused");
+}
+
+// What the totals are of a cycle, and the four readings of the clock of them.
+void totals(benchmark::State& run) {
+    load();
+    Channel channel(5);
+    if (!channel.find_flow(2)) run.SkipWithError("refused");
+    for (auto _ : run)
+        if (!channel.totalise()) run.SkipWithError("refused");
+}
+void clock_alone(benchmark::State& run) {
+    for (auto _ : run)
+        for (int k = 0; k < kalorfix::bench::gas_integrators; ++k) benchmark::DoNotOptimize(abs_clock());
 }
 
 BENCHMARK_CAPTURE(by_density, nx19, NF1_1);
@@ -154,5 +182,7 @@ BENCHMARK_CAPTURE(cycle, nx19, static_cast<short>(0))->Name("gas_cycle/nx19");
 BENCHMARK_CAPTURE(cycle, gerg91, static_cast<short>(1))->Name("gas_cycle/gerg91");
 BENCHMARK_CAPTURE(cycle, aga8, static_cast<short>(2))->Name("gas_cycle/aga8");
 BENCHMARK_CAPTURE(cycle, vnic_smv, static_cast<short>(3))->Name("gas_cycle/vnic_smv");
+BENCHMARK(totals)->Name("gas_cycle/4_totals_8_intervals");
+BENCHMARK(clock_alone)->Name("gas_cycle/4_abs_clock");
 
 }  // namespace

@@ -7,7 +7,9 @@
 #include <cstdio>
 #include <iterator>
 #include <memory>
+#include <vector>
 
+#include "bench/registers.h"
 #include "bench/yardsticks.h"
 #include "tools/host.h"
 #include "tools/runtime.h"
@@ -28,6 +30,7 @@ short device_of(int channel) { return devices[static_cast<std::size_t>(channel) 
 struct Host {
     Runtime runtime{KALORFIX_GAS_DAT};
     Library library{KALORFIX_LIBRARY};
+    std::vector<bench::Registers> registers{most_channels + 1};
     int refused = 0;
     char status = 0;
     float r[8]{};
@@ -53,6 +56,9 @@ struct Host {
         library->mg_mgn_param(channel, 1, 20000, rho, rho_c, heat, &status, r, r + 1, r + 2, r + 3, r + 4,
                               r + 5, r + 6, r + 7);
         refused += status != 1;
+        bench::Registers& kept = registers[static_cast<std::size_t>(channel)];
+        refused += !kept.add_up(library->mg_int_param, channel, bench::gas_integrators);
+        refused += !kept.carry_on(library->mg_int_param_1, channel, bench::gas_integrators);
     }
 
     void heat(int channel) {
@@ -64,6 +70,9 @@ struct Host {
         library->mt_param_tr(channel, &status, r, r + 1, r + 2, r + 3, r + 4);
         library->mt_mgn_param(channel, 1, 40000, rho, h, &status, r, r + 1, r + 2, r + 3, r + 4, r + 5, r + 6);
         refused += status != 1;
+        bench::Registers& kept = registers[static_cast<std::size_t>(channel)];
+        refused += !kept.add_up(library->mt_int_param, channel, bench::heat_integrators);
+        refused += !kept.carry_on(library->mt_int_param_1, channel, bench::heat_integrators);
     }
 
     void pass(int channels) {

@@ -8,16 +8,9 @@ target_compile_options(
             -ffp-contract=off
             # Builds from two directories give the same bytes.
             -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # GCC 12 warns of std::string's own operator+ (GCC bug 105651).
-  target_compile_options(kalorfix_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
-endif()
-if(KALORFIX_WERROR)
-  target_compile_options(kalorfix_options INTERFACE -Werror)
-endif()
-if(KALORFIX_UNSIGNED_CHAR)
-  target_compile_options(kalorfix_options INTERFACE -funsigned-char)
-endif()
+# GCC 12 warns of std::string's own operator+ (GCC bug 105651).
+set(_gcc12 "$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>")
+target_compile_options(kalorfix_options INTERFACE $<${_gcc12}:-Wno-restrict>)
 if(KALORFIX_SANITIZE)
   # vptr would need the library's type information in programs that only dlopen it.
   set(_sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize=vptr -fno-sanitize-recover=all

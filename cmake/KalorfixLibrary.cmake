@@ -7,9 +7,6 @@ execute_process(
 string(TOUPPER "${CMAKE_BUILD_TYPE}" _build)
 string(REGEX REPLACE "-f[a-z]+-prefix-map=[^ ]*|-isystem (\"[^\"]*\"|[^ ]*)" "" KALORFIX_FLAGS
                      "${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${_build}} -ffp-contract=off -fno-math-errno")
-if(KALORFIX_UNSIGNED_CHAR)
-  string(APPEND KALORFIX_FLAGS " -funsigned-char")
-endif()
 if(KALORFIX_SANITIZE)
   string(APPEND KALORFIX_FLAGS " -fsanitize=address,undefined")
 endif()
@@ -82,18 +79,11 @@ target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.
 target_compile_options(kalorfix_objects PRIVATE -fno-math-errno $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>)
 target_compile_options(kalorfix_objects PRIVATE "SHELL:-include \"${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h\"")
-# The binary interface is compared by its debug information; an installation is stripped of it.
-target_compile_options(kalorfix_objects PRIVATE -g)
 set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                                   VISIBILITY_INLINES_HIDDEN ON)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # A unique symbol would keep dlclose from unloading the library.
   target_compile_options(kalorfix_objects PRIVATE -fno-gnu-unique)
-endif()
-if(KALORFIX_COVERAGE)
-  # Unoptimised, so that every condition keeps a branch of its own. The counters are written when the library is unloaded.
-  target_compile_options(kalorfix_objects PRIVATE -O0 --coverage)
-  target_link_options(kalorfix_options INTERFACE --coverage)
 endif()
 
 # The version script is made from the list that the tests compare with the built object.
@@ -105,6 +95,7 @@ list(JOIN _exports ";\n    " _exports)
 file(CONFIGURE OUTPUT "${_version_script}" CONTENT "{\n  global:\n    ${_exports};\n  local:\n    *;\n};\n")
 
 add_library(kalorfix SHARED)
+add_library(kalorfix::kalorfix ALIAS kalorfix)
 target_sources(kalorfix PRIVATE $<TARGET_OBJECTS:kalorfix_objects> frame/pure_virtual.cpp)
 target_include_directories(kalorfix INTERFACE "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>")
 target_link_libraries(kalorfix PRIVATE kalorfix_options m)

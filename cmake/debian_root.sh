@@ -1,17 +1,17 @@
 #!/bin/sh
 # Unpacks Debian packages of another architecture into a directory, for cross builds and the emulator; what they depend on
-# must be named too. The machine's own package database is left alone.
+# must be named too. The machine's own package database is left alone. DEBIAN holds what dpkg-shlibdeps -S wants to know.
 # Usage: debian_root.sh ARCHITECTURE DIRECTORY PACKAGE...
 set -eu
 architecture=$1 root=$2
 shift 2
 
 wanted=$(printf '%s\n' "$@" | sort)
-if [ -f "$root/packages" ] && [ "$(cat "$root/packages")" = "$wanted" ]; then
+if [ -d "$root/DEBIAN" ] && [ "$(cat "$root/packages")" = "$wanted" ]; then
     exit 0
 fi
 rm -rf "$root"
-mkdir -p "$root/apt/lists/partial" "$root/apt/cache/archives/partial"
+mkdir -p "$root/apt/lists/partial" "$root/apt/cache/archives/partial" "$root/DEBIAN"
 root=$(cd "$root" && pwd)
 
 # The machine's own sources and keys, lists and cache of our own.
@@ -30,6 +30,9 @@ apt update >"$root/apt/update.log" 2>&1 || true
 }
 for package in "$root"/apt/*.deb; do
     dpkg-deb -x "$package" "$root"
+    for file in symbols shlibs; do
+        dpkg-deb -I "$package" "$file" >>"$root/DEBIAN/$file" 2>/dev/null || true
+    done
 done
 rm -rf "$root/apt" "$root/usr/share/doc" "$root/usr/share/man"
 # Links to /lib and the like must stay inside.

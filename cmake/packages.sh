@@ -1,5 +1,8 @@
-# Sourced by ./demo, ./check, ./package and .ci/run: installs the Debian packages that are missing.
+# Sourced by ./demo, ./check, ./package and .ci/run: installs the Debian packages that are missing, and lets builds use
+# all processors.
 # Usage: need_packages NAME...
+
+export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL-$(nproc)}"
 
 need_packages() {
     missing=""
@@ -25,7 +28,8 @@ need_packages() {
 # Usage: need_test_packages: what builds everything and runs the tests on this machine.
 need_test_packages() {
     need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libmd4c-dev libmd4c-html0-dev libgtest-dev \
-        libbenchmark-dev python3 pkgconf groff help2man abigail-tools locales
+        libbenchmark-dev python3 pkgconf groff locales libclang-rt-14-dev \
+        python3-pandas python3-distributed mypy
 }
 
 # Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in

@@ -11,9 +11,12 @@ double orifice_expansibility(double beta, double kappa, double tau) {
 
 double nozzle_expansibility(double beta, double kappa, double tau) {
     const double beta4 = beta * beta * beta * beta;
-    const double tau_2k = std::pow(tau, 2.0 / kappa);
+    const double tau_k = std::pow(tau, 1.0 / kappa);
+    const double tau_2k = tau_k * tau_k;
+    const double one_minus_power =
+        (tau_k - tau) / tau_k;  // 1 - tau^((kappa-1)/kappa), no digit lost in the difference
     return std::sqrt(kappa * tau_2k / (kappa - 1.0) * ((1.0 - beta4) / (1.0 - beta4 * tau_2k)) *
-                     ((1.0 - std::pow(tau, (kappa - 1.0) / kappa)) / (1.0 - tau)));
+                     (one_minus_power / (1.0 - tau)));
 }
 
 Limit expand(const DeviceRow& device, double beta, const Medium& medium, double dp_Pa, double& epsilon) {

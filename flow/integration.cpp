@@ -1,23 +1,26 @@
 #include "flow/integration.h"
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace kalorfix::flow {
+namespace {
 
-double elapsed_s(std::uint32_t now, std::uint32_t before, long ticks_per_second) {
-    return static_cast<double>(static_cast<std::uint32_t>(now - before)) /
-           static_cast<double>(ticks_per_second);
+// 10^-exponent.
+double scale(short exponent) {
+    // What the power function gives too; a register's exponent is one of these.
+    constexpr std::array tenths{1.0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7, 1e-8, 1e-9};
+    const auto row = static_cast<std::size_t>(exponent);
+    return row < tenths.size() ? tenths[row] : std::pow(10.0, -exponent);
 }
+
+}  // namespace
 
 double increment(const Passage& p) {
     const double passed = p.flow_per_h / 3600.0 * p.time_s;
     const double filled_in = p.substitute_per_h / 60.0 * p.downtime_min;
-    return (passed + filled_in) * std::pow(10.0, -p.exp10);
-}
-
-double advance(double total, double increment) {
-    const double sum = increment + total;
-    return sum > register_limit ? sum - register_limit : sum;
+    return (passed + filled_in) * scale(p.exp10);
 }
 
 Interval carry_on(const Interval& interval, const Step& step, double length_s) {

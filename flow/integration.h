@@ -13,7 +13,10 @@ inline constexpr double register_limit = 1e6;
 inline constexpr std::array<double, 2> interval_length_s{3600.0, 86400.0};
 
 /// Seconds between two readings of the 32-bit tick counter, one wrap allowed.
-[[nodiscard]] double elapsed_s(std::uint32_t now, std::uint32_t before, long ticks_per_second);
+[[nodiscard]] inline double elapsed_s(std::uint32_t now, std::uint32_t before, long ticks_per_second) {
+    return static_cast<double>(static_cast<std::uint32_t>(now - before)) /
+           static_cast<double>(ticks_per_second);
+}
 
 /// What a flow has brought.
 struct Passage {
@@ -28,7 +31,10 @@ struct Passage {
 [[nodiscard]] double increment(const Passage& passage);
 
 /// The register after an increment, wrapped once above 10^6.
-[[nodiscard]] double advance(double total, double increment);
+[[nodiscard]] inline double advance(double total, double increment) {
+    const double sum = increment + total;
+    return sum > register_limit ? sum - register_limit : sum;
+}
 
 /// An interval as the host keeps it between two calls.
 struct Interval {

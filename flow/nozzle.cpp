@@ -46,11 +46,13 @@ NozzleConstants nozzle_constants(const Bore& bore) {
     if (bore.device.device == Device::nozzle_long_radius) return c;
     const double beta2 = beta * beta, beta4 = beta2 * beta2;
     if (bore.device.device == Device::venturi_nozzle) {
-        c.C_inf = 0.9858 - 0.196 * std::pow(beta, 4.5);  // GOST 8.586.3-2005, 5.3.4.2
+        c.C_inf = 0.9858 - 0.196 * (beta4 * std::sqrt(beta));  // beta^4.5, GOST 8.586.3-2005, 5.3.4.2
     } else {
-        // GOST 8.586.3-2005, 5.1.6.2.
-        c.C_inf = 0.99 - 0.2262 * std::pow(beta, 4.1);
-        c.slope = 0.00175 * beta2 - 0.0033 * std::pow(beta, 4.15);
+        // GOST 8.586.3-2005, 5.1.6.2; both powers of beta from one logarithm.
+        const double twentieth = std::exp(0.05 * std::log(beta));  // beta^0.05
+        const double beta_4_1 = beta4 * (twentieth * twentieth);
+        c.C_inf = 0.99 - 0.2262 * beta_4_1;
+        c.slope = 0.00175 * beta2 - 0.0033 * (beta_4_1 * twentieth);  // beta^4.15
     }
     // A pipe is smooth up to the limit of the table; where the limit is undefined the comparison fails and the pipe counts as
     // smooth.

@@ -17,16 +17,22 @@ public:
     T* GetVar(int index) {
         if (index < 1 || index > max_channel) return nullptr;
         const auto wanted = static_cast<std::size_t>(index);
-        for (; size_ < wanted; ++size_) {
-            objects_[size_] = kalorfix::make_owned<T>();
-            if (!objects_[size_]) return nullptr;
-        }
+        if (size_ < wanted && !grow(wanted)) return nullptr;
         return objects_[wanted - 1].get();
     }
 
     [[nodiscard]] std::size_t size() const { return size_; }
 
 private:
+    // Apart from the calls of every cycle, which need none of it. False when memory is short.
+    [[gnu::noinline, gnu::cold]] bool grow(std::size_t wanted) {
+        for (; size_ < wanted; ++size_) {
+            objects_[size_] = kalorfix::make_owned<T>();
+            if (!objects_[size_]) return false;
+        }
+        return true;
+    }
+
     // All slots at once: untouched, they are pages of zeros that take no memory.
     std::array<kalorfix::Owned<T>, max_channel> objects_;
     std::size_t size_ = 0;

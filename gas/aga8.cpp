@@ -2,24 +2,28 @@
 
 #include <cmath>
 
+#include "runtime/unrolled.h"
+
 namespace kalorfix::gas::aga8 {
 namespace {
 
 // The sums over the pairs i <= j of the components that are there, x_i x_j or twice that.
 Forms quadratic_sums(const Composition& gas, const std::array<double, component_count>& x,
                      const Constants& constants) {
-    double sums[form_count] = {};  // not yet the result, so that they can stay in registers
+    FormPairs sums{};
     for (std::size_t n = 0; n < gas.count; ++n) {
         const auto& row = constants.forms[gas.present[n]];
         double weight = x[n] * x[n];
         const double twice = 2.0 * x[n];
         for (std::size_t m = n; m < gas.count;) {
-            const Forms& forms = row[gas.present[m]];
-            for (std::size_t k = 0; k < form_count; ++k) sums[k] += weight * forms[k];
+            const FormPairs& forms = row[gas.present[m]];
+            unrolled<form_count / 2>([&]<std::size_t k>() { sums[k] += weight * forms[k]; });
             if (++m < gas.count) weight = twice * x[m];
         }
     }
-    return std::to_array(sums);
+    Forms result;
+    for (std::size_t k = 0; k < form_count; ++k) result[k] = sums[k / 2][k % 2];
+    return result;
 }
 
 }  // namespace
@@ -48,10 +52,10 @@ Mixture mix(const Composition& gas, const Constants& constants) {
 }
 
 double second_virial(double T_K, const Constants& constants, const VirialFactors& factors) {
-    const PowerBase temperature(T_K, constants.virial_u);
+    const PowerBase inverse(1.0 / T_K, constants.virial_u);
     double sum = 0.0;
     for (std::size_t n = 0; n < virial_terms; ++n)
-        sum += constants.a[n] * factors[n] / temperature.to(constants.u[n]);
+        sum += constants.a[n] * factors[n] * inverse.to(constants.u[n]);
     return sum;
 }
 
@@ -65,14 +69,15 @@ Coefficients term_coefficients(double T_K, const Mixture& mixture, const Constan
     const double F = flagged(mixture.high_temperature, 1.0);
     const std::array<double, Constants::other_flags> products{1.0, G, Q2, G * Q2, F, G * F, Q2 * F, G * Q2 * F};
     Coefficients coefficients{};
-    for (std::size_t n = first_density_term; n < term_count; ++n) {
-        const double product = constants.flags[n] < Constants::other_flags
-                                   ? products[constants.flags[n]]
-                                   : flagged(mixture.orientation, constants.g[n]) *
-                                         flagged(quadrupole, constants.q[n]) *
-                                         flagged(mixture.high_temperature, constants.f[n]);
-        coefficients[n] = static_cast<float>(constants.a[n] * product * reduced.to(constants.u[n]));
-    }
+    for (std::size_t n = first_density_term; n < term_count; ++n)
+        if (constants.plain_terms)
+            coefficients[n] = static_cast<float>(constants.a[n] * products[constants.flags[n]] *
+                                                 reduced.to_exact(constants.u[n]));
+        else
+            coefficients[n] = static_cast<float>(constants.a[n] * flagged(mixture.orientation, constants.g[n]) *
+                                                 flagged(quadrupole, constants.q[n]) *
+                                                 flagged(mixture.high_temperature, constants.f[n]) *
+                                                 reduced.to(constants.u[n]));
     return coefficients;
 }
 

@@ -1,5 +1,5 @@
 // AGA8-92DC: the mixture and the coefficients of the equation of state in its 53-term form, Z = 1 + B rho - ... ; the density
-// terms themselves are in aga8_density.h. AGA Report No. 8 (1992), detail characterisation; ISO 12213-2; GOST 30319.2-96.
+// terms themselves are in aga8_isotherm.h. AGA Report No. 8 (1992), detail characterisation; ISO 12213-2; GOST 30319.2-96.
 //
 // Tables and the arrays that are handed out are single precision, everything in between is double.
 #pragma once

@@ -35,7 +35,7 @@ void make_pairs(const Tables& t, Constants& c) {
 void make_forms(const Tables& t, Constants& c) {
     for (std::size_t i = 0; i < component_count; ++i)
         for (std::size_t j = 0; j < component_count; ++j) {
-            Forms& forms = c.forms[i][j];
+            Forms forms;
             const double K = at(t.pure.size, i) * at(t.pure.size, j);
             const double size = K * std::sqrt(K);
             const double G = c.pair_orientation[i][j];
@@ -50,11 +50,13 @@ void make_forms(const Tables& t, Constants& c) {
                 unlike ? (power_5(at(t.pairs.mixture_energy, i, j)) - 1.0) * c.energy[i] * c.energy[j] : 0.0;
             forms[orientation_form] =
                 unlike ? (at(t.pairs.orientation, i, j) - 1.0) * (c.orientation[i] + c.orientation[j]) : 0.0;
+            for (std::size_t k = 0; k < form_count; k += 2) c.forms[i][j][k / 2] = Pair{forms[k], forms[k + 1]};
         }
 }
 
 void make_terms(const Terms& t, Constants& c) {
     c.virial_u = c.term_u = {};
+    c.plain_terms = true;
     for (std::size_t n = 0; n < term_count; ++n) {
         c.a[n] = at(t.a, n);
         c.g[n] = at(t.g, n);
@@ -72,6 +74,8 @@ void make_terms(const Terms& t, Constants& c) {
                 c.flags[n] |= Constants::other_flags;
             bit *= 2;
         }
+        if (n >= first_density_term)
+            c.plain_terms = c.plain_terms && c.u[n].exact() && c.flags[n] < Constants::other_flags;
     }
 }
 
@@ -110,7 +114,8 @@ DensityLayout density_layout(const Terms& terms) {
         for (std::size_t m = n; m < density_terms; ++m) {
             if (placed[m] || !like(terms.c, n, m) || !like(terms.k, n, m)) continue;
             const auto cell = static_cast<std::uint8_t>(made.cell_count++);
-            made.cells[cell] = {term(terms.b, m), place_of(term(terms.b, m))};
+            const double b = term(terms.b, m);
+            made.cells[cell] = {Pair{1.0, b}, Pair{b * b, b * b}, place_of(b)};
             ++group.cells;
             for (std::size_t l = m; l < density_terms; ++l)
                 if (!placed[l] && like(terms.c, n, l) && like(terms.k, n, l) && like(terms.b, m, l)) {

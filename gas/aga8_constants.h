@@ -8,6 +8,7 @@
 
 #include "gas/composition.h"
 #include "gas/half_powers.h"
+#include "runtime/pair.h"
 
 namespace kalorfix::gas::aga8 {
 
@@ -45,7 +46,7 @@ struct Tables {
 };
 
 /// Energy (K) or orientation of each pair of components.
-using PairTable = float[component_count][component_count];
+using PairTable = std::array<std::array<float, component_count>, component_count>;
 
 /// What the quadratic sums over pairs of components weigh: the virial factors B*_1..B*_13, then the cross terms of size,
 /// energy and orientation.
@@ -54,6 +55,7 @@ inline constexpr std::size_t size_form = virial_terms;
 inline constexpr std::size_t energy_form = virial_terms + 1;
 inline constexpr std::size_t orientation_form = virial_terms + 2;
 using Forms = std::array<double, form_count>;
+using FormPairs = std::array<Pair, form_count / 2>;
 
 /// The density terms C (b - c k r^k) r^b exp(-c r^k) sorted for their sums: terms with the same c and k share an exponential and
 /// are a group, those of a group with the same b are a cell.
@@ -70,7 +72,8 @@ struct DensityLayout {
         std::uint8_t cells;  ///< cells of this group, one behind the other
     };
     struct Cell {
-        double b;
+        Pair one_b;          ///< 1 and b
+        Pair bb;             ///< b^2, twice
         std::uint8_t power;  ///< place of r^b
     };
 
@@ -93,13 +96,14 @@ struct Constants {
 
     PairTable pair_energy;       ///< E_ij = E*_ij sqrt(E_i E_j), E_i on the diagonal, in single precision
     PairTable pair_orientation;  ///< G_ij = G*_ij (G_i + G_j)/2 likewise
-    std::array<std::array<Forms, component_count>, component_count> forms;
+    std::array<std::array<FormPairs, component_count>, component_count> forms;
 
     std::array<double, term_count> a, g, q, f;
     std::array<HalfPower, term_count> u;
     HalfPowerRange virial_u, term_u;             ///< of the exponents u of the virial and of the density terms
     std::array<std::uint8_t, term_count> flags;  ///< which of g, q, f are 1 (bits 0, 1, 2), or other_flags
     static constexpr std::uint8_t other_flags = 8;  ///< one of them is neither 0 nor 1
+    bool plain_terms;  ///< no density term has other flags or an exponent u that is not a half number
     DensityLayout density;
 };
 

@@ -1,13 +1,19 @@
 #include "gas/aga8_isotherm.h"
 
-#include <cmath>
+#include <algorithm>
 #include <numeric>
+
+#include "runtime/exponential.h"
 
 namespace kalorfix::gas::aga8 {
 
-Isotherm::Isotherm(const DensityLayout& layout, const Coefficients& coefficients, double linear,
+Isotherm::Isotherm(const DensityLayout& layout, const Coefficients& coefficients, double second_virial,
                    double reduced_temperature)
-    : layout_(layout), linear_(linear), reduced_temperature_(reduced_temperature) {
+    : layout_(layout),
+      second_virial_(second_virial),
+      linear_(second_virial - std::accumulate(coefficients.begin() + first_density_term,
+                                              coefficients.begin() + virial_terms, 0.0)),
+      reduced_temperature_(reduced_temperature) {
     for (std::size_t cell = 0; cell < layout.cell_count; ++cell) weight_[cell] = 0.0;
     for (std::size_t n = 0; n < density_terms; ++n)
         weight_[layout.cell_of[n]] += coefficients[first_density_term + n];
@@ -22,10 +28,11 @@ template <Order order>
 IsothermPoint Isotherm::at(double r) const {
     std::array<double, DensityLayout::power_places> power;
     layout_.raise(r, power);
-    std::array<double, density_terms> exponential;  // first, so that the sums stay in registers
+    std::array<double, density_terms> decay;  // first, so that the sums stay in registers
     for (std::size_t g = 0; g < layout_.group_count; ++g) {
         const DensityLayout::Group& group = layout_.groups[g];
-        exponential[g] = group.constant ? group.factor : std::exp(-group.c * power[group.power]);
+        decay[g] = group.constant ? group.factor
+                                  : exponential(std::clamp(-group.c * power[group.power], -700.0, 700.0));
     }
     double S = 0.0;
     double once = 0.0;
@@ -34,22 +41,16 @@ IsothermPoint Isotherm::at(double r) const {
     const double* weight = weight_.data();
     for (std::size_t g = 0; g < layout_.group_count; ++g) {
         const DensityLayout::Group& group = layout_.groups[g];
-        double P0 = 0.0;
-        double P1 = 0.0;
-        double P2 = 0.0;
-        double P3 = 0.0;
+        Pair P01{}, P23{};
         for (std::size_t n = 0; n < group.cells; ++n, ++cell, ++weight) {
-            const double first = *weight * power[cell->power];
-            const double second = cell->b * first;
-            const double third = cell->b * second;
-            P0 += first;
-            P1 += second;
-            P2 += third;
-            if constexpr (order == Order::curvature) P3 += cell->b * third;
+            const Pair moments = *weight * power[cell->power] * cell->one_b;
+            P01 += moments;
+            P23 += moments * cell->bb;
         }
+        const double P0 = P01[0], P1 = P01[1], P2 = P23[0], P3 = P23[1];
         const double k = group.k;
         const double s = k * group.c * power[group.power];
-        const double e = exponential[g];
+        const double e = decay[g];
         S += e * (P1 - s * P0);
         once += e * (P2 + s * ((s - k) * P0 - 2.0 * P1));
         if constexpr (order == Order::curvature)
@@ -64,10 +65,8 @@ template IsothermPoint Isotherm::at<Order::curvature>(double r) const;
 
 Isotherm isotherm(double T_K, const Mixture& mixture, const Coefficients& coefficients,
                   const Constants& constants) {
-    const double Sc =
-        std::accumulate(coefficients.begin() + first_density_term, coefficients.begin() + virial_terms, 0.0);
     const double B = second_virial(T_K, constants, mixture.virial_factors);
-    return {constants.density, coefficients, B / mixture.size_cubed - Sc, T_K / mixture.energy};
+    return {constants.density, coefficients, B / mixture.size_cubed, T_K / mixture.energy};
 }
 
 }  // namespace kalorfix::gas::aga8

@@ -16,12 +16,15 @@ public:
     /// Pseudo-critical pressure of the start value, MPa.
     static constexpr double start_pressure_MPa = 5.0;
 
-    /// `linear` is B/K^3 - Sc, Sc the sum of C*_8..C*_13.
-    Isotherm(const DensityLayout& layout, const Coefficients& coefficients, double linear,
+    /// `second_virial` is B/K^3.
+    Isotherm(const DensityLayout& layout, const Coefficients& coefficients, double second_virial,
              double reduced_temperature);
 
     template <Order order>
     [[nodiscard]] IsothermPoint at(double r) const;
+
+    /// B/K^3, what Z rises with at vanishing density.
+    [[nodiscard]] double second_virial() const { return second_virial_; }
 
     /// Isotherms that fall lie beyond these bounds, by a map of mixtures of all kinds over 70..1500 K and up to 100 MPa; pipeline gas
     /// from 250 K up to 30 MPa lies within (docs/accuracy.md).
@@ -32,7 +35,8 @@ public:
 
 private:
     const DensityLayout& layout_;
-    double linear_;
+    double second_virial_;
+    double linear_;               // B/K^3 - Sc, Sc the sum of C*_8..C*_13
     double reduced_temperature_;  // T/U
     std::array<double, density_terms> weight_;
 };

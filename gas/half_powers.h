@@ -46,33 +46,37 @@ class PowerBase {
 public:
     explicit PowerBase(double base, HalfPowerRange range = {-HalfPower::limit, HalfPower::limit})
         : base_(base) {
-        raise(rising_, std::sqrt(base), base, range.largest);
-        if (range.least < 0) raise(falling_, 1.0 / std::sqrt(base), 1.0 / base, -range.least);
+        const double root = std::sqrt(base);
+        power_[zero] = 1.0;
+        raise<1>(root, base, range.largest);
+        if (range.least < 0) raise<-1>(1.0 / root, 1.0 / base, -range.least);
     }
 
     [[nodiscard]] double to(const HalfPower& u) const {
-        if (!u.exact()) return std::pow(base_, u.exponent());
-        return u.twice() < 0 ? falling_[static_cast<std::size_t>(-u.twice())]
-                             : rising_[static_cast<std::size_t>(u.twice())];
+        return u.exact() ? to_exact(u) : std::pow(base_, u.exponent());
     }
+    /// The same for an exponent that is known to be exact.
+    [[nodiscard]] double to_exact(const HalfPower& u) const { return *(power_.data() + zero + u.twice()); }
 
 private:
-    using Powers = std::array<double, HalfPower::limit + 1>;  // by the doubled exponent
+    static constexpr int zero = HalfPower::limit + 4;  // place of the exponent 0; the others by their double
 
-    // The even ones come from even ones, since a negative base has whole powers only; a short way to each keeps the rounding
-    // small.
-    static void raise(Powers& power, double root, double base, int largest) {
-        power[0] = 1.0;
-        power[1] = root;
-        power[2] = base;
-        for (std::size_t twice = 3; twice <= static_cast<std::size_t>(largest); ++twice) {
-            const std::size_t half = (twice + 1) / 4 * 2;
-            power[twice] = power[half] * power[twice - half];
-        }
+    // The even ones come from even ones, since a negative base has whole powers only; four at a time, each by the square of the
+    // base, keeps the rounding small.
+    template <std::ptrdiff_t direction>
+    void raise(double root, double base, std::ptrdiff_t largest) {
+        double* const power = power_.data() + zero;
+        const double square = base * base;
+        power[direction] = root;
+        power[direction * 2] = base;
+        power[direction * 3] = base * root;
+        for (std::ptrdiff_t n = 4; n <= largest; n += 4)
+            for (std::ptrdiff_t k = n; k < n + 4; ++k)
+                power[direction * k] = power[direction * (k - 4)] * square;
     }
 
     double base_;
-    Powers rising_, falling_;
+    std::array<double, 2 * zero + 1> power_;
 };
 
 }  // namespace kalorfix::gas

@@ -27,9 +27,14 @@ struct GasRoot {
     int points;  ///< of the isotherm that were computed
 };
 
-/// Start value, in the terms of the target, at p and a pseudo-critical pressure (both MPa). GOST 30319.2-96.
-[[nodiscard]] inline double start_density(double target, double p_MPa, double critical_MPa) {
-    return 9.0 * target / (1.1 * p_MPa / critical_MPa + 0.7);
+/// Start value, in the terms of the target: by the second virial coefficient as far as it reaches, else that of GOST 30319.2-96 at
+/// p and a pseudo-critical pressure (both MPa).
+[[nodiscard]] inline double start_density(double target, double second_virial, double p_MPa,
+                                          double critical_MPa) {
+    constexpr double dilute = 0.25;
+    const double discriminant = 1.0 + 4.0 * second_virial * target;
+    return discriminant > dilute ? 2.0 * target / (1.0 + std::sqrt(discriminant))
+                                 : 9.0 * target / (1.1 * p_MPa / critical_MPa + 0.7);
 }
 
 /// Finds the gas root of an isotherm. `Isotherm` has
@@ -60,11 +65,14 @@ private:
         return isotherm_.template at<order>(x);
     }
 
+    // Halley's form of the step, which the curvature makes good to the third power: a step of the tolerance leaves 1e-11.
     double newton(double x) {
-        constexpr double tolerance = 1e-6;
+        constexpr double tolerance = 2e-4;
         for (int step = 0; step < newton_steps; ++step) {
-            const IsothermPoint here = point<Order::slope>(x);
-            const double change = (target_ - here.y) / here.slope;
+            const IsothermPoint here = point<Order::curvature>(x);
+            double change = (target_ - here.y) / here.slope;
+            const double bend = 0.5 * change * here.curvature / here.slope;
+            if (std::fabs(bend) < 0.5) change /= 1.0 + bend;
             x += change;
             if (std::fabs(change) <= tolerance * x) return x;
             if (!(x > 0.0)) x = target_;  // the ideal gas

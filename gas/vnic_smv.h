@@ -66,6 +66,9 @@ public:
     template <Order order>
     [[nodiscard]] IsothermPoint at(double w) const;
 
+    /// What Z rises with at vanishing density.
+    [[nodiscard]] double second_virial() const { return coefficient_[0]; }
+
     /// Isotherms that fall before w = 4 lie below t = 1.006 (docs/accuracy.md), pipeline gas from 250 K on above 1.1.
     [[nodiscard]] bool rises_up_to(double w) const { return reduced_temperature_ > 1.02 && w < 3.3; }
 

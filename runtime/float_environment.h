@@ -6,10 +6,12 @@
 
 namespace kalorfix {
 
-/// Whether the unit that computes is set as a new process finds it. Hosts set it by other means than fenv.h too, and what
-/// flushes denormal numbers is none of fenv.h's settings.
+/// Whether the unit that computes is set as a new process finds it: no traps, rounding to nearest, denormals kept. Its control
+/// register is read itself, once: hosts set it by other means than fenv.h too, and what flushes denormal numbers is none of
+/// fenv.h's settings.
 inline bool computing_unit_at_defaults() {
-#if defined(__SSE2__)
+#if defined(__SSE2_MATH__)
+    // The x87 unit, which fenv.h sets as well, takes no part.
     std::uint32_t mxcsr = 0;
     asm volatile("stmxcsr %0" : "=m"(mxcsr));
     constexpr std::uint32_t flags = 0x3F, all_masked = 0x1F80;
@@ -24,27 +26,32 @@ inline bool computing_unit_at_defaults() {
     asm volatile("mrs %0, fpcr" : "=r"(fpcr));
     return fpcr == 0;
 #else
-    return true;
+    return fegetexcept() == 0 && std::fegetround() == FE_TONEAREST;
 #endif
 }
 
 /// For the life of the object floating-point exceptions do not trap, rounding is to nearest and denormal numbers are kept,
-/// whatever the host has set; its settings come back afterwards. Costs three reads of a control word when the host left the
+/// whatever the host has set; its settings come back afterwards. Costs one read of a control register when the host left the
 /// defaults alone.
 class FloatEnvironment {
 public:
     FloatEnvironment() {
-        if (fegetexcept() == 0 && std::fegetround() == FE_TONEAREST && computing_unit_at_defaults()) return;
-        changed_ = std::fegetenv(&host_) == 0 && std::fesetenv(FE_DFL_ENV) == 0;
+        if (!computing_unit_at_defaults()) set_defaults();
     }
     ~FloatEnvironment() {
-        if (changed_) std::fesetenv(&host_);
+        if (changed_) give_back();
     }
     FloatEnvironment(const FloatEnvironment&) = delete;
     FloatEnvironment& operator=(const FloatEnvironment&) = delete;
 
 private:
-    std::fenv_t host_{};
+    // Apart, so that the usual case is a comparison and no more.
+    [[gnu::noinline, gnu::cold]] void set_defaults() {
+        changed_ = std::fegetenv(&host_) == 0 && std::fesetenv(FE_DFL_ENV) == 0;
+    }
+    [[gnu::noinline, gnu::cold]] void give_back() { std::fesetenv(&host_); }
+
+    std::fenv_t host_;  // filled when changed
     bool changed_ = false;
 };
 

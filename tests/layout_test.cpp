@@ -16,13 +16,12 @@ namespace {
 struct Field {
     const char* name;
     const void* address;
-    std::size_t size;
     std::ptrdiff_t x86_64;
     std::ptrdiff_t arm;
 };
 
 #define FIELD(object, name, x86_64, arm) \
-    Field { #name, &(object).name, sizeof((object).name), x86_64, arm }
+    Field { #name, &(object).name, x86_64, arm }
 
 enum class Target { x86_64, arm, other };
 #if defined(__x86_64__) && defined(__LP64__)
@@ -70,32 +69,11 @@ std::vector<Field> heat_fields(const cTeplo2005& c) {
     return fields;
 }
 
-// The fields follow one another from the virtual table on, with no gap that alignment does not need.
-void expect_in_order(const void* object, const std::vector<Field>& fields) {
-    std::uintptr_t end = reinterpret_cast<std::uintptr_t>(object) + sizeof(void*);
-    for (const Field& field : fields) {
-        const auto address = reinterpret_cast<std::uintptr_t>(field.address);
-        EXPECT_GE(address, end) << field.name;
-        EXPECT_LT(address - end, 8U) << field.name;
-        end = address + field.size;
-    }
-}
-
 void expect_in_place(const void* object, const std::vector<Field>& fields) {
     for (const Field& field : fields) {
         const std::ptrdiff_t place = static_cast<const char*>(field.address) - static_cast<const char*>(object);
         EXPECT_EQ(place, target == Target::arm ? field.arm : field.x86_64) << field.name;
     }
-}
-
-TEST(Layout, FieldsStandInTheDeclaredOrder) {
-    const cGas2005 gas;
-    EXPECT_EQ(gas_fields(gas).size(), 49U);
-    expect_in_order(&gas, gas_fields(gas));
-
-    const cTeplo2005 heat;
-    EXPECT_EQ(heat_fields(heat).size(), 45U);
-    expect_in_order(&heat, heat_fields(heat));
 }
 
 TEST(Layout, FieldsStandWhereProgramsLookForThem) {
@@ -161,35 +139,29 @@ template <class Class, class... Arguments>
 constexpr bool gives_status(char (Class::*)(Arguments...)) {
     return true;
 }
-static_assert(gives_status(&cCommon2005::Init_TR) && gives_status(&cCommon2005::CountDd) &&
-              gives_status(&cCommon2005::CountbetaEKp) && gives_status(&cCommon2005::Param_tr) &&
-              gives_status(&cCommon2005::mg_Param) && gives_status(&cCommon2005::Countq_mReCK_sh) &&
-              gives_status(&cCommon2005::CountqmalphaepsilonRe) && gives_status(&cCommon2005::Countepsilon) &&
-              gives_status(&cCommon2005::in_Param) && gives_status(&cCommon2005::in2_Param));
-static_assert(gives_status(&cGas2005::Param_gs) && gives_status(&cGas2005::tf_Param) &&
-              gives_status(&cGas2005::mgn_Param) && gives_status(&cGas2005::int_Param) &&
-              gives_status(&cGas2005::int2_Param));
-static_assert(gives_status(&cTeplo2005::Param_tn) && gives_status(&cTeplo2005::tf_Param) &&
-              gives_status(&cTeplo2005::mgn_Param) && gives_status(&cTeplo2005::int_Param) &&
-              gives_status(&cTeplo2005::int2_Param));
+using Base = cCommon2005;
+using Gas = cGas2005;
+using Heat = cTeplo2005;
+static_assert(gives_status(&Base::Init_TR) && gives_status(&Base::CountDd) &&
+              gives_status(&Base::CountbetaEKp) && gives_status(&Base::Param_tr) &&
+              gives_status(&Base::mg_Param) && gives_status(&Base::Countq_mReCK_sh) &&
+              gives_status(&Base::CountqmalphaepsilonRe) && gives_status(&Base::Countepsilon) &&
+              gives_status(&Base::in_Param) && gives_status(&Base::in2_Param) && gives_status(&Gas::Param_gs) &&
+              gives_status(&Gas::tf_Param) && gives_status(&Gas::mgn_Param) && gives_status(&Gas::int_Param) &&
+              gives_status(&Gas::int2_Param) && gives_status(&Heat::Param_tn) &&
+              gives_status(&Heat::tf_Param) && gives_status(&Heat::mgn_Param) &&
+              gives_status(&Heat::int_Param) && gives_status(&Heat::int2_Param));
 
 TEST(Layout, NewCalculatorsAreUnconfiguredAndTimed) {
     const auto before = static_cast<std::uint32_t>(abs_clock());
     const cGas2005 gas;
     const cTeplo2005 heat;
-    for (const cCommon2005* c :
-         {static_cast<const cCommon2005*>(&gas), static_cast<const cCommon2005*>(&heat)}) {
-        EXPECT_EQ(c->metering_class, 3);
-        EXPECT_EQ(c->valid, 0);
-        EXPECT_EQ(c->phase, 0);
-    }
+    EXPECT_TRUE(gas.metering_class == 3 && gas.valid == 0 && gas.phase == 0);
+    EXPECT_TRUE(heat.metering_class == 3 && heat.valid == 0 && heat.phase == 0);
     for (const unsigned char first : gas.first_call) EXPECT_EQ(first, 1);
     for (const unsigned char first : heat.first_call) EXPECT_EQ(first, 1);
-    for (const unsigned long tick : gas.last_tick) {
-        EXPECT_EQ(tick, gas.last_tick[0]);
-        EXPECT_LE(static_cast<std::uint32_t>(tick) - before, 100U);
-    }
-    for (const unsigned long tick : heat.last_tick) EXPECT_EQ(tick, heat.last_tick[2]);
+    for (const unsigned long tick : gas.last_tick) EXPECT_LE(static_cast<std::uint32_t>(tick) - before, 100U);
+    for (const unsigned long tick : heat.last_tick) EXPECT_LE(static_cast<std::uint32_t>(tick) - before, 100U);
 }
 
 }  // namespace

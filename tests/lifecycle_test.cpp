@@ -10,6 +10,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <string>
 
 #include "tools/host.h"
@@ -93,21 +94,18 @@ TEST_F(Lifecycle, ReadsItsSetting) {
 
 TEST_F(Lifecycle, SaysWhenTheSettingsAreNotThere) {
     const kalorfix::host::Library library(KALORFIX_LIBRARY);
-    const std::string expected = not_found(settings.string());
-    EXPECT_EQ(output_of(library), expected) << "missing";
-    library->Done();
-    fs::create_directory(settings);
-    EXPECT_EQ(output_of(library), expected) << "a directory";
-    library->Done();
-    fs::remove(settings);
-    ASSERT_EQ(mkfifo(settings.c_str(), 0600), 0);
-    EXPECT_EQ(output_of(library), expected) << "a pipe";
-    library->Done();
-    fs::remove(settings);
-    std::ofstream(settings) << "[TORNOL]\nNum_gas_trub = 3\n[broken";
-    EXPECT_EQ(output_of(library), expected) << "malformed";
-    EXPECT_EQ(*library->Num_gas_trub, 5);
-    library->Done();
+    const std::function<void()> kinds[] = {
+        [] {}, [&] { fs::create_directory(settings); }, [&] { mkfifo(settings.c_str(), 0600); },
+        [&] { std::ofstream(settings) << "[TORNOL]\nNum_gas_trub = 3\n[broken"; }};
+    for (const auto& make : kinds) {  // none, a directory, a pipe, a malformed one
+        make();
+        EXPECT_EQ(output_of(library), not_found(settings.string()));
+        EXPECT_EQ(*library->Num_gas_trub, 5);
+        library->Done();
+        fs::remove(settings);
+    }
+    const_cast<CSRV_PATH*>(library->SRV_Path)->SETTINGS = nullptr;
+    EXPECT_EQ(output_of(library), not_found("/tornkntr.ini")) << "a directory that is null is none";
 }
 
 TEST_F(Lifecycle, NeverOpensAnOverlongPath) {
@@ -121,13 +119,6 @@ TEST_F(Lifecycle, NeverOpensAnOverlongPath) {
     EXPECT_EQ(*library->Num_gas_trub, 5);
     EXPECT_EQ(*library->ProstoyTime, 0.0);
     EXPECT_FALSE(fs::exists(deep + "/dat/timewait.dat"));
-    library->Done();
-}
-
-TEST_F(Lifecycle, TakesADirectoryThatIsNullForNone) {
-    const kalorfix::host::Library library(KALORFIX_LIBRARY);
-    const_cast<CSRV_PATH*>(library->SRV_Path)->SETTINGS = nullptr;
-    EXPECT_EQ(output_of(library), not_found("/tornkntr.ini"));
     library->Done();
 }
 
@@ -187,29 +178,20 @@ TEST_F(Lifecycle, LeavesOneDescriptorHoweverOftenItRuns) {
     EXPECT_EQ(open_descriptors(), before) << "unloading closes it";
 }
 
-TEST_F(Lifecycle, KeepsItsDirectoriesFromTheLoad) {
-    unsetenv("TORNPATH");
+TEST_F(Lifecycle, KeepsAndPrintsItsDirectories) {
+    for (const char* variable : {"SYSTEM", "PATHDB", "TORNPATH"}) unsetenv(variable);
     setenv("LIB", "", 1);
     const kalorfix::host::Library library(KALORFIX_LIBRARY);
     setenv("SETTINGS", "/elsewhere", 1);
-    EXPECT_STREQ(library->SRV_Path->TORNPATH, "/ubm");
-    EXPECT_STREQ(library->SRV_Path->LIB, "") << "set to nothing is set";
-    EXPECT_STREQ(library->SRV_Path->XML_SETTINGS, "/ubm/torndb");
     unsetenv("LIB");
-}
-
-TEST_F(Lifecycle, PrintsItsDirectories) {
-    for (const char* variable : {"SETTINGS", "SYSTEM", "PATHDB"}) unsetenv(variable);
-    CSRV_PATH paths{};
-    const kalorfix::host::Library library(KALORFIX_LIBRARY);
-    paths = *library->SRV_Path;
+    CSRV_PATH paths = *library->SRV_Path;
     testing::internal::CaptureStdout();
     library->Print(&paths);
-    EXPECT_EQ(
-        testing::internal::GetCapturedStdout(),
-        "TORN_PATHES:\nTORNPATH = </ubm>\nPATHDB   = </ubm/sram>\nPRG      = </ubm/prg>\n"
-        "SYSTEM   = </ubm/system>\nLIB      = </ubm/lib>\nDIC      = </ubm/dic>\nSETTINGS = </ubm/settings>\n"
-        "PRG_DEBUG= </ubm/prg/debug>\nXML_SETTINGS = </ubm/torndb>\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "TORN_PATHES:\nTORNPATH = </ubm>\nPATHDB   = </ubm/sram>\nPRG      = </ubm/prg>\n"
+              "SYSTEM   = </ubm/system>\nLIB      = <>\nDIC      = </ubm/dic>\nSETTINGS = <" +
+                  root.string() + ">\nPRG_DEBUG= </ubm/prg/debug>\nXML_SETTINGS = </ubm/torndb>\n")
+        << "set to nothing is set";
 }
 
 }  // namespace

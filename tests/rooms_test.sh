@@ -11,10 +11,11 @@ room() {  # room ROOM INCLUDABLE...
         [ -z "$outside" ] || { echo "$file includes" $outside; status=1; }
     done
 }
+numbers='runtime/(units|exponential|pair|unrolled).h'
 pure='[^/]+\.h'
-room props/water "props/water/$pure" runtime/units.h runtime/exponential.h
+room props/water "props/water/$pure" $numbers
 room flow "flow/$pure" runtime/units.h
-room gas "gas/$pure" runtime/units.h runtime/exponential.h
+room gas "gas/$pure" $numbers
 room props "props/$pure" "props/water/$pure" "gas/$pure" runtime/units.h
 room runtime "runtime/$pure" kalorfix_runtime.h
 room flow/edge "flow/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"

@@ -19,7 +19,7 @@ judge csv r.csv "$cases"
 judge rows r.csv verdict FAILED 0
 for part in "$(sha256sum <"$library" | cut -c1-64)" "$(sha256sum <"$data" | cut -c1-64)" 'Limits from both sides' \
     'Deliberate deviations' '0\.265 as the coefficient' 'What is not verified' 'ffp-contract=off' \
-    'MET: [0-9]+ of [0-9]+ values within' 'material-39-high' 'limit_pairs.txt:' \
+    'MET: [0-9]+ of [0-9]+ values within' 'material-39-high' 'limits.txt:' \
     'href="#d-doubled-cross-term">differs as declared, at most 0\.012 %<'; do
     grep -qE "$part" r.html || fail "the report lacks $part"
 done
@@ -36,7 +36,7 @@ judge html w.html
 judge csv w.csv wrong
 judge rows w.csv verdict FAILED 1
 grep -q 'FAILED: 1 of' w.html || fail "the report hides a failure"
-sed -i "s/^\(cold-in  *0  *1  *1  *\)computed/\1refused/" wrong/limit_pairs.txt
+sed -i "s/^\(cold-in  *0  *1  *1  *\)computed/\1refused/" wrong/limits.txt
 expect 1 'cold-in: status expected refused, computed 1' verify --cases wrong
 # A printed value farther away than declared, and a reason of one's own.
 sed -i 's/^\(iso5-12--3.15 .*\)0\.69540/\10.69550/; s/^\(deviation: .*\) doubled cross term/\1 a whim/' wrong/gas_aga8.txt

@@ -1,9 +1,8 @@
 // Birth and end of the calculators.
 #include <algorithm>
-#include <cstdint>
 
 #include "kalorfix_calculators.h"
-#include "kalorfix_runtime.h"
+#include "runtime/tick_source.h"
 
 namespace {
 
@@ -11,7 +10,7 @@ namespace {
 template <class Calculator>
 void start_integrators(Calculator& calculator) {
     std::ranges::fill(calculator.first_call, static_cast<unsigned char>(1));
-    std::ranges::fill(calculator.last_tick, static_cast<std::uint32_t>(abs_clock()));
+    std::ranges::fill(calculator.last_tick, kalorfix::tick_count());
 }
 
 }  // namespace

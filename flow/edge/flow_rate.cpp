@@ -74,7 +74,8 @@ char cCommon2005::mg_Param(char calc, double dp, double rho, double& q_m_out, do
 char cCommon2005::Countq_mReCK_sh(int pass, double dp, double rho, double q_prev) {
     const flow::StandardPoint point = standard_point(*this);
     flow::FlowSolution found{epsilon, Re, C, K_sh, alpha_eps, q_m};
-    flow::flow_pass(point, flow::DischargeLaw(point.bore), medium_of(*this), {dp, rho}, pass, q_prev, found);
+    flow::flow_pass(flow::flow_equation(point, medium_of(*this), {dp, rho}, epsilon),
+                    flow::DischargeLaw(point.bore), pass, q_prev, found);
     store(*this, found);
     return judged(*this, found.limit == flow::Limit::none && all_finite(Re, C, K_sh, q_m));
 }

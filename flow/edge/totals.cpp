@@ -8,8 +8,8 @@
 #include "flow/device.h"
 #include "flow/integration.h"
 #include "kalorfix_calculators.h"
-#include "kalorfix_runtime.h"
 #include "runtime/judged.h"
+#include "runtime/tick_source.h"
 
 namespace flow = kalorfix::flow;
 using kalorfix::all_finite;
@@ -19,6 +19,7 @@ namespace {
 
 const long ticks_per_second = sysconf(_SC_CLK_TCK);
 
+// Not made at the load: it is inexact, and a host may let that trap.
 double tick_s() { return 1.0 / static_cast<double>(ticks_per_second); }
 
 double flow_of(const cGas2005& c, std::size_t k) {
@@ -67,7 +68,7 @@ template <class Calculator>
 char integrate(Calculator& c, unsigned short integrator, double q_ext, float total_host, double q_subst,
                short exp10, const TotalOutputs& out) {
     const std::size_t k = index_of(c, integrator);
-    const auto now = static_cast<std::uint32_t>(abs_clock());
+    const std::uint32_t now = kalorfix::tick_count();
     out.total = total_host;
     out.downtime_part = 0.0;
     out.downtime_min = 0.0;

@@ -26,6 +26,13 @@ struct Loaded {
 };
 
 Loaded<aga8::Constants, 17> aga8_tables;
+
+// The last mixture: from cycle to cycle the composition of a gas seldom changes.
+struct {
+    Fractions x;
+    bool known;
+    aga8::Mixture mixture;
+} last;
 Loaded<vnic::Constants, 6> vnic_tables;
 
 }  // namespace
@@ -33,9 +40,16 @@ Loaded<vnic::Constants, 6> vnic_tables;
 const aga8::Constants& aga8_constants() {
     return aga8_tables.made(
         {Ei, Ki, Gi, Qi, Fi, Eij_, Uij, Kij, Gij_, an, bn, cn, kn, un, gn, qn, fn}, [](aga8::Constants& made) {
+            last.known = false;
             aga8::make_constants(
                 {{Ei, Ki, Gi, Qi, Fi}, {Eij_, Uij, Kij, Gij_}, {an, bn, cn, kn, un, gn, qn, fn}}, made);
         });
+}
+
+const aga8::Mixture& aga8_mixture(const Composition& gas) {
+    const aga8::Constants& constants = aga8_constants();
+    if (!last.known || last.x != gas.x) last = {gas.x, true, aga8::mix(gas, constants)};
+    return last.mixture;
 }
 
 const vnic::Constants& vnic_constants() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 #include "gas/aga8_isotherm.h"
 #include "gas/edge/loaded_constants.h"
@@ -39,7 +40,8 @@ float evaluate(DensityMethod method, const Query& q, const DensityGas& gas, Cube
 
 template <class Isotherm>
 GasRoot gas_root(const Isotherm& isotherm, double target, const Query& q, double start_MPa) {
-    return GasRootSearch(isotherm, target).from(start_density(target, q.p_MPa, start_MPa));
+    return GasRootSearch(isotherm, target)
+        .from(start_density(target, isotherm.second_virial(), q.p_MPa, start_MPa));
 }
 
 // R T, kJ/kmol.
@@ -73,12 +75,12 @@ Found aga8(const Composition& gas, const Query& q) {
     K = 0.0F;
     if (gas.count == 0) return failed;
     const aga8::Constants& constants = aga8_constants();
-    const aga8::Mixture mixture = aga8::mix(gas, constants);
+    const aga8::Mixture& mixture = aga8_mixture(gas);
     const aga8::Coefficients coefficients = aga8::term_coefficients(q.T_K, mixture, constants);
     for (std::size_t n = 0; n < gas.count; ++n) {
         const std::size_t i = gas.present[n];
-        std::copy(std::begin(constants.pair_energy[i]), std::end(constants.pair_energy[i]), EIJM[i]);
-        std::copy(std::begin(constants.pair_orientation[i]), std::end(constants.pair_orientation[i]), GIJM[i]);
+        std::memcpy(EIJM[i], constants.pair_energy[i].data(), sizeof EIJM[i]);
+        std::memcpy(GIJM[i], constants.pair_orientation[i].data(), sizeof GIJM[i]);
     }
     std::copy(mixture.virial_factors.begin(), mixture.virial_factors.end(), B);
     std::copy(coefficients.begin() + aga8::first_density_term, coefficients.end(),

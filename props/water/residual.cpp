@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "props/water/nonanalytic.h"
 #include "runtime/exponential.h"
+#include "runtime/pair.h"
+#include "runtime/unrolled.h"
 
 namespace kalorfix::water {
 namespace {
@@ -135,13 +136,6 @@ private:
 
 constexpr double square(double x) { return x * x; }
 
-// Calls f.operator()<0>() to f.operator()<count - 1>(): straight-line code with constant indices.
-template <std::size_t count, class Function>
-void unrolled(Function&& f) {
-    [&]<std::size_t... k>(std::index_sequence<k...>) { (f.template operator()<k>(), ...); }
-    (std::make_index_sequence<count>{});
-}
-
 // --- Powers of delta and the exponential factors -----------------------------------------------------
 
 struct DeltaPowers {
@@ -152,9 +146,6 @@ struct DeltaPowers {
     }
     std::array<double, max_delta_power + 1> power;
 };
-
-// Two sums at a time, where the processor can.
-using Pair [[gnu::vector_size(2 * sizeof(double))]] = double;
 
 // The moments sum a d^n delta^d of one group's polynomial, n = 0 to order.
 template <int order, class Value>

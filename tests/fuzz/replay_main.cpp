@@ -1,4 +1,4 @@
-// Runs a fuzz harness over the files of directories, without a fuzzer.
+// Runs the fuzz harness over the files of a directory, without a fuzzer.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -10,13 +10,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 int main(int argc, char** argv) {
     int count = 0;
-    for (int k = 1; k < argc; ++k)
-        for (const auto& entry : std::filesystem::directory_iterator(argv[k])) {
-            std::ifstream in(entry.path(), std::ios::binary);
-            const std::string content{std::istreambuf_iterator<char>(in), {}};
-            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
-            ++count;
-        }
+    for (const auto& entry : std::filesystem::directory_iterator(argc > 1 ? argv[1] : ".")) {
+        std::ifstream in(entry.path(), std::ios::binary);
+        const std::string content{std::istreambuf_iterator<char>(in), {}};
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
+        ++count;
+    }
     std::printf("%d inputs replayed\n", count);
     return count > 0 ? 0 : 1;
 }

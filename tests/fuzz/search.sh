@@ -1,20 +1,14 @@
 #!/usr/bin/env bash
-# Fuzzes each harness for some seconds from the stored inputs: tests/fuzz/search.sh [seconds each] [harness...]
-# Ends at the first finding, which is left in build/fuzz.
+# Fuzzes for some seconds from the stored programs: tests/fuzz/search.sh [seconds]. What it finds is left in build/fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 . cmake/packages.sh
-need_packages g++ cmake make clang-14 clang libgtest-dev
-seconds=${1:-1200}
-shift || true
-[ $# -gt 0 ] || set -- ini gas_data gas_cycle heat_cycle
+need_packages g++ cmake make clang-14 clang libclang-rt-14-dev libgtest-dev
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
-for harness; do
-    grown=$(mktemp -d)
-    "build/fuzz/tests/fuzz/${harness}_fuzz" -max_total_time="$seconds" -max_len=9000 -artifact_prefix=build/fuzz/ \
-        -print_final_stats=1 "$grown" "tests/fuzz/corpus/$harness" >"build/fuzz/$harness.log" 2>&1 ||
-        { tail -n 40 "build/fuzz/$harness.log"; exit 1; }
-    printf '%s: %s\n' "$harness" "$(tail -n 20 "build/fuzz/$harness.log" | grep '^Done')"
-    rm -r "$grown"
-done
+grown=$(mktemp -d)
+cd build/fuzz
+tests/fuzz/calls_fuzz -max_total_time="${1:-1200}" -max_len=800 -len_control=0 -print_final_stats=1 \
+    "$grown" ../../tests/fuzz/corpus >fuzz.log 2>&1 || { tail -n 40 fuzz.log; exit 1; }
+grep '^Done' fuzz.log
+rm -r "$grown"

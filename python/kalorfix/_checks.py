@@ -1,0 +1,49 @@
+"""Arguments: each is checked once, and a wrong one is a ValueError that names its limit."""
+
+from __future__ import annotations
+
+import ctypes
+import math
+import numbers
+from collections.abc import Iterable
+from typing import Any
+
+
+def single(value: float) -> float:
+    """The nearest number of single precision, which is what the channel functions take and give."""
+    return ctypes.c_float(value).value
+
+
+def number(name: str, value: Any, low: float, high: float, unit: str = "") -> float:
+    """A finite number within low..high, both included."""
+    accepted = f"{low:g}..{high:g} {unit}".rstrip()
+    if isinstance(value, bool) or not isinstance(value, numbers.Real):
+        raise ValueError(f"{name}: expected a number within {accepted}, not {value!r}")
+    try:
+        result = float(value)
+    except OverflowError:
+        result = math.inf
+    if not low <= result <= high:
+        raise ValueError(f"{name} must lie within {accepted}, not {result:.10g}")
+    return result
+
+
+def reading(name: str, value: Any, unit: str) -> float:
+    """A measured value: any finite number up to 1e12; whether it can be computed with the cycle decides."""
+    return number(name, value, -1e12, 1e12, unit)
+
+
+def whole(name: str, value: Any, low: int, high: int) -> int:
+    """A whole number within low..high."""
+    result = number(name, value, low, high)
+    if result != math.floor(result):
+        raise ValueError(f"{name} must be a whole number within {low}..{high}, not {result:g}")
+    return int(result)
+
+
+def choice(name: str, value: Any, words: Iterable[str]) -> int:
+    """The place of a word among those that are accepted."""
+    accepted = list(words)
+    if value not in accepted:
+        raise ValueError(f"{name}: expected one of {', '.join(accepted)}, not {value!r}")
+    return accepted.index(value)

@@ -1,0 +1,112 @@
+"""Station files, as `kalorfix run` reads them."""
+
+from __future__ import annotations
+
+import os
+from collections.abc import Iterator, Mapping
+from pathlib import Path
+from typing import TYPE_CHECKING, Any
+
+from ._native import Library
+from .channels import Channel
+from .gas_channel import Gas
+from .heat_channel import Heat
+
+if TYPE_CHECKING:
+    import pandas
+
+_WORDS = ("device", "edge_radius", "method", "composition", "energy_by", "heat_unit", "heat_basis_C", "phase")
+
+
+class Station(Mapping[str, Channel]):
+    """The channels of a station file by name, GAS 1, HEAT 1 and so on; see examples/station.ini for the keys.
+
+    Every gas of its own: a channel by AGA8-92DC takes viscosity and exponent with its own nitrogen and carbon dioxide
+    (Gas.contents_pct), whatever channels by density stand in the file. Raises ValueError with file, line and limit.
+    """
+
+    def __init__(self, path: str | os.PathLike[str], library: Library | None = None) -> None:
+        self.path = Path(path)
+        #: What was read: the station file, and the compositions that it names.
+        self.files = [self.path]
+        self._channels: dict[str, Channel] = {}
+        for line, name, keys in self._sections():
+            try:
+                self._channels[name] = self._channel(name, keys, library)
+            except (ValueError, TypeError) as error:
+                raise ValueError(f"{self.path}:{line}: [{name}] {error}") from None
+        if not self._channels:
+            raise ValueError(f"{self.path}: holds no channel; a section [GAS 1] or [HEAT 1] describes one")
+
+    def _sections(self) -> list[tuple[int, str, dict[str, str]]]:
+        sections: list[tuple[int, str, dict[str, str]]] = []
+        for number, text in enumerate(self.path.read_text(encoding="utf-8").splitlines(), 1):
+            text = text.partition(":")[0].strip()
+            if text.startswith("[") and text.endswith("]"):
+                name = " ".join(text[1:-1].split())
+                if any(name == other for _, other, _ in sections):
+                    raise ValueError(f"{self.path}:{number}: [{name}] stands here for the second time")
+                sections.append((number, name, {}))
+            elif text:
+                key, equals, value = (part.strip() for part in text.partition("="))
+                if not equals or not sections or "&" in value or key in sections[-1][2]:
+                    raise ValueError(f"{self.path}:{number}: expected a section, or a key with its value and given once,"
+                                     f" not {text!r}")
+                sections[-1][2][key] = value
+        return sections
+
+    def _channel(self, name: str, keys: dict[str, str], library: Library | None) -> Channel:
+        medium, _, digits = name.partition(" ")
+        if medium not in ("GAS", "HEAT") or not digits.isdecimal() or not 1 <= int(digits) <= 20000:
+            raise ValueError("expected [GAS N] or [HEAT N] with N within 1..20000")
+        given: dict[str, Any] = {}
+        contents: dict[str, float] = {}
+        for key, value in keys.items():
+            if key in _WORDS:
+                given[key] = value
+            else:
+                try:
+                    parsed = float(value)
+                except ValueError:
+                    raise ValueError(f"{key}: expected a number, not {value!r}") from None
+                if key.startswith("x_") and key.endswith("_pct"):
+                    contents[key[2:-4]] = parsed
+                else:
+                    given[key] = parsed
+        if contents and "composition" in given:
+            raise ValueError("the composition stands in a file already; leave one out")
+        if contents:
+            given["composition"] = contents
+        elif "composition" in given:
+            given["composition"] = self.path.parent / given["composition"]
+            self.files.append(given["composition"])
+        return Gas(library=library, **given) if medium == "GAS" else Heat(library=library, **given)
+
+    def frame(self, df: pandas.DataFrame) -> pandas.DataFrame:
+        """The rows of all channels, told apart by the column `channel`, in the order of `df`; see kalorfix.frames."""
+        import pandas
+
+        from .frames import register_columns
+        if "channel" not in df.columns or not set(df["channel"]) <= set(self):
+            raise ValueError(f"expected a column channel with names of {', '.join(self)}")
+        parts = []
+        place = pandas.Series(range(len(df)), index=df.index)
+        for name, rows in df.groupby("channel", sort=False):
+            part = self[name].frame(rows)
+            part.insert(int(part.columns[0] != "status"), "channel", name)
+            parts.append(part.set_index(place[df["channel"] == name]))
+        if not parts:
+            raise ValueError("the frame has no rows")
+        whole = pandas.concat(parts).sort_index()
+        whole.index = df.index
+        registers = [name for name in register_columns() if name in whole]
+        return whole[[name for name in whole if name not in registers] + registers]
+
+    def __getitem__(self, name: str) -> Channel:
+        return self._channels[name]
+
+    def __iter__(self) -> Iterator[str]:
+        return iter(self._channels)
+
+    def __len__(self) -> int:
+        return len(self._channels)

@@ -1,0 +1,16 @@
+// Loops written out by the compiler.
+#pragma once
+
+#include <cstddef>
+#include <utility>
+
+namespace kalorfix {
+
+/// Calls f.operator()<0>() to f.operator()<count - 1>(): straight-line code with constant indices.
+template <std::size_t count, class Function>
+void unrolled(Function&& f) {
+    [&]<std::size_t... k>(std::index_sequence<k...>) { (f.template operator()<k>(), ...); }
+    (std::make_index_sequence<count>{});
+}
+
+}  // namespace kalorfix

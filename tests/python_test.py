@@ -1,0 +1,304 @@
+#!/usr/bin/env python3
+"""The Python module against the tool, the text cases and its own promises.
+
+Usage: python_test.py PROJECT_DIRECTORY TOOL LIBRARY
+"""
+import csv
+import ctypes
+import io
+import math
+import re
+import subprocess
+import sys
+import tempfile
+import threading
+import unittest
+import warnings
+from pathlib import Path
+
+ROOT, TOOL, LIBRARY = (Path(argument) for argument in sys.argv[1:4])
+sys.path.insert(0, str(ROOT / "python"))
+import kalorfix  # noqa: E402
+
+try:
+    import pandas
+except ImportError:
+    pandas = None
+
+EXAMPLES = ROOT / "examples"
+GAS_FILE = EXAMPLES / "natural_gas.csv"
+PLATE = dict(pipe_material=7, device_material=32, D20_mm=250, d20_mm=150, roughness_mm=0.05)
+ORIFICE = dict(PLATE, device="orifice_flange", edge_radius_mm=0.05, check_interval_years=1)
+DENSITY = dict(method="gerg91", rho_c_kg_m3=0.6799, nitrogen_pct=0.8858, carbon_dioxide_pct=0.0668)
+NOZZLE = dict(PLATE, device="nozzle_isa1932")
+STEAM = dict(NOZZLE, phase="from_state")
+
+# Channels of all kinds and what is refused at each step: keys, then t degC, p MPa, dp kPa (or what the device takes).
+CHANNELS = [
+    ("GAS", dict(ORIFICE, **DENSITY, column_height_m=12, column_density_kg_m3=800, edge_radius="at_end"),
+     [(10, 2, 20), (-23.15, 2, 20), (70, 2, 20), (10, 0.09, 20), (10, 0.095, 20), (10, 31, 20), (10, 0.3, 70),
+      (10, 2, 0), (10, 2, -1), (10, 2, 1e-6), (10, 2, 20)]),
+    ("GAS", dict(ORIFICE, method="nx19", rho_c_kg_m3=0.7, nitrogen_pct=1, carbon_dioxide_pct=0.5, vapour_kg_m3=0.01,
+                 energy_by="higher_heat"), [(10, 2, 20), (10, 22, 20), (50, 0.0012, 0.1)]),
+    ("GAS", dict(NOZZLE, method="vnic", composition=GAS_FILE, heat_unit="kcal", heat_basis_C=0, mass_exponent=1),
+     [(10, 2, 20), (11, 3, 21), (11, 3, 1)]),
+    ("GAS", dict(device="meter_standard_volume", **DENSITY), [(10, 2, 1000), (10, 2, -5), (10, 2, 1000), (10, 2, 1200)]),
+    ("GAS", dict(device="external", **DENSITY), [(10, 2, 7), (10, 2, -7), (90, 2, 9), (10, 2, 8)]),
+    ("GAS", dict(PLATE, **DENSITY, device="averaging_13"), [(10, 2, 20), (10, 2, 1e-7)]),
+    ("GAS", dict(PLATE, **DENSITY, device="venturi_nozzle", pipe_material=2), [(10, 2, 20), (10, 2, 1e-4), (10, 6, 240)]),
+    ("HEAT", STEAM, [(300, 1.2, 40), (188, 1.2, 40), (900, 1.2, 40), (1001, 1.2, 40), (20, 0.0005, 1), (30, 5, 40),
+                     (720, 9, 40), (300, 1.2, 40), (380, 23, 40)]),
+    ("HEAT", dict(STEAM, phase="wet_steam", x=0.1), [(180, 1.01, 40), (373, 21.9, 40), (180, 1.01, 300)]),
+    ("HEAT", dict(STEAM, D20_mm=40, d20_mm=20), [(300, 1.2, 40)]),
+    ("HEAT", dict(STEAM, d20_mm=220), [(300, 1.2, 40)]),
+    ("HEAT", dict(STEAM, roughness_mm=1), [(300, 1.2, 40)]),
+    ("HEAT", dict(STEAM, device="venturi_nozzle", D20_mm=140, d20_mm=49), [(300, 1.2, 40)]),
+    ("HEAT", dict(STEAM, device="nozzle_long_radius", roughness_mm=0.9), [(300, 1.2, 40)]),
+    ("HEAT", dict(ORIFICE, phase="water", device="orifice_corner"), [(90, 0.8, 300), (90, 0.8, 1e-5)]),
+    ("HEAT", dict(PLATE, phase="water", device="venturi_machined", metering_class=0, D20_mm=200, d20_mm=120),
+     [(90, 0.8, 30), (90, 0.8, 1e-3), (200, 3, 2000)]),
+    ("HEAT", dict(STEAM, device="configured_coefficient", alpha_eps=0.6, pipe_expansion_1_C=1.1e-5,
+                  device_expansion_1_C=1.6e-5, pipe_material=None, device_material=None), [(300, 1.2, 40), (300, 1.2, -4)]),
+    ("HEAT", dict(device="meter_mass", phase="water"), [(90, 0.8, 30), (850, 0.8, 30)]),
+    ("HEAT", dict(device="meter_volume", phase="steam"), [(300, 0.8, 30)]),
+]
+
+
+def single(value):
+    return ctypes.c_float(float(value)).value
+
+
+def run(station, readings):
+    done = subprocess.run([TOOL, "run", station, readings, "--format", "csv", "--lib", LIBRARY], capture_output=True,
+                          text=True)
+    if done.returncode:
+        raise AssertionError(done.stderr)
+    return pandas.read_csv(io.StringIO(done.stdout), comment="#", keep_default_na=False, dtype=str)
+
+
+def cases(*functions):
+    """Rows of the text cases: place, inputs by name, expected values with their tolerance by name."""
+    for path in sorted((ROOT / "tests/cases").glob("*.txt")):
+        table = {}
+        for number, line in enumerate(path.read_text().splitlines(), 1):
+            setting = re.match(r"\[(\w+)\]|(\w+):(.*)|(\S.*)", line)
+            if not setting or line.startswith("#"):
+                continue
+            if setting[1]:
+                table = {"function": setting[1], "fixed": "", "tolerance": ""}
+            elif setting[2]:
+                table[setting[2]] = setting[3]
+            elif table["function"] in functions:
+                names, cells = table["columns"].split(), line.split()
+                arrow = names.index("->")
+                inputs = dict(pair.split("=") for pair in table["fixed"].split()) | dict(zip(names[1:arrow], cells[1:]))
+                tolerances = dict(pair.split("=") for pair in table["tolerance"].split())
+                expected = {}
+                for name, cell in zip(names[arrow + 1:], cells[arrow:]):
+                    value, _, own = cell.partition("~")
+                    if value != "-":
+                        expected[name] = value, own or tolerances.get(name, "0"), "deviation" in table
+                yield table["function"], f"{path.name}:{number}", inputs, expected
+
+
+def met(computed, expected, tolerance):
+    expected = float(expected)
+    if math.isnan(expected):
+        return computed is None
+    bounds = [float(t[1:]) * abs(expected) if t[0] == "r" else float(t) for t in tolerance.split(",")]
+    return computed is not None and abs(computed - expected) <= max(bounds)
+
+
+class Equality(unittest.TestCase):
+    """Every cell, registers and reasons included, as `kalorfix run` prints it."""
+
+    def compare(self, frame, wanted):
+        self.assertEqual(list(frame.columns), list(wanted.columns))
+        for name in wanted:
+            for k, (ours, printed) in enumerate(zip(frame[name], wanted[name])):
+                if isinstance(ours, float):
+                    same = math.isnan(ours) if printed == "" else single(printed) == ours
+                else:
+                    same = str(ours) == printed
+                self.assertTrue(same, f"row {k}, {name}: {ours!r}, the tool {printed!r}; {wanted.loc[k, 'reason']}")
+
+    @unittest.skipUnless(pandas, "needs pandas")
+    def test_the_example_day(self):
+        station = kalorfix.Station(EXAMPLES / "station.ini")
+        # `run` leaves the contents of the channel by density in the file to that by AGA8-92DC.
+        station["GAS 2"].contents_pct = 0.8858, 0.0668
+        day = pandas.read_csv(EXAMPLES / "readings_day.csv")
+        self.compare(station.frame(day), run(EXAMPLES / "station.ini", EXAMPLES / "readings_day.csv"))
+        # In two parts with the registers handed on it is the same.
+        steam = day[day.channel == "HEAT 1"]
+        channel, registers = station["HEAT 1"], station["HEAT 1"].registers()
+        parts = pandas.concat([channel.frame(steam[:300], registers), channel.frame(steam[300:], registers)])
+        pandas.testing.assert_frame_equal(parts, channel.frame(steam))
+
+    @unittest.skipUnless(pandas, "needs pandas")
+    def test_all_devices_and_refusals(self):
+        text, rows = "", []
+        for k, (medium, keys, states) in enumerate(CHANNELS, 1):
+            lines = [f"{key} = {value}" for key, value in keys.items() if value is not None]
+            text += "\n".join([f"[{medium} {k}]", *lines, ""])
+            measured = {"meter_mass": "q_t_h", "meter_volume": "q_m3_h", "meter_standard_volume": "q_m3_h",
+                        "external": "volume_m3_h"}.get(keys["device"], "dp_kPa")
+            rows += [{"time_s": 1800 * n + k, "channel": f"{medium} {k}", "t_C": t, "p_MPa": p, measured: x}
+                     for n, (t, p, x) in enumerate(states)]
+        readings = pandas.DataFrame(rows).sort_values("time_s", kind="stable", ignore_index=True)
+        with tempfile.TemporaryDirectory() as directory:
+            station, file = Path(directory, "station.ini"), Path(directory, "readings.csv")
+            station.write_text(text)
+            readings.to_csv(file, index=False)
+            frame = kalorfix.Station(station).frame(readings)
+            wanted = run(station, file)
+        self.assertGreater((frame.status == "refused").sum(), 25)
+        self.compare(frame, wanted)
+
+    def test_states(self):
+        by_density = ["--rho-c", "0.68", "--n2", "0.9", "--co2", "0.1"], dict(rho_c_kg_m3=0.68, nitrogen_pct=0.9,
+                                                                             carbon_dioxide_pct=0.1)
+        given = ["--composition", GAS_FILE], dict(composition=GAS_FILE)
+        for method, (options, keys) in {"nx19": by_density, "gerg91": by_density, "vnic": given,
+                                        "aga8": (given[0], dict(given[1], contents_pct=(0, 0)))}.items():
+            self.compare_states(lambda **at: kalorfix.gas(method=method, **keys, **at),
+                                "gas", "--method", method, *options, "--t", "-20:60:16", "--p", "0.1:12:0.7")
+        self.compare_states(kalorfix.water, "water", "--t", "0:800:25", "--p", "0:100:4")
+
+    def compare_states(self, state, command, *arguments):
+        done = subprocess.run([TOOL, command, *arguments, "--csv", "--lib", LIBRARY], capture_output=True, text=True)
+        for row in csv.DictReader(io.StringIO(done.stdout)):
+            ours = state(t=float(row["t_C"]), p=float(row["p_MPa"]))
+            for name, printed in row.items():
+                name = re.sub("(?<=_heat)_.*", "", name)
+                value = getattr(ours, name, None)
+                if name == "status":
+                    self.assertEqual(value == "computed", printed == "1", row)
+                elif printed and name != "Z":
+                    self.assertEqual(value, printed if name == "phase" else float(printed), row)
+
+    def test_text_cases(self):
+        counts = dict.fromkeys(("t_param_1", "t_phase_1", "gas_by_density", "gas_by_composition"), 0)
+        for function, place, given, expected in cases(*counts):
+            x = {name: float(value) for name, value in given.items()}
+            if "T_K" in x and not (250 < x["T_K"] < 340 and 0.001 < x["p_MPa"] < 30):
+                continue
+            if function.startswith("t_"):
+                saturated = x.get("mode") == 3
+                # What is no number is an argument that was wrong; saturated vapour has its own pressure; a state has a
+                # saturation pressure where the phase is undecided.
+                if expected.get("phase", ("",))[0] == "undecided" or not math.isfinite(x["t_C"] + x.get("p_MPa", 0)) or (
+                        saturated and x.get("p_MPa", 0) > 100):
+                    continue
+                state = kalorfix.water(t=x["t_C"], p=None if saturated else x.get("p_MPa", 0.1), saturated=saturated)
+            else:
+                method = kalorfix.gas_channel.METHODS[int(given["method"])]
+                keys = dict(rho_c_kg_m3=x.get("rho_c"), nitrogen_pct=x.get("n2_pct"), carbon_dioxide_pct=x.get("co2_pct"))
+                if function == "gas_by_composition":
+                    content = {name: x.get(f"x{k}", 0.0) for k, name in enumerate(kalorfix.COMPONENTS)}
+                    if method not in ("aga8", "vnic") or abs(math.fsum(content.values()) - 100) > 0.01:
+                        continue
+                    keys = dict(composition=content)
+                state = kalorfix.gas(t=x["T_K"] - 273.15, p=x["p_MPa"], method=method, **keys)
+                if state.status == "refused" and state.K and state.K >= 0.9999:
+                    continue
+            for name, (value, tolerance, deviates) in expected.items():
+                if name == "status":
+                    self.assertEqual(state.status, value, place)
+                elif hasattr(state, name) and name != "phase" and not deviates and state.status == "computed":
+                    counts[function] += 1
+                    self.assertTrue(met(getattr(state, name), value, tolerance), f"{place}: {name} {getattr(state, name)}")
+        self.assertTrue(all(counts.values()), counts)
+
+
+class Promises(unittest.TestCase):
+    def test_wrong_arguments_name_their_limit(self):
+        gas = dict(ORIFICE, **DENSITY)
+        mixture = dict(ORIFICE, method="aga8")
+        steam = kalorfix.Heat(**STEAM)
+        for call, wanted in [
+            (lambda: kalorfix.Gas(**dict(gas, device="orifice")), "device: expected one of orifice_corner, "),
+            (lambda: kalorfix.Gas(**dict(gas, method="aga9")), "one of nx19, gerg91, aga8, vnic, not 'aga9'"),
+            (lambda: kalorfix.Gas(**dict(gas, pipe_material=40)), "pipe_material must lie within 1..39, not 40"),
+            (lambda: kalorfix.Gas(**dict(gas, pipe_material=7.5)), "pipe_material must be a whole number within 1..39"),
+            (lambda: kalorfix.Gas(**dict(gas, D20_mm=math.nan)), "D20_mm must lie within 0..10000 mm, not nan"),
+            (lambda: kalorfix.Gas(**dict(gas, D20_mm="250")), "D20_mm: expected a number within 0..10000 mm, not '250'"),
+            (lambda: kalorfix.Gas(**dict(gas, D20_mm=None)), "lacks D20_mm (accepted: 0..10000 mm)"),
+            (lambda: kalorfix.Gas(**dict(gas, alpha_eps=1)), "alpha_eps has no meaning with device orifice_flange"),
+            (lambda: kalorfix.Gas(**dict(gas, composition=GAS_FILE)), "gerg91 takes density, nitrogen and carbon dioxide"),
+            (lambda: kalorfix.Gas(**dict(gas, heat_unit="kJ")), "only vnic has a choice"),
+            (lambda: kalorfix.Gas(**mixture), "lacks composition"),
+            (lambda: kalorfix.Gas(**mixture, composition={"methan": 100}), "no such component: 'methan'; there are methane"),
+            (lambda: kalorfix.Gas(**mixture, composition={"methane": 0.97, "ethane": 0.03}),
+             "sums to 1: are these fractions?"),
+            (lambda: kalorfix.Gas(**mixture, composition={"methane": 1, "ethane": 99}, volume_fractions=True),
+             "ethane must lie within 0..1, not 99"),
+            (lambda: kalorfix.Gas(**mixture, composition={"methane": 98.9}), "sums to 98.9 mol %, accepted: 99..101 mol %"),
+            (lambda: kalorfix.Heat(**dict(STEAM, device="meter_standard_volume")), "which a heat carrier has not"),
+            (lambda: kalorfix.Heat(**dict(STEAM, x=0.5, phase="water")), "x has no meaning with phase water"),
+            (lambda: steam.cycle(math.nan, 1.2, 40), "t must lie within"),
+            (lambda: steam.cycle(300, "1.2", 40), "p: expected a number"),
+            (lambda: steam.cycle(300, 1.2), "dp: expected a number"),
+            (lambda: steam.cycle(300, 1.2, q=3), "takes dp, in kPa"),
+            (lambda: kalorfix.water(t=150), "give the absolute pressure within 0..100 MPa"),
+        ]:
+            with self.assertRaisesRegex(ValueError, re.escape(wanted)):
+                call()
+        if pandas:
+            rows = pandas.DataFrame({"t_C": [300.0, math.nan], "p_MPa": 1.2, "dp_kPa": 40.0}, index=["a", "b"])
+            for df, wanted in [(rows, "row 'b': t_C must lie"),
+                               (rows.assign(t_K=500.0), "one of the columns t_C, t_K, not t_C, t_K"),
+                               (rows[:1].drop(columns="p_MPa"), "p_Pa, p_kPa, p_MPa, not none"),
+                               (rows.fillna(300.0).assign(time_s=[60, 60]), "row 'b': the time 60 s does not follow")]:
+                with self.assertRaisesRegex(ValueError, re.escape(wanted)):
+                    steam.frame(df)
+
+    def test_sums_near_a_hundred(self):
+        for methane, remarks in ((99.99, 0), (100.0, 0), (99.98, 1), (99.0, 1)):
+            with warnings.catch_warnings(record=True) as caught:
+                warnings.simplefilter("always")
+                state = kalorfix.gas(t=10, p=5, method="aga8", composition={"methane": methane})
+            self.assertEqual((state.status, len(caught)), ("computed", remarks))
+
+    def test_libraries_do_not_disturb_each_other(self):
+        mine, other = kalorfix.Library(LIBRARY), kalorfix.Library(LIBRARY)
+        keys = dict(ORIFICE, method="aga8", composition=GAS_FILE)
+        channel = kalorfix.Gas(**keys, library=mine)
+        alone = channel.cycle(15, 5.5, 25)
+        self.assertEqual(alone.status, "computed")
+        heavy = dict(method="gerg91", rho_c_kg_m3=0.9, nitrogen_pct=15.0, carbon_dioxide_pct=15.0)
+        failed = []
+
+        def work(library):
+            neighbour = kalorfix.Gas(**dict(ORIFICE, **heavy), library=library)
+            own = kalorfix.Gas(**keys, library=library)
+            for _ in range(300):
+                neighbour.cycle(50, 1, 10)
+                if own.cycle(15, 5.5, 25) != alone or channel.cycle(15, 5.5, 25) != alone:
+                    failed.append(library)
+
+        threads = [threading.Thread(target=work, args=(library,)) for library in (mine, mine, other)]
+        for one in threads:
+            one.start()
+        for one in threads:
+            one.join()
+        self.assertEqual(failed, [])
+        self.assertEqual(mine.floats("Xa"), [single(0.003)])
+        self.assertEqual(kalorfix.Library(LIBRARY).floats("Xa"), [0.0])
+        other.close()
+        self.assertEqual(channel.cycle(15, 5.5, 25), alone)
+        mine.close()
+        with self.assertRaisesRegex(ValueError, "closed"):
+            channel.cycle(15, 5.5, 25)
+
+    def test_volume_fractions_are_mole_fractions_to_the_contents(self):
+        fractions = {"methane": 0.9, "nitrogen": 0.06, "carbon_dioxide": 0.04}
+        channel = kalorfix.Gas(**ORIFICE, method="aga8", composition=fractions, volume_fractions=True)
+        for contents, wanted in zip(channel.contents_pct, (6.0, 4.0)):
+            self.assertTrue(0 < abs(contents - wanted) < 0.05, contents)
+
+
+if __name__ == "__main__":
+    import os
+    os.environ["KALORFIX_LIBRARY"] = str(LIBRARY)
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
