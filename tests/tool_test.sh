@@ -23,6 +23,26 @@ composition() {
 }
 rows tool_compositions.txt composition
 
+# One reading and one check: rows, then what was solved from what the same point gave.
+examples=$tests/../examples
+cp "$examples/natural_gas.csv" gas.csv && sed 's/natural_gas/gas/' "$examples/station.ini" >all.ini
+sed -n '/^\[GAS 2\]/,/^\[HEAT 1\]/{/^\[HEAT/!p}' all.ini >one.ini
+sed 's/^d20_mm.*/d20_mm = 395/' one.ini >wide.ini
+sed '/_exponent/d' one.ini >short.ini
+rows calc_runs.txt row
+value() { sed -n "s/.*\"$1\":\([^,}]*\).*/\1/p" "$said/out"; }
+trip() {
+    # shellcheck disable=SC2086
+    {
+        expect 0 '"solved"' calc $1 --d20 "$2" --dp "$3" --json && q=$(value q_m_t_h)t/h
+        expect 0 '"solved"' calc $1 --d20 "$2" --q "$q" --json && dp=$(value dp_Pa)
+        expect 0 '"solved"' calc $1 --dp "$3" --q "$q" --json && d20=$(value d20_mm)
+    }
+    awk -v a="$dp" -v b="$3" -v c="$d20" -v d="$2" 'BEGIN { x = a / b / 1000 - 1; y = c / d - 1; exit !(x * x < 1e-18 && y * y < 1e-18) }' ||
+        fail "found again: dp $dp Pa of $3 kPa, d20 $d20 mm of $2 mm: $1"
+}
+rows calc_trips.txt trip
+
 # The gas data file: shown, built again, judged.
 gasdat() {
     mkdir -p sheets
@@ -42,7 +62,20 @@ expect 2 '^kalorfix: /none: cannot read this table of gas data: No such file' ga
 expect 2 '^kalorfix: /none/x: cannot be written' gasdat build listing -o /none/x
 expect 2 'output' gasdat build listing
 expect 2 'subcommand' gasdat
+expect 2 '^kalorfix: --output sheets/./aga8_terms.csv: is the file of the table sheets/aga8_terms.csv already$' \
+    gasdat build sheets -o sheets/./aga8_terms.csv
 [ -e out.dat ] && fail "a failed build left a file"
+mkfifo pipe
+expect 2 'cannot read this gas data file: it is no regular file$' gasdat show pipe
+expect 2 'pipe is a pipe$' --lib ./pipe id
+# A terminal takes nothing from a name: neither C0 nor C1 in UTF-8 or alone, while a name in Russian stays.
+expect 2 '^kalorfix: \?\[2J\?\?\?м: no such command' "$(printf '\033[2J\302\233\233м')"
+# Nobody reads: no word, and the status of SIGPIPE.
+for words in 'demo' 'water --t 0:800:0.1 --p 1' 'gasdat show random.dat' 'run --help'; do
+    # shellcheck disable=SC2086
+    { sleep 0.2; "$tool" $words 2>err; echo $? >status; } | :
+    [ "$(cat status)" -eq 141 ] && [ ! -s err ] || { fail "a closed pipe: $words" && cat err; }
+done
 
 [ "$("$tool" water --t 20:20.3:0.1 --p 1 --csv | wc -l)" -eq 5 ] || fail "the stop belongs to the range"
 "$tool" >out 2>err && fail "no arguments"

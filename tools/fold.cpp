@@ -22,9 +22,8 @@ std::string fold_at(std::string_view line, std::size_t column, std::size_t inden
 
 std::string fold_words(std::string_view line, std::size_t indent) {
     std::string folded;
-    while (line.size() > narrow_width) {
-        const std::size_t room = folded.empty() ? narrow_width : narrow_width - indent;
-        const std::size_t blank = line.size() <= room ? line.npos : line.rfind(' ', room);
+    for (std::size_t room = narrow_width; line.size() > room; room = narrow_width - indent) {
+        const std::size_t blank = line.rfind(' ', room);
         if (blank == line.npos || blank == 0) break;
         folded += cat(line.substr(0, blank), "\n", std::string(indent, ' '));
         line.remove_prefix(blank + 1);
@@ -32,20 +31,36 @@ std::string fold_words(std::string_view line, std::size_t indent) {
     return folded + std::string(line);
 }
 
-std::string fold_table(std::string_view table, std::string_view second_from, std::string_view unit) {
-    std::string first, second;
-    const std::string_view heading = table.substr(0, table.find('\n'));
-    const std::size_t cut = heading.find(second_from), kept = heading.find(unit);
-    if (cut == table.npos || kept == table.npos) return std::string(table);
-    for (std::size_t begin = 0; begin < table.size();) {
-        const std::size_t end = std::min(table.find('\n', begin), table.size());
-        const std::string_view line = table.substr(begin, end - begin);
-        const std::string_view rest = line.substr(std::min(cut, line.size()));
-        first += cat(line.substr(0, cut), "\n");
-        second += cat(line.substr(0, kept), rest, "\n");
+std::string fold_lines(std::string_view text, std::size_t indent) {
+    std::string folded;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        folded += fold_words(text.substr(begin, end - begin), indent) + "\n";
         begin = end + 1;
     }
-    return first + second;
+    return folded;
+}
+
+std::string fold_table(std::string_view table, const std::vector<std::string_view>& from,
+                       std::string_view unit) {
+    const std::string_view heading = table.substr(0, table.find('\n'));
+    // Numbers may begin before the name of their column, and end where the name before it does.
+    std::vector<std::size_t> cuts{0};
+    for (const std::string_view name : from)
+        cuts.push_back(heading.find_last_not_of(' ', heading.find(name) - 1) + 1);
+    const std::string_view kept = heading.substr(0, heading.find(unit));
+    std::string folded;
+    for (std::size_t k = 0; k < cuts.size(); ++k)
+        for (std::size_t begin = 0; begin < table.size();) {
+            const std::size_t end = std::min(table.find('\n', begin), table.size());
+            const std::string_view line = table.substr(begin, end - begin);
+            if (k > 0) folded += line.substr(0, kept.size());
+            folded += line.substr(std::min(cuts[k], line.size()),
+                                  k + 1 < cuts.size() ? cuts[k + 1] - cuts[k] : line.npos);
+            folded += '\n';
+            begin = end + 1;
+        }
+    return folded;
 }
 
 }  // namespace kalorfix::tool

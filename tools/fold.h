@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kalorfix::tool {
 
@@ -17,8 +18,12 @@ inline constexpr std::size_t narrow_width = 80;
 /// A line cut at blanks to fit the width, the lines behind the first so many blanks in.
 [[nodiscard]] std::string fold_words(std::string_view line, std::size_t indent);
 
-/// A table with a heading whose columns stand below each other: the columns from `second` on follow as a second table,
-/// behind the part of each row that stands before `unit`.
-[[nodiscard]] std::string fold_table(std::string_view table, std::string_view second, std::string_view unit);
+/// Lines, each cut so.
+[[nodiscard]] std::string fold_lines(std::string_view text, std::size_t indent);
+
+/// A table with a heading whose columns stand below each other, numbers to the right: from each of the columns `from` on a table of
+/// its own follows, behind the part of each row that stands before the column `unit`. The heading has all of these.
+[[nodiscard]] std::string fold_table(std::string_view table, const std::vector<std::string_view>& from,
+                                     std::string_view unit);
 
 }  // namespace kalorfix::tool

@@ -4,13 +4,17 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
+#include <sstream>
+#include <system_error>
 
 #include "tools/closest.h"
 #include "tools/commands.h"
 #include "tools/host.h"
+#include "tools/output_file.h"
 #include "tools/station/station_keys.h"
 #include "tools/text.h"
 
@@ -101,11 +105,14 @@ int complain(const std::string& what) {
     return bad_input;
 }
 
+// As if the signal had ended the program, but with its temporary files removed.
+constexpr int closed_pipe = 128 + SIGPIPE;
+
 // Output may fail as late as here, on a full disk for one.
 int finish(int status) {
-    std::cout.flush();
-    if (!std::cout || std::fflush(stdout) != 0 || std::ferror(stdout))
-        return complain("cannot write the output");
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+        return errno == EPIPE ? closed_pipe : complain("cannot write the output");
     return status;
 }
 
@@ -120,7 +127,7 @@ Command program(std::string& library, std::string& gas_data) {
              {"--gas-data", "FILE",
               "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)", &gas_data}},
             {demo_command(), water_command(), gas_command(), gasdat_command(), verify_command(), run_command(),
-             materials_command(), id_command()}};
+             calc_command(), check_command(), materials_command(), id_command()}};
 }
 
 // The help of the program, of a command, or of a key of a station file.
@@ -163,7 +170,10 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& asked) {
-        return finish(app.exit(asked));
+        std::ostringstream text;
+        const int status = app.exit(asked, text, text);
+        fmt::print("{}", text.str());
+        return finish(status);
     } catch (const CLI::ParseError& error) {
         return complain(explain(app, all, error));
     }
@@ -183,8 +193,15 @@ int run(int argc, char** argv) {
 }  // namespace kalorfix::tool
 
 int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return kalorfix::tool::run(argc, argv);
+    } catch (const kalorfix::tool::ClosedPipe&) {
+        return kalorfix::tool::closed_pipe;
+    } catch (const std::system_error& error) {
+        // Printing to a pipe that nobody reads.
+        return error.code().value() == EPIPE ? kalorfix::tool::closed_pipe
+                                             : kalorfix::tool::complain(error.what());
     } catch (const std::exception& error) {
         return kalorfix::tool::complain(error.what());
     }

@@ -8,14 +8,17 @@ namespace {
 
 using enum Dimension;
 
-constexpr double kgf_N = 9.80665, mmHg_Pa = 133.322387415, psi_Pa = 6894.757293168, inch_mm = 25.4;
+constexpr double kgf_N = 9.80665, mmHg_Pa = 133.322387415, inch_mm = 25.4, pound_kg = 0.45359237;
+constexpr double psi_Pa = pound_kg * kgf_N / (inch_mm * inch_mm * 1e-6), foot_m = 12.0 * inch_mm * 1e-3;
 constexpr double zero_celsius_K = 273.15, zero_celsius_F = 32.0, K_per_F = 5.0 / 9.0;
-constexpr double GJ_per_Gcal = 4.1868, GJ_per_MWh = 3.6, s_per_h = 3600.0;
+constexpr double GJ_per_Gcal = 4.1868, GJ_per_MWh = 3.6, s_per_h = 3600.0, h_per_d = 24.0;
 
 constexpr Unit units[] = {
     {temperature, "C", 1.0},
+    {temperature, "degC", 1.0},
     {temperature, "K", 1.0, -zero_celsius_K},
     {temperature, "F", K_per_F, -zero_celsius_F* K_per_F},
+    {temperature, "degF", K_per_F, -zero_celsius_F* K_per_F},
     {pressure, "Pa", 1.0},
     {pressure, "hPa", 1e2},
     {pressure, "kPa", 1e3},
@@ -30,18 +33,31 @@ constexpr Unit units[] = {
     {length, "mm", 1.0},
     {length, "cm", 10.0},
     {length, "m", 1000.0},
+    {length, "um", 1e-3},
     {length, "in", inch_mm},
     {mass_flow, "t/h", 1.0},
     {mass_flow, "kg/h", 1e-3},
     {mass_flow, "kg/s", s_per_h * 1e-3},
+    {mass_flow, "t/d", 1.0 / h_per_d},
     {volume_flow, "m3/h", 1.0},
     {volume_flow, "m3/s", s_per_h},
+    {volume_flow, "m3/d", 1.0 / h_per_d},
     {volume_flow, "l/s", s_per_h * 1e-3},
     {standard_volume_flow, "m3/h", 1.0},
     {standard_volume_flow, "m3/h-std", 1.0},
+    {standard_volume_flow, "m3/s-std", s_per_h},
+    {standard_volume_flow, "m3/d-std", 1.0 / h_per_d},
     {heat_flow, "GJ/h", 1.0},
     {heat_flow, "Gcal/h", GJ_per_Gcal},
     {heat_flow, "MW", GJ_per_MWh},
+    {heat_flow, "kW", GJ_per_MWh * 1e-3},
+    {viscosity, "uPas", 1.0},
+    {viscosity, "mPas", 1e3},
+    {viscosity, "Pas", 1e6},
+    {viscosity, "cP", 1e3},
+    {density, "kg/m3", 1.0},
+    {density, "g/cm3", 1e3},
+    {density, "lb/ft3", pound_kg / (foot_m * foot_m * foot_m)},
 };
 
 char plain_sign(char c) { return c == '/' ? '_' : c; }

@@ -8,7 +8,7 @@
 
 namespace kalorfix::tool {
 
-/// What is measured, and the unit that the interface takes it in: degC, Pa, mm, t/h, m3/h, m3/h, GJ/h.
+/// What is measured, and the unit that the interface takes it in: degC, Pa, mm, t/h, m3/h, m3/h, GJ/h, uPa s, kg/m3.
 enum class Dimension {
     temperature,
     pressure,
@@ -16,7 +16,9 @@ enum class Dimension {
     mass_flow,
     volume_flow,
     standard_volume_flow,  ///< at 20 degC and 101.325 kPa
-    heat_flow
+    heat_flow,
+    viscosity,
+    density
 };
 
 struct Unit {

@@ -7,6 +7,7 @@
 #include "tools/commands.h"
 #include "tools/host.h"
 #include "tools/names.h"
+#include "tools/separate_files.h"
 #include "tools/states.h"
 
 namespace kalorfix::tool {
@@ -216,6 +217,7 @@ void draw(const Water& water, const Request& request, const Grid& grid) {
 
 int run(const Installation& files, Request& request) {
     const Grid grid = check(request);
+    keep_apart({{"--lib", files.library}, {"--gas-data", files.gas_data}}, {{"--svg", request.svg_file}});
     const host::Library library(files.library);
     const host::Owned<cTeplo2005> calculator = library.heat_calculator();
     const Water water{library, *calculator};

@@ -13,6 +13,8 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <limits>
+#include <span>
 
 #include "tools/closest.h"
 #include "tools/station/time_text.h"
@@ -24,6 +26,8 @@ namespace {
 
 constexpr std::size_t most_columns = 64;
 constexpr double largest_value = 1e12;
+// Two ticks: an interval does not bear two cycles within one.
+constexpr double shortest_step_s = 0.02;
 // The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
 constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr Limits barometer_kPa{50.0, 120.0, "kPa"};
@@ -89,6 +93,11 @@ bool is_pressure(const Column& column) {
            column.quantity == Quantity::barometer;
 }
 
+// A transmitter that failed leaves no value, or none that is a number.
+bool is_no_reading(std::string_view cell) {
+    return cell.empty() || (cell.size() == 3 && strncasecmp(cell.data(), "nan", 3) == 0);
+}
+
 bool takes(const Channel& channel, Quantity quantity) {
     if (quantity == Quantity::gauge || quantity == Quantity::barometer) return true;
     if (needs(channel, quantity)) return true;
@@ -139,9 +148,18 @@ std::string print_time(TimeKind kind, double seconds) {
     const auto days = std::chrono::floor<std::chrono::days>(since);
     const std::chrono::year_month_day date{std::chrono::sys_days(days)};
     const std::chrono::hh_mm_ss clock(since - days);
-    std::string text = fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", static_cast<int>(date.year()),
-                                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                                   clock.hours().count(), clock.minutes().count(), clock.seconds().count());
+    std::string text = fmt::format("{:04}-00-00T00:00:00", static_cast<int>(date.year()));
+    // Two digits, so far before the end.
+    const auto put = [&text](std::size_t before_end, auto value) {
+        const auto number = static_cast<unsigned>(value);
+        text[text.size() - before_end] = static_cast<char>('0' + number / 10);
+        text[text.size() - before_end + 1] = static_cast<char>('0' + number % 10);
+    };
+    put(14, static_cast<unsigned>(date.month()));
+    put(11, static_cast<unsigned>(date.day()));
+    put(8, clock.hours().count());
+    put(5, clock.minutes().count());
+    put(2, clock.seconds().count());
     if (seconds > whole) {
         std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
         fraction.erase(fraction.find_last_not_of('0') + 1);
@@ -180,6 +198,7 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
     };
     // A descriptor of its own: that of the process stays open.
     const int descriptor = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 && interrupted) return nullptr;
     if (descriptor < 0) throw refused(std::strerror(errno));
     auto stream = std::make_unique<FileStream>(descriptor);
     struct stat about {};
@@ -198,7 +217,8 @@ Readings::Readings(const Station& station, std::istream& in, const std::string& 
     : station_(station),
       lines_(in, name == "-" ? "standard input" : name),
       sheet_(decimal),
-      last_time_(station.channels.size()) {
+      last_time_(station.channels.size()),
+      index_(station) {
     read_heading();
 }
 
@@ -297,21 +317,18 @@ double Readings::read_time(std::string_view cell) {
     return time->seconds;
 }
 
-std::size_t Readings::find_channel(std::string_view cell) {
-    const std::size_t count = station_.channels.size();
-    // Channels mostly follow each other as in the station file.
-    for (std::size_t k = 0; k < count; ++k) {
-        const std::size_t i = (last_channel_ + 1 + k) % count;
-        if (station_.channels[i].name == cell) return last_channel_ = i;
-    }
+std::size_t Readings::find_channel(std::string_view cell) const {
+    if (const std::optional<std::size_t> found = index_.find(cell)) return *found;
+    constexpr std::size_t most_told = 20;
+    const std::span told(station_.channels.data(), std::min(most_told, station_.channels.size()));
     lines_.fail_at(cell, "no such channel: ", quoted(cell), "; ", station_.file, " describes ",
-                   joined(station_.channels, &Channel::name));
+                   joined(told, &Channel::name), told.size() < station_.channels.size() ? ", ..." : "");
 }
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) {
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
+    if (is_no_reading(cell)) return std::numeric_limits<double>::quiet_NaN();
     const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
-    if (cell.empty()) fail(channel.name, " needs a value here");
     if (!takes(channel, column.quantity))
         fail("the device of ", channel.name, " does not take it; leave the cell empty");
     const std::optional<double> value = sheet_.number(lines_, cell);
@@ -332,13 +349,13 @@ double Readings::pressure_by_gauge(const Channel& channel) {
         lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name, " has ",
                        columns_[pressure_column_].name, " as well; leave one of them empty");
     if (!absolute.empty()) return value(pressure_column_);
-    if (gauge.empty())
-        lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name, " needs a value here");
+    if (is_no_reading(gauge)) return std::numeric_limits<double>::quiet_NaN();
     const std::string_view atmosphere = cell(barometer_column_);
-    if (atmosphere.empty() && !channel.barometer_Pa)
+    if (barometer_column_ == columns_.size() && !channel.barometer_Pa)
         lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name,
-                       " needs the atmospheric pressure as well, here or by a key barometer_kPa");
-    double barometer_Pa = channel.barometer_Pa.value_or(0.0);
+                       " needs the atmospheric pressure as well: a column barometer_kPa, or a key "
+                       "barometer_kPa in its section");
+    double barometer_Pa = channel.barometer_Pa.value_or(std::numeric_limits<double>::quiet_NaN());
     if (!atmosphere.empty()) {
         barometer_Pa = value(barometer_column_);
         if (const double kPa = barometer_Pa / 1e3; kPa < barometer_kPa.low || kPa > barometer_kPa.high)
@@ -355,6 +372,9 @@ void Readings::check_order(const Measured& row, std::string_view time) {
     std::optional<double>& last = last_time_[row.channel];
     const std::string& name = station_.channels[row.channel].name;
     if (last && row.time_s == *last) lines_.fail_at(time, name, " has a row for ", time, " already");
+    if (last && row.time_s - *last < shortest_step_s)
+        lines_.fail_at(time, "less than ", shortest_step_s, " s after the row of ", name,
+                       " before; the library tells hundredths of a second apart");
     if (last && row.time_s - *last > longest_gap_s)
         lines_.fail_at(time, "more than ", longest_gap_s / 86400.0, " days after the row of ", name, " before");
     last = row.time_s;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tools/spreadsheet.h"
+#include "tools/station/channel_index.h"
 #include "tools/station/station.h"
 #include "tools/text.h"
 
@@ -69,7 +70,8 @@ struct Measured {
 [[nodiscard]] Quantity measured_by(const Channel& channel);
 
 /// The readings of a file, or with the name "-" of standard input, as a stream that can be walked through twice: a pipe is copied
-/// to an unnamed temporary file, which an interruption ends behind a whole line. Throws InputError when they cannot be read.
+/// to an unnamed temporary file, which an interruption ends behind a whole line. Null when it comes before a pipe is open. Throws InputError when they cannot
+/// be read.
 [[nodiscard]] std::unique_ptr<std::istream> open_readings(const std::string& name,
                                                           const volatile std::sig_atomic_t& interrupted);
 
@@ -101,7 +103,7 @@ private:
     void require_columns();
     void drop_empty_end(std::size_t fewest);
     double read_time(std::string_view cell);
-    std::size_t find_channel(std::string_view cell);
+    std::size_t find_channel(std::string_view cell) const;
     double read_value(std::string_view cell, const Column& column, const Channel& channel);
     double pressure_by_gauge(const Channel& channel);
     void check_order(const Measured& row, std::string_view time);
@@ -118,7 +120,7 @@ private:
     std::vector<std::string_view> cells_;
     std::vector<std::optional<double>> last_time_;  ///< of each channel
     double latest_ = 0.0;
-    std::size_t last_channel_ = 0;
+    ChannelIndex index_;
 };
 
 }  // namespace kalorfix::tool::station
