@@ -45,6 +45,13 @@ struct Command {
 /// `run`: a station over a file of readings.
 [[nodiscard]] Command run_command();
 
+/// `calc`: one reading of a metering point, solved for the flow, the differential pressure or the bore. Exit status 1 when there is no
+/// solution.
+[[nodiscard]] Command calc_command();
+
+/// `check`: the rules for a metering point before it is commissioned. Exit status 1 when a rule says STOP.
+[[nodiscard]] Command check_command();
+
 /// `demo`: a sheet for each channel of a built-in station (steam, water, gas by density, gas by composition) with the totals of an
 /// hour; then the day of the example station, or a line that says why not. Exit status 1 when a cycle of the built-in station is
 /// refused.

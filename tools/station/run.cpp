@@ -13,6 +13,7 @@
 #include "tools/simulated_clock.h"
 #include "tools/station/readings.h"
 #include "tools/station/station_keys.h"
+#include "tools/station/stops.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -79,6 +80,7 @@ struct Job {
     std::uint64_t bytes = 0;  // of the readings
     std::vector<std::optional<double>>
         first_s{};  // time of each channel's first reading that is to be computed
+    std::vector<TemperatureSpan> temperatures{};
 };
 
 // Whether the registers hold a reading already: a run goes on from them with the same readings or with later ones.
@@ -89,10 +91,12 @@ bool is_counted(const ChannelRegisters& registers, const Measured& row) {
 // The first walk through the readings: every mistake is found before anything is written.
 void check(Job& job) {
     job.first_s.resize(job.station.channels.size());
+    job.temperatures.resize(job.station.channels.size());
     Measured row;
     bool any = false;
     while (!signal_received && job.readings.next(row)) {
         any = true;
+        job.temperatures[row.channel].add(row[Quantity::t_C]);
         std::optional<double>& first = job.first_s[row.channel];
         if (!first && !is_counted(job.registers[row.channel], row)) first = row.time_s;
     }
@@ -201,6 +205,7 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
     check(job);
+    name_stops(station, job.temperatures);
 
     OutputFile out(request.out);
     std::optional<OutputFile> register_file;

@@ -1,0 +1,220 @@
+// `kalorfix calc`: one reading, solved for what is missing of it.
+#include <fmt/format.h>
+
+#include <cmath>
+#include <memory>
+
+#include "tools/calc_sheet.h"
+#include "tools/commands.h"
+#include "tools/host.h"
+#include "tools/output_file.h"
+#include "tools/point_options.h"
+#include "tools/runtime.h"
+#include "tools/svg.h"
+#include "tools/text.h"
+
+namespace kalorfix::tool {
+namespace {
+
+using metering::Answer;
+using metering::Dimension;
+using metering::Question;
+using metering::Unknown;
+
+constexpr double kPa = 1e-3;
+constexpr std::size_t most_answers = 100'000;
+
+struct Request : PointRequest {
+    std::string t, p, dp, q, round = "0.01mm", svg;
+    bool csv = false, json = false;
+};
+
+// What is known, each a number or a range; the product of the ranges is asked.
+struct Questions {
+    Question common{};
+    std::vector<double> t_C, p_Pa, dp_Pa, flow;
+
+    [[nodiscard]] std::size_t size() const { return t_C.size() * p_Pa.size() * dp_Pa.size() * flow.size(); }
+    template <class Visit>
+    void for_each(Visit&& visit) const {
+        Question q = common;
+        for (const double t : t_C)
+            for (const double p : p_Pa)
+                for (const double dp : dp_Pa)
+                    for (const double flow_value : flow) {
+                        q.t_C = t, q.p_Pa = p, q.dp_Pa = dp, q.flow = flow_value;
+                        visit(q);
+                    }
+    }
+};
+
+bool asked(const std::string& text) { return text.empty() || text == "?"; }
+
+Unknown unknown_of(const Request& request, bool bore_given) {
+    const bool dp = asked(request.dp), flow = asked(request.q);
+    const int count = int{dp} + int{flow} + int{!bore_given};
+    if (count == 0) throw InputError("--d20, --dp, --q: one of them is to be found; leave it out or give ?");
+    if (count > 1)
+        throw InputError("--d20, --dp, --q: give two of them, and the third is found; missing are ",
+                         bore_given   ? ""
+                         : dp && flow ? "d20, "
+                                      : "d20 and ",
+                         dp ? "dp" : "", dp && flow ? " and " : "", flow ? "q" : "");
+    if (!bore_given) return Unknown::bore;
+    return dp ? Unknown::dp : Unknown::flow;
+}
+
+std::vector<double> positive(std::string_view option, std::vector<double> values) {
+    for (const double value : values)
+        if (!(value > 0.0)) throw InputError(option, ": must be above 0");
+    return values;
+}
+
+Questions read_questions(const Request& request, const DescribedPoint& described) {
+    Questions all;
+    all.common.unknown = unknown_of(request, described.bore_given);
+    if (request.t.empty()) throw InputError("--t: give the temperature, such as --t 15 or 60F");
+    if (request.p.empty()) throw InputError("--p: give the absolute pressure, such as --p 5.5MPa");
+    all.t_C = read_values("--t", request.t, Dimension::temperature, "C");
+    all.p_Pa = positive("--p", read_values("--p", request.p, Dimension::pressure, "MPa"));
+    all.dp_Pa = all.flow = {0.0};
+    if (!asked(request.dp))
+        all.dp_Pa = positive("--dp", read_values("--dp", request.dp, Dimension::pressure, "kPa"));
+    const auto* const given = std::get_if<metering::GivenMedium>(&described.point.medium);
+    const bool standard = metering::is_gas(described.point.medium) && (!given || given->rho_c);
+    all.common.kind = standard ? metering::Flow::standard_volume : metering::Flow::mass;
+    if (!asked(request.q)) {
+        const metering::Unit* unit = nullptr;
+        all.flow = positive("--q", read_values("--q", request.q, Dimension::flow, "", &unit));
+        all.common.kind = unit->flow;
+    }
+    all.common.round_mm = read_value("--round", request.round, Dimension::length, "mm", 0, 100);
+    for (const std::size_t count : {all.t_C.size(), all.p_Pa.size(), all.dp_Pa.size(), all.flow.size()})
+        if (count > most_answers)
+            throw InputError("--t, --p, --dp, --q: at most ", most_answers, " answers in all");
+    if (static_cast<double>(all.t_C.size()) * static_cast<double>(all.p_Pa.size()) *
+            static_cast<double>(all.dp_Pa.size()) * static_cast<double>(all.flow.size()) >
+        static_cast<double>(most_answers))
+        throw InputError("--t, --p, --dp, --q: at most ", most_answers, " answers in all");
+    return all;
+}
+
+std::string flow_label(metering::Flow kind) {
+    constexpr std::string_view labels[] = {"mass flow, t/h", "volume flow, m3/h",
+                                           "flow at standard conditions, m3/h", "energy flow, GJ/h"};
+    return std::string(labels[static_cast<std::size_t>(kind)]);
+}
+
+// Flow over the differential pressure at the state of an answer, up to what is accepted or twice what was asked, with the ends of the
+// range as upright lines.
+void draw(const host::Library& library, const std::string& file, const std::string& name, const Question& q,
+          const std::vector<Answer>& answers) {
+    constexpr int dots = 400;
+    svg::Plot plot{(name.empty() ? "" : name + ": ") + "flow over differential pressure",
+                   "differential pressure, kPa",
+                   flow_label(q.kind),
+                   {},
+                   {}};
+    double top = 0.0;
+    for (const Answer& a : answers) top = std::max(top, 2.0 * a.dp_Pa);
+    for (const Answer& a : answers) {
+        if (!a.range.any) continue;
+        const double end = top > a.range.low.at ? std::min(top, a.range.high.at) : a.range.high.at;
+        svg::Curve curve{fmt::format("{:.4g} degC, {:.4g} MPa", a.medium.t_C, a.medium.p_Pa * 1e-6), {}};
+        for (int k = 0; k <= dots; ++k) {
+            const double dp_Pa = a.range.low.at + (end - a.range.low.at) * k / dots;
+            const metering::FlowResult flow = metering::flow_at(library, a.point, a.medium, dp_Pa);
+            curve.points.emplace_back(dp_Pa * kPa,
+                                      flow.accepted() ? metering::flow_of_kind(q.kind, flow) : std::nan(""));
+        }
+        const double most = curve.points.back().second;
+        plot.curves.push_back(std::move(curve));
+        if (answers.size() > 3) continue;  // two more lines each
+        for (const metering::End* limit : {&a.range.low, &a.range.high})
+            if (limit->at <= end && !limit->because.empty())
+                plot.curves.push_back({limit == &a.range.low ? "least accepted" : "most accepted",
+                                       {{limit->at * kPa, 0.0}, {limit->at * kPa, most}}});
+    }
+    if (plot.curves.empty()) throw InputError("--svg: nothing to draw: ", answers.front().why);
+    write_file(file, svg::draw(plot));
+}
+
+int run(const Installation& files, const Request& request) {
+    if (request.csv && request.json) throw InputError("--csv, --json: give one of them");
+    const host::Runtime runtime(files.gas_data);
+    const host::Library library(files.library);
+    const DescribedPoint described = read_point(library, request);
+    require_gas_data(files, described.point);
+    const Questions questions = read_questions(request, described);
+    library->Init();
+    bool all_solved = true, begun = false;
+    std::vector<Answer> drawn;
+    const bool table = request.csv || questions.size() > 1;
+    questions.for_each([&](const Question& q) {
+        Answer answer = metering::solve(library, described.point, q);
+        all_solved = all_solved && answer.solved();
+        const std::vector<Cell> cells = cells_of(q, answer);
+        if (request.json)
+            fmt::print("{}", calc_json(answer, cells));
+        else if (table)
+            fmt::print("{}{}", begun ? "" : calc_csv_head(cells), calc_csv_row(answer, cells));
+        else
+            fmt::print("{}", calc_sheet(described.name, q, answer));
+        begun = true;
+        const bool new_state = drawn.empty() || drawn.back().medium.t_C != answer.medium.t_C ||
+                               drawn.back().medium.p_Pa != answer.medium.p_Pa || q.unknown == Unknown::bore;
+        if (!request.svg.empty() && new_state)
+            drawn.push_back(std::move(answer));
+        else if (!request.svg.empty())
+            drawn.back().dp_Pa = std::max(drawn.back().dp_Pa, answer.dp_Pa);
+        if (drawn.size() > svg::most_curves)
+            throw InputError("--svg: at most ", svg::most_curves, " states or bores");
+    });
+    if (!request.svg.empty()) draw(library, request.svg, described.name, questions.common, drawn);
+    return all_solved ? 0 : 1;
+}
+
+}  // namespace
+
+Command calc_command() {
+    const auto request = std::make_shared<Request>();
+    Command command{
+        "calc", "One reading of a metering point, solved for the flow, the\ndifferential pressure or the bore.",
+        "Two of bore (--d20), differential pressure (--dp) and flow (--q) are given, the third\n"
+        "is found. A station file gives the bore; --d20 ? asks for it, --d20 220mm replaces it.\n\n"
+        "Examples:\n"
+        "  kalorfix calc station.ini 'GAS 2' --t 15 --p 5.5MPa --dp 25kPa\n"
+        "  kalorfix calc station.ini 'GAS 2' --t 15 --p 5.5MPa --q 250000m3/h-std\n"
+        "  kalorfix calc --device orifice_flange --D20 400mm --d20 ? --materials 7,32 \\\n"
+        "      --roughness 0.05mm --edge 0.05mm --gas aga8:natural_gas.csv \\\n"
+        "      --t 15 --p 5.5MPa --dp 25kPa --q 150000m3/h-std\n"
+        "  kalorfix calc --device venturi_machined --D20 200mm --d20 100mm --materials 7,32 \\\n"
+        "      --water --t 60 --p 6bar --dp 1:40:1kPa\n\n"
+        "Units: lengths " +
+            metering::unit_words(Dimension::length) + "; pressures, absolute, " +
+            metering::unit_words(Dimension::pressure) + ";\ntemperatures " +
+            metering::unit_words(Dimension::temperature) + "; flows " +
+            "kg/s, kg/h, t/h, t/d, l/s,\nm3/s, m3/h, m3/d, m3/h-std (at 20 degC and 101.325 kPa; also /s, "
+            "/d),\nGJ/h, MW, kW, Gcal/h; viscosities " +
+            metering::unit_words(Dimension::viscosity) +
+            ".\nWithout a unit: mm, MPa, kPa for --dp, degC, kg/m3, uPas; a flow needs one.\n"
+            "Ranges such as 1:40:1kPa of t, p, dp and q give a table as CSV, at most 100000 rows.\n\n"
+            "The sheet ends with the permanent pressure loss, the Reynolds numbers of the device and\n"
+            "the range of differential pressure and flow that the library accepts at this state.\n"
+            "Exit status 1 where something has no solution: the sheet says why; 2 for bad input.",
+        point_options(*request)};
+    const std::vector<Option> own{
+        {"--t", "T", "temperature", &request->t},
+        {"--p", "P", "absolute pressure, as measured", &request->p},
+        {"--dp", "DP", "differential pressure; left out: to be found", &request->dp},
+        {"--q", "Q", "flow with its unit; left out: to be found", &request->q},
+        {"--round", "R", "a bore is made to a multiple of this (0.01mm)", &request->round},
+        {"--csv", "", "comma-separated values with all digits", &request->csv},
+        {"--json", "", "a line of JSON for each answer", &request->json},
+        {"--svg", "FILE", "draw the flow over dp with its limits into FILE as well", &request->svg}};
+    command.options.insert(command.options.end(), own.begin(), own.end());
+    command.run = [request](const Installation& files) { return run(files, *request); };
+    return command;
+}
+
+}  // namespace kalorfix::tool

@@ -1,0 +1,179 @@
+#include "tools/metering/solve.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "flow/device.h"
+#include "flow/fixed_point.h"
+
+namespace kalorfix::metering {
+namespace {
+
+struct Root {
+    double at;
+    FlowResult flow;
+};
+
+// Root of flow - target between two values on its two sides: regula falsi with halved ends (Illinois), each third step a bisection. Where
+// the flow equation does not settle the library leaves the flow of its last pass, so that its side is known all the same.
+Root find_root(const Varied& flow, double target, Root low, Root high) {
+    constexpr int most = 200;
+    double f_low = low.flow.mass_th - target, f_high = high.flow.mass_th - target;
+    int last_side = 0;
+    for (int k = 0; k < most && f_low != 0.0 && f_high != 0.0; ++k) {
+        double at = (low.at * f_high - high.at * f_low) / (f_high - f_low);
+        if (k % 3 == 2 || !(low.at < at && at < high.at)) at = low.at + (high.at - low.at) / 2.0;
+        if (at <= low.at || at >= high.at) break;
+        Root found{at, flow(at)};
+        const double f = found.flow.mass_th - target;
+        const int side = std::signbit(f) == std::signbit(f_low) ? -1 : 1;
+        if (side < 0) {
+            low = std::move(found);
+            f_low = f;
+            if (last_side == side) f_high /= 2.0;
+        } else {
+            high = std::move(found);
+            f_high = f;
+            if (last_side == side) f_low /= 2.0;
+        }
+        last_side = side;
+    }
+    const auto off = [&](const Root& root) {
+        return root.flow.accepted() ? std::fabs(root.flow.mass_th - target) : HUGE_VAL;
+    };
+    return off(low) <= off(high) ? low : high;
+}
+
+// Mass flow of a pass that did not settle, which the library leaves in kg/s.
+FlowResult with_sides(FlowResult flow) {
+    constexpr double th_per_kgs = 3.6;
+    if (flow.limit == flow::Limit::passes) flow.mass_th *= th_per_kgs;
+    return flow;
+}
+
+bool has_side(const FlowResult& flow) { return flow.accepted() || flow.limit == flow::Limit::passes; }
+
+std::vector<Root> roots(const Varied& flow, double target, const Accepted& range) {
+    std::vector<Root> path{{range.low.at, range.low.flow}};
+    for (const auto& [at, one] : range.walk)
+        if (has_side(one) && range.low.at < at && at < range.high.at) path.push_back({at, one});
+    if (range.high.at > range.low.at) path.push_back({range.high.at, range.high.flow});
+    std::vector<Root> found;
+    for (std::size_t k = 0; k + 1 < path.size(); ++k) {
+        const double a = path[k].flow.mass_th - target, b = path[k + 1].flow.mass_th - target;
+        if ((a <= 0.0) != (b <= 0.0) || (a == 0.0 && k == 0))
+            found.push_back(find_root(flow, target, path[k], path[k + 1]));
+    }
+    return found;
+}
+
+std::string place(const Answer& answer, Unknown unknown, double at) {
+    if (unknown == Unknown::bore) return fmt::format("d20 = {:.6g} mm, beta {:.5g}", at, answer.flow.beta);
+    return fmt::format("dp = {:.6g} kPa", at / 1000.0);
+}
+
+std::string amount(Flow kind, const FlowResult& flow) {
+    constexpr std::string_view names[] = {"t/h", "m3/h", "m3/h at standard conditions", "GJ/h"};
+    return fmt::format("{:.7g} {}", flow_of_kind(kind, flow), names[static_cast<std::size_t>(kind)]);
+}
+
+void no_such_flow(const Question& q, const End& end, bool more, Answer& answer) {
+    answer.status = more ? Status::too_large : Status::too_small;
+    answer.flow = end.flow;
+    answer.why = fmt::format("at {} the flow is {}; {} is not possible here{}{}",
+                             place(answer, q.unknown, end.at), amount(q.kind, end.flow), more ? "more" : "less",
+                             end.because.empty() ? "" : ": ", end.because);
+}
+
+void search(const Varied& plain, const Question& q, double target, const Accepted& range, Answer& answer,
+            double& unknown) {
+    const Varied flow = [&](double at) { return with_sides(plain(at)); };
+    if (!range.any) {
+        answer.why = range.refused;
+        return;
+    }
+    const std::vector<Root> found = roots(flow, target, range);
+    if (found.empty()) {
+        const bool more = target > range.low.flow.mass_th;
+        const End& end = more == (range.high.flow.mass_th > range.low.flow.mass_th) ? range.high : range.low;
+        unknown = end.at;
+        return no_such_flow(q, end, more, answer);
+    }
+    // A root that is a step gives way to one that is none.
+    const double tolerance = flow::tolerance(static_cast<unsigned char>(answer.point.pipe.metering_class));
+    const auto residual = [&](const Root& root) {
+        return root.flow.accepted() ? std::fabs(root.flow.mass_th - target) / target : HUGE_VAL;
+    };
+    const auto good = [&](const Root& root) { return residual(root) <= tolerance; };
+    const auto first = std::ranges::find_if(found, good);
+    const Root& root = first == found.end() ? found.front() : *first;
+    answer.ambiguous = std::ranges::count_if(found, good) > 1;
+    unknown = root.at;
+    answer.flow = root.flow;
+    answer.residual = residual(root);
+    answer.status = first == found.end() ? Status::step : Status::solved;
+    if (answer.status == Status::step)
+        answer.why = fmt::format(
+            "the flow lies in a step of the flow equation at {}, Re {:.5g}: no value gives exactly this flow",
+            place(answer, q.unknown, root.at), root.flow.Re);
+}
+
+void solve_bore(const host::Library& library, const Question& q, double target, Answer& answer) {
+    const flow::DeviceRow& device = flow::device_row(answer.point.pipe.device);
+    if (!device.is_standard()) {
+        answer.why = "a bore is found for orifice plates, nozzles and Venturi tubes alone";
+        return;
+    }
+    answer.dp_Pa = q.dp_Pa;
+    Point tried = answer.point;
+    const auto flow = [&](double d20_mm) {
+        tried.pipe.d20_mm = d20_mm;
+        return flow_at(library, tried, answer.medium, q.dp_Pa);
+    };
+    // A little beyond both ends, so that these are found as the library sees them.
+    constexpr int steps = 80;
+    constexpr double beyond = 0.02;
+    const double low = device.beta_min * (1.0 - beyond), high = device.beta_max * (1.0 + beyond);
+    std::vector<double> values;
+    for (int k = 0; k <= steps; ++k)
+        values.push_back(answer.point.pipe.D20_mm * (low + (high - low) * k / steps));
+    search(flow, q, target, accepted_range(flow, values), answer, answer.point.pipe.d20_mm);
+    if (!answer.solved() || !(q.round_mm > 0.0)) return;
+    const double rounded = std::round(answer.point.pipe.d20_mm / q.round_mm) * q.round_mm;
+    answer.rounded = std::pair(rounded, flow(rounded));
+}
+
+void solve_flow(const host::Library& library, const Question& q, Answer& answer) {
+    answer.dp_Pa = q.dp_Pa;
+    answer.flow = flow_at(library, answer.point, answer.medium, q.dp_Pa);
+    answer.why = answer.flow.refused;
+    if (answer.flow.accepted()) answer.status = Status::solved;
+}
+
+}  // namespace
+
+Answer solve(const host::Library& library, const Point& point, const Question& q, bool with_range) {
+    Answer answer;
+    answer.point = point;
+    answer.medium = properties_at(library, point, q.t_C, q.p_Pa);
+    answer.why = answer.medium.refused;
+    if (!answer.why.empty()) return answer;
+    const double target = mass_of(q.kind, q.flow, point, answer.medium);
+    if (q.unknown != Unknown::flow && !(target > 0.0)) {
+        answer.why = q.flow > 0.0 ? "this medium has no such flow" : "a flow is above 0";
+        return answer;
+    }
+    if (q.unknown == Unknown::flow) solve_flow(library, q, answer);
+    if (q.unknown == Unknown::bore) solve_bore(library, q, target, answer);
+    if (!with_range && q.unknown != Unknown::dp) return answer;
+    if (q.unknown == Unknown::bore && !answer.solved()) return answer;
+    answer.range = accepted_dp(library, answer.point, answer.medium);
+    if (q.unknown != Unknown::dp) return answer;
+    const auto flow = [&](double dp_Pa) { return flow_at(library, point, answer.medium, dp_Pa); };
+    search(flow, q, target, answer.range, answer, answer.dp_Pa);
+    return answer;
+}
+
+}  // namespace kalorfix::metering

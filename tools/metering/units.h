@@ -1,0 +1,40 @@
+// Numbers with a unit behind them, as a person types them: 400mm, 15.7in, 5.5MPa, 60F, 150000m3/h-std.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kalorfix::metering {
+
+enum class Flow { mass, volume, standard_volume, energy };
+
+/// value in the base unit = factor * number + offset.
+struct Unit {
+    std::string_view word;
+    double factor;
+    double offset = 0.0;
+    Flow flow = Flow::mass;  ///< of a unit of flow
+};
+
+/// Base units: mm, Pa (absolute), K and degC of temperature as degC, uPa s, kg/m3; flows t/h, m3/h, GJ/h.
+enum class Dimension { length, pressure, temperature, viscosity, density, flow };
+
+struct Quantity {
+    double value;  ///< in the base unit
+    const Unit* unit;
+};
+
+/// A finite number and a unit, with or without a blank between them; a bare number takes `otherwise` unless that is empty. Nothing
+/// for anything else.
+[[nodiscard]] std::optional<Quantity> read_quantity(std::string_view text, Dimension dimension,
+                                                    std::string_view otherwise);
+
+/// The unit of a word; null when there is none.
+[[nodiscard]] const Unit* find_unit(std::string_view word, Dimension dimension);
+
+/// "mm, cm, m, in": for help and messages.
+[[nodiscard]] std::string unit_words(Dimension dimension);
+
+}  // namespace kalorfix::metering
