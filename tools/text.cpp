@@ -56,10 +56,16 @@ std::string_view trimmed(std::string_view text, std::string_view blanks) {
 }
 
 std::string csv_cell(const std::string& text) {
-    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
     std::string out = "\"";
     for (const char c : text) out.append(c == '"' ? 2 : 1, c);
     return out + '"';
+}
+
+std::string csv_text(const std::string& text) {
+    const bool formula =
+        !text.empty() && std::string_view("=+-@\t\r").find(text.front()) != std::string_view::npos;
+    return csv_cell(formula ? "'" + text : text);
 }
 
 void split(std::string_view text, char separator, std::vector<std::string_view>& cells) {

@@ -151,12 +151,17 @@ void prime_gas_state(const host::Library& library, const Station& station) {
     }
 }
 
-Outcome run_cycle(const host::Library& library, const Channel& c, const Measured& row, Registers& registers) {
+Outcome run_steps(const host::Library& library, const Channel& c, const Measured& row) {
     Outcome out;
     out.input = input_of(c, row);
     constexpr std::array steps{state, properties, geometry, flow};
     for (std::size_t k = 0; k < steps.size() && steps[k](library, c, out); ++k)
         out.reached = static_cast<Step>(k + 1);
+    return out;
+}
+
+Outcome run_cycle(const host::Library& library, const Channel& c, const Measured& row, Registers& registers) {
+    Outcome out = run_steps(library, c, row);
     // After a refusal too: the totals then pass the time over.
     const Registers before = registers;
     const std::size_t accepted = totals(library, c, out, registers);

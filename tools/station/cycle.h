@@ -64,6 +64,9 @@ void set_up(const host::Library& library, const Station& station, const Channel&
 /// first cycle would differ from all others.
 void prime_gas_state(const host::Library& library, const Station& station);
 
+/// State, properties, geometry and flow, without the totals; `reached` is Step::totals when all succeeded.
+[[nodiscard]] Outcome run_steps(const host::Library& library, const Channel& channel, const Measured& row);
+
 /// Runs a cycle: state, properties, geometry, flow, then totals and both intervals of every integrator.
 [[nodiscard]] Outcome run_cycle(const host::Library& library, const Channel& channel, const Measured& row,
                                 Registers& registers);
