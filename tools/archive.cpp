@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string_view>
 
+#include "tools/cells.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -35,40 +36,11 @@ constexpr OwnColumn own_columns[] = {
     {"dp_sd_kPa", Own::deviation, 1e3},
 };
 
-// What parts the cells, as the heading shows it.
-char separator_of(std::string_view heading) {
-    for (const char one : {';', '\t'})
-        if (heading.find(one) != std::string_view::npos) return one;
-    return ',';
-}
-
-// The cells in place, quotes and blanks included.
-std::vector<std::string_view> raw_cells(std::string_view line, char separator) {
-    std::vector<std::string_view> cells;
-    bool quoted = false;
-    std::size_t begin = 0;
-    for (std::size_t k = 0; k <= line.size(); ++k) {
-        if (k < line.size() && line[k] == '"') quoted = !quoted;
-        if (k < line.size() && (quoted || line[k] != separator)) continue;
-        cells.push_back(line.substr(begin, k - begin));
-        begin = k + 1;
-    }
-    return cells;
-}
-
-std::string_view content(std::string_view cell) { return trimmed(cell, " \t\""); }
-
-std::optional<double> number_of(std::string_view cell, char separator) {
-    std::string text(cell);
-    if (separator != ',') std::ranges::replace(text, ',', '.');
-    return number(text);
-}
-
 void take(const Lines& lines, std::string_view cell, const OwnColumn& column, char separator, ArchiveRow& row) {
     constexpr double largest = 1e12;
-    const std::string_view text = content(cell);
+    const std::string_view text = cell_content(cell);
     if (text.empty()) return;
-    const std::optional<double> value = number_of(text, separator);
+    const std::optional<double> value = cell_number(text, separator);
     if (!value || std::fabs(*value) > largest)
         lines.fail_at(text, column.name, ": expected a number within -1e12..1e12, or an empty cell, not ",
                       quoted(text));
@@ -94,10 +66,10 @@ Heading read_heading(const Lines& lines, std::string_view line, char separator) 
     Heading heading;
     bool amount = false;
     for (const std::string_view cell : raw_cells(line, separator)) {
-        const auto* const own = std::ranges::find(own_columns, content(cell), &OwnColumn::name);
+        const auto* const own = std::ranges::find(own_columns, cell_content(cell), &OwnColumn::name);
         const bool known = own != std::end(own_columns);
         if (known && std::ranges::any_of(heading, [&](const auto* c) { return c && c->what == own->what; }))
-            lines.fail_at(cell, content(cell), " gives what another column gives already");
+            lines.fail_at(cell, cell_content(cell), " gives what another column gives already");
         amount = amount || (known && own->what <= Own::heat);
         heading.push_back(known ? own : nullptr);
     }
