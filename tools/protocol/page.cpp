@@ -29,7 +29,7 @@ table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nu
 .facts td { padding: 1px 0; border-bottom: 1px solid #bbb; height: 1.5em; } .facts code { font-size: 10px; }
 .numbers { font-size: 11.5px; } .numbers th, .numbers td { border: 1px solid #888; padding: 1px 5px; text-align: right; }
 .numbers th { font-weight: 600; vertical-align: bottom; overflow-wrap: normal; } .numbers th small { display: block; font-weight: 400; }
-.numbers .name { text-align: left; } .scroll { overflow-x: auto; }
+.numbers td { white-space: nowrap; } .numbers .name { text-align: left; } .scroll { overflow-x: auto; }
 .note { color: #333; font-size: 11.5px; } .outcome { border: 1.5px solid #111; padding: 6px 10px; margin: 8px 0; font-weight: 600; }
 .sign { display: grid; grid-template-columns: 1.5fr 1fr 1.4fr 1fr 1fr; gap: 20px 10px; margin-top: 24px; }
 .sign span { border-bottom: 1px solid #111; min-height: 2em; display: flex; align-items: flex-end; }
@@ -52,7 +52,7 @@ struct Writer {
         return text;
     }
     [[nodiscard]] std::string of(double value) const { return number(fmt::format("{:#.7g}", value)); }
-    [[nodiscard]] std::string plain_of(double value) const { return number(fmt::format("{:.8g}", value)); }
+    [[nodiscard]] std::string plain_of(double value) const { return number(fmt::format("{:.6g}", value)); }
 };
 
 // Two digits behind the first of the limit.
