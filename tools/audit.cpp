@@ -13,7 +13,6 @@
 #include "tools/output_file.h"
 #include "tools/runtime.h"
 #include "tools/station/cycle.h"
-#include "tools/station/diagnosis.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -28,14 +27,13 @@ using station::TimeKind;
 constexpr double hour_s = 3600.0, day_s = 86400.0;
 
 struct Request {
-    std::string station_file, archive, interval, stamp = "start", day_starts = "0", limit, csv;
+    std::string station_file, archive, interval, stamp = "start", day_starts, limit, csv;
     bool hours = false;
 };
 
 struct Settings {
-    std::optional<double> interval_s, limit_pct;
+    std::optional<double> interval_s, limit_pct, day_starts_h;
     bool stamped_at_end = false;
-    double day_starts_s = 0.0;
 };
 
 // A row recomputed.
@@ -66,9 +64,10 @@ Settings read_settings(const Request& request) {
         throw InputError("--stamp: there are start and end, not ", quoted(request.stamp));
     s.stamped_at_end = request.stamp == "end";
     const Limits hours{0.0, 23.0, "h"}, percent{0.0, 100.0, "%"};
-    const std::optional<double> starts = number_within(request.day_starts, hours);
-    if (!starts) throw InputError("--day-starts: ", expected_within(request.day_starts, hours));
-    s.day_starts_s = *starts * hour_s;
+    if (!request.day_starts.empty()) {
+        s.day_starts_h = number_within(request.day_starts, hours);
+        if (!s.day_starts_h) throw InputError("--day-starts: ", expected_within(request.day_starts, hours));
+    }
     if (!request.limit.empty()) {
         s.limit_pct = number_within(request.limit, percent);
         if (!s.limit_pct) throw InputError("--limit: ", expected_within(request.limit, percent));
@@ -86,7 +85,7 @@ std::vector<ChannelRows> recompute(const host::Library& library, const Station& 
         if (k == archive.rows.size()) throw InputError(file, ": rows without readings");
         const ArchiveRow& own = archive.rows[k];
         const double mean_Pa = measured[Quantity::dp_Pa];
-        if (own.spread.told() && !own.spread.is_possible(mean_Pa))
+        if (own.spread.told() && std::isfinite(mean_Pa) && !own.spread.is_possible(mean_Pa))
             throw InputError(
                 file, ": ", channel.name, ", row ", k + 1,
                 ": the mean dp does not lie between its least and its largest, or one of them or the "
@@ -96,7 +95,7 @@ std::vector<ChannelRows> recompute(const host::Library& library, const Station& 
         const bool computed = out.passed(station::Step::flow);
         if (!computed)
             row.refused = fmt::format("{}: {}", station::step_name(out.reached),
-                                      station::diagnose(library, channel, out, {}, 0));
+                                      station::refusal_of_steps(library, channel, out));
         for (std::size_t i = 0; i < station::integrator_count(channel.medium); ++i) {
             row.device[i] = own.of(channel, i);
             if (computed) row.reference[i] = static_cast<double>(out.q[i]);  // an hour of it
@@ -157,8 +156,9 @@ struct Printer {
     [[nodiscard]] double start_of(const ChannelRows& rows, const Row& row) const {
         return settings.stamped_at_end ? row.time_s - rows.interval_s : row.time_s;
     }
-    [[nodiscard]] double day_of(const ChannelRows& rows, const Row& row) const {
-        return std::floor((start_of(rows, row) - settings.day_starts_s) / day_s) * day_s;
+    [[nodiscard]] double day_of(const Channel& channel, const ChannelRows& rows, const Row& row) const {
+        const double starts_s = settings.day_starts_h.value_or(channel.contract_hour) * hour_s;
+        return std::floor((start_of(rows, row) - starts_s) / day_s) * day_s;
     }
     [[nodiscard]] std::string day_name(double day) const {
         const std::string text = station::print_time(kind, std::max(day, 0.0));
@@ -180,7 +180,7 @@ struct Printer {
             if (!row.device[k] || !row.reference[k]) continue;
             Compared here;
             here.add(*row.reference[k], *row.device[k], row.root);
-            if (const double at = day_of(all, row); at != day_at || day.intervals == 0) {
+            if (const double at = day_of(channel, all, row); at != day_at || day.intervals == 0) {
                 close_day();
                 day_at = at;
             }
@@ -299,6 +299,7 @@ int run(const Installation& files, const Request& request) {
     if (library->Init() != 1) throw InputError("the library refuses to initialise");
     const std::unique_ptr<const host::Library, SessionEnd> session(&library);
     for (const Channel& channel : s.channels) station::set_up(library, s, channel);
+    station::set_up_contents(library, s);
     station::prime_gas_state(library, s);
     std::vector<ChannelRows> all = recompute(library, s, request.archive, archive, readings);
     if (archive.rows.empty()) throw InputError(request.archive, ": holds no rows");
@@ -335,7 +336,8 @@ Command audit_command() {
          {"--csv", "FILE", "every row and integrator as a line, with all digits", &request->csv},
          {"--interval", "hour|day", "length of a row (default: as far apart as they are)", &request->interval},
          {"--stamp", "start|end", "what the time of a row is of its interval (start)", &request->stamp},
-         {"--day-starts", "HOUR", "hour at which a day begins (0)", &request->day_starts},
+         {"--day-starts", "HOUR", "hour at which a day begins (the contract hour\nof the channel)",
+          &request->day_starts},
          {"--limit", "PERCENT", "permitted difference of a sum", &request->limit}},
         {},
         [request](const Installation& files) { return run(files, *request); }};

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #include "tools/text.h"
 
@@ -20,6 +21,8 @@ namespace {
 
 constexpr std::size_t most_columns = 64;
 constexpr double largest_value = 1e12;
+// Two ticks: an interval does not bear two cycles within one.
+constexpr double shortest_step_s = 0.02;
 // The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
 constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr double zero_celsius_K = 273.15;
@@ -54,6 +57,11 @@ std::string names_of(Quantity quantity) {
 bool needs(const Channel& channel, Quantity quantity) {
     return quantity == Quantity::t_C || quantity == Quantity::p_Pa ||
            (channel.device != external_flow && quantity == measured_by(channel));
+}
+
+// A transmitter that failed leaves no value, or none that is a number.
+bool is_no_reading(std::string_view cell) {
+    return cell.empty() || (cell.size() == 3 && strncasecmp(cell.data(), "nan", 3) == 0);
 }
 
 bool takes(const Channel& channel, Quantity quantity) {
@@ -243,8 +251,8 @@ std::size_t Readings::find_channel(std::string_view cell) {
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) const {
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
+    if (is_no_reading(cell)) return std::numeric_limits<double>::quiet_NaN();
     const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
-    if (cell.empty()) fail(channel.name, " needs a value here");
     if (!takes(channel, column.quantity))
         fail("the device of ", channel.name, " does not take it; leave the cell empty");
     const std::optional<double> value = number(cell);
@@ -261,6 +269,9 @@ void Readings::check_order(const Measured& row, std::string_view time) {
     std::optional<double>& last = last_time_[row.channel];
     const std::string& name = station_.channels[row.channel].name;
     if (last && row.time_s == *last) lines_.fail_at(time, name, " has a row for ", time, " already");
+    if (last && row.time_s - *last < shortest_step_s)
+        lines_.fail_at(time, "less than ", shortest_step_s, " s after the row of ", name,
+                       " before; the library tells hundredths of a second apart");
     if (last && row.time_s - *last > longest_gap_s)
         lines_.fail_at(time, "more than ", longest_gap_s / 86400.0, " days after the row of ", name, " before");
     last = row.time_s;

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
@@ -30,6 +31,7 @@ const std::vector<std::string>& column_names() {
         for (const Kind& kind : kinds) names.emplace_back(kind.flow);
         for (const char* const prefix : {"total_", "hour_", "day_"})
             for (const Kind& kind : kinds) names.push_back(std::string(prefix) + kind.amount);
+        names.insert(names.end(), {"hour_length_s", "day_length_s"});
         return names;
     }();
     return all;
@@ -50,9 +52,11 @@ void fill(const Cycle& cycle, Values& values) {
     for (const Result& one : cycle_results) {
         if (one.name.empty()) continue;
         // The Reynolds number is told of a refused flow too.
-        const bool told =
-            one.value == &Outcome::Re ? out.passed(Step::geometry) && out.Re != 0.0F : out.passed(one.step);
-        add(told && has(c, one.whose), out.*one.value);
+        const bool told = one.value == &Outcome::Re
+                              ? out.passed(Step::geometry) && out.Re != 0.0F && !std::isnan(out.input.dp)
+                              : out.passed(one.step);
+        const bool at_rest = out.at_rest && one.step == Step::flow;
+        add(told && !at_rest && has(c, one.whose), out.*one.value);
     }
     std::array<int, kinds.size()> index{};
     for (std::size_t k = 0; k < kinds.size(); ++k)
@@ -65,6 +69,44 @@ void fill(const Cycle& cycle, Values& values) {
             const Interval& interval = registers[at(k)].interval[set];
             add(k >= 0 && interval.closed, interval.result);
         }
+    for (std::size_t set = 0; set < 2; ++set) {
+        const auto closed =
+            std::ranges::find_if(registers, [set](const Register& one) { return one.interval[set].closed; });
+        add(closed != registers.end(),
+            closed == registers.end() ? 0.0F : static_cast<float>(closed->interval[set].length_s));
+    }
+}
+
+// Hours or days that are not as long as they should be say how long they were.
+std::string length_of(const Interval& interval, std::size_t set) {
+    constexpr std::array<double, 2> lengths{3600.0, 86400.0};
+    constexpr double tick_s = 0.01;
+    if (std::fabs(interval.length_s - lengths[set]) < tick_s) return {};
+    return fmt::format(" in {:.8g} s", interval.length_s);
+}
+
+// What a channel's readings came to, in lines for a person.
+std::string summary_of(const Channel& c, const ChannelSummary& summary, TimeKind kind) {
+    std::string text =
+        fmt::format("{:<11} {} cycles computed, {} refused\n", c.name, summary.computed, summary.refused);
+    if (c.needs_gas_data())
+        text += fmt::format("{:<11} composition sums to {:.7g} %{}\n", "", c.gas.sum_pct,
+                            c.gas.normalised ? ", scaled to 100 %" : "");
+    if (summary.refused > 0) text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
+    if (summary.at_rest > 0)
+        text += fmt::format("{:<11} at rest, below the cut-off: {} of the computed, lowest dp {:.7g} kPa\n", "",
+                            summary.at_rest, summary.lowest_dp_Pa * 1e-3F);
+    if (summary.passed_over > 0)
+        text += fmt::format("{:<11} steps too long to count: {}, {:.8g} s in all\n", "", summary.passed_over,
+                            summary.passed_over_s);
+    if (summary.longest_s == 0.0) return text;
+    text += fmt::format("{:<11} longest step {:.8g} s, to {}", "", summary.longest_s,
+                        print_time(kind, summary.longest_end_s));
+    if (!summary.longest_counted) return text + ", not counted\n";
+    for (std::size_t k = 0; k < integrator_count(c.medium); ++k)
+        text += fmt::format("{}{} {:.7g} {}", k == 0 ? ", counted as " : ", ", integrator(c.medium, k).name,
+                            summary.longest_amount[k], integrator(c.medium, k).unit);
+    return text + "\n";
 }
 
 // ---- The formats ----------------------------------------------------------------------------------------------
@@ -114,6 +156,13 @@ public:
     }
 
     void end(const RunEnd& end) override {
+        for (std::size_t i = 0; i < end.summaries.size(); ++i) {
+            const std::string text = summary_of(station_.channels[i], end.summaries[i], kind_);
+            for (const std::string_view line : split(text, '\n'))
+                if (!line.empty()) out_.write(fmt::format("# {}\n", line));
+        }
+        walk_calendar(station_, end.calendars, kind_, Calendar::hour,
+                      [this](const auto& row) { out_.write("# " + joined(row, {}, ",") + "\n"); });
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
@@ -150,18 +199,40 @@ public:
         for (std::size_t i = 0; i < station_.channels.size(); ++i) {
             const Channel& channel = station_.channels[i];
             const ChannelSummary& summary = end.summaries[i];
-            out_.write(fmt::format(
-                "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{}}}\n",
-                json_text(channel.name), summary.computed, summary.refused, end.interrupted));
+            std::string line = fmt::format(
+                "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{},"
+                "\"at_rest\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
+                json_text(channel.name), summary.computed, summary.refused, end.interrupted, summary.at_rest,
+                summary.passed_over_s, summary.longest_s);
+            for (std::size_t k = 0; summary.longest_s > 0.0 && k < integrator_count(channel.medium); ++k)
+                line += fmt::format(",\"longest_step_{}\":{}", integrator(channel.medium, k).name,
+                                    summary.longest_amount[k]);
+            out_.write(line + "}\n");
             for (std::size_t k = 0; end.with_registers && k < integrator_count(channel.medium); ++k)
                 out_.write(register_line(channel, end.registers[i], k));
         }
+        std::vector<std::string> heading;
+        walk_calendar(station_, end.calendars, kind_, Calendar::hour, [&](const auto& row) {
+            heading.empty() ? void(heading = row) : out_.write(calendar_line(heading, row));
+        });
     }
 
 private:
     [[nodiscard]] std::string time(double seconds) const {
         return kind_ == TimeKind::date ? fmt::format("\"time\":\"{}\"", print_time(kind_, seconds))
                                        : fmt::format("\"time_s\":{}", print_time(kind_, seconds));
+    }
+
+    [[nodiscard]] std::string calendar_line(const std::vector<std::string>& heading,
+                                            const std::vector<std::string>& row) const {
+        std::string line = "{\"record\":\"calendar\"";
+        for (std::size_t k = 0; k < row.size(); ++k) {
+            if (row[k].empty()) continue;
+            const bool text = k < 2 || (k == 2 && kind_ == TimeKind::date);
+            line += fmt::format(",{}:{}", json_text(k == 0 ? "period" : heading[k]),
+                                text ? json_text(row[k]) : row[k]);
+        }
+        return line + "}\n";
     }
 
     [[nodiscard]] std::string register_line(const Channel& channel, const ChannelRegisters& all,
@@ -208,14 +279,10 @@ public:
 
     void end(const RunEnd& end) override {
         std::string text = end.interrupted ? "interrupted\n" : "";
-        for (std::size_t i = 0; i < end.summaries.size(); ++i) {
-            const ChannelSummary& summary = end.summaries[i];
-            text += fmt::format("{:<11} {} cycles computed, {} refused\n", station_.channels[i].name,
-                                summary.computed, summary.refused);
-            if (summary.refused > 0)
-                text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
-        }
+        for (std::size_t i = 0; i < end.summaries.size(); ++i)
+            text += summary_of(station_.channels[i], end.summaries[i], kind_);
         out_.write(text);
+        write_calendar(end);
         if (end.with_registers)
             out_.write("registers\n" + print_registers_table(station_, end.registers, kind_));
     }
@@ -233,14 +300,29 @@ private:
         const auto cell = [](bool given, const char* layout, float value) {
             return given ? fmt::format(fmt::runtime(layout), value) : std::string("-");
         };
-        write_row(print_time(kind_, row.time_s), c.name, fmt::format("{:.2f}", o.input.t_C),
-                  fmt::format("{:.4f}", o.input.p_Pa * 1e-6F), cell(!meter, "{:.3f}", o.input.dp * 1e-3F),
+        const auto given = [&](const char* layout, float value) {
+            return cell(!std::isnan(value), layout, value);
+        };
+        write_row(print_time(kind_, row.time_s), c.name, given("{:.2f}", o.input.t_C),
+                  given("{:.4f}", o.input.p_Pa * 1e-6F), meter ? "-" : given("{:.3f}", o.input.dp * 1e-3F),
                   cell(o.passed(Step::properties), "{:#.6g}", o.rho),
-                  cell(solved && has(c, Of::standard_device), "{:.5f}", o.C),
-                  cell(solved && !meter, "{:.5f}", o.epsilon), cell(solved, "{:.4f}", o.q[0]),
+                  cell(solved && !o.at_rest && has(c, Of::standard_device), "{:.5f}", o.C),
+                  cell(solved && !o.at_rest && !meter, "{:.5f}", o.epsilon), cell(solved, "{:.4f}", o.q[0]),
                   cell(solved && c.is_gas(), "{:.1f}", o.q[2]), cell(solved, "{:.3f}", o.q[c.is_gas() ? 3 : 2]),
                   fmt::format("{:.3f}", registers[0].total),
                   cycle.done() ? "" : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
+    }
+
+    void write_calendar(const RunEnd& end) {
+        std::vector<std::vector<std::string>> rows;
+        walk_calendar(station_, end.calendars, kind_, static_cast<Calendar::Set>(first_set_),
+                      [&](const auto& row) {
+                          rows.push_back(row);
+                          std::ranges::replace(rows.back(), std::string(), std::string("-"));
+                      });
+        if (rows.size() < 2) return;
+        constexpr std::size_t texts = 3;
+        out_.write(aligned(rows, texts));
     }
 
     void write_closed(const Cycle& cycle, std::size_t set) {
@@ -248,9 +330,9 @@ private:
         std::string amounts;
         for (std::size_t k = 0; k < integrator_count(channel.medium); ++k)
             if (const Interval& interval = cycle.registers[k].interval[set]; interval.closed)
-                amounts +=
-                    fmt::format("{}{} {:#.7g} {}", amounts.empty() ? "" : ", ",
-                                integrator(channel.medium, k).name, interval.result, unit_of(channel, k));
+                amounts += fmt::format("{}{} {:#.7g} {}{}", amounts.empty() ? "" : ", ",
+                                       integrator(channel.medium, k).name, interval.result, unit_of(channel, k),
+                                       length_of(interval, set));
         if (!amounts.empty())
             out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", print_time(kind_, cycle.row.time_s), channel.name,
                                    set == 0 ? "hour" : "day ", amounts));
@@ -264,6 +346,7 @@ private:
 
 bool has(const Channel& c, Of whose) {
     if (whose == Of::gas || whose == Of::heat_carrier) return c.is_gas() == (whose == Of::gas);
+    if (whose == Of::composition) return c.needs_gas_data();
     if (whose == Of::standard_device) return c.device <= static_cast<short>(standard_devices);
     return whose == Of::all || !is_meter(c.device);
 }
