@@ -59,8 +59,10 @@ std::string escape(std::string_view text) {
 
 Table::Table(const std::vector<Column>& columns, std::string_view kind) {
     for (const Column& column : columns) {
-        left_.push_back(column.left);
-        head_ += fmt::format("<th{}>{}{}</th>", column.left ? " class=\"name\"" : "", escape(column.title),
+        constexpr std::string_view classes[] = {"", " class=\"name\"", " class=\"screen\"",
+                                                " class=\"name screen\""};
+        attributes_.emplace_back(classes[(column.left ? 1 : 0) + (column.screen_only ? 2 : 0)]);
+        head_ += fmt::format("<th{}>{}{}</th>", attributes_.back(), escape(column.title),
                              column.unit.empty() ? "" : " <small>" + escape(column.unit) + "</small>");
     }
     head_ = fmt::format("<div class=\"scroll\"><table{}><thead><tr>{}</tr></thead><tbody>\n",
@@ -70,7 +72,7 @@ Table::Table(const std::vector<Column>& columns, std::string_view kind) {
 void Table::row(const std::vector<Cell>& cells) {
     rows_ += "<tr>";
     for (std::size_t k = 0; k < cells.size(); ++k)
-        rows_ += fmt::format("<td{}>{}</td>", left_[k] ? " class=\"name\"" : "", cells[k].html);
+        rows_ += fmt::format("<td{}>{}</td>", attributes_[k], cells[k].html);
     rows_ += "</tr>\n";
 }
 

@@ -30,7 +30,8 @@ struct Cell {
 /// The heading of a column.
 struct Column {
     std::string title, unit{};
-    bool left = false;  ///< text, not numbers
+    bool left = false;         ///< text, not numbers
+    bool screen_only = false;  ///< not on paper
 };
 
 class Table {
@@ -43,7 +44,7 @@ public:
 
 private:
     std::string head_, rows_;
-    std::vector<bool> left_;
+    std::vector<std::string> attributes_;  ///< of the cells of each column
 };
 
 using Facts = std::vector<std::pair<std::string, Cell>>;

@@ -36,6 +36,16 @@ private:
     std::size_t place_;
 };
 
+/// The words of one language.
+struct Wording {
+    Language language;
+    [[nodiscard]] std::string operator()(Text text) const { return std::string(text.in(language)); }
+    template <class First, class... Values>
+    [[nodiscard]] std::string operator()(Text text, const First& first, const Values&... values) const {
+        return text.filled(language, first, values...);
+    }
+};
+
 /// Of a list whose texts are known to stand in the catalogue (below), and of units; any other text stays as it is.
 [[nodiscard]] std::string_view translated(Language language, std::string_view english);
 
