@@ -63,7 +63,7 @@ std::string by_origin(const Wording& w, const Verification& verification) {
                  {w("differ as declared")},
                  {w("failed")},
                  {w("worst / permitted")},
-                 {w("verdict of values"), {}, true}});
+                 {w("verdict"), {}, true}});
     for (const auto& [origin, text] : origins) {
         std::vector<const Value*> values;
         for (const Section& section : verification.sections)
@@ -104,7 +104,7 @@ std::string by_function(const Wording& w, const Verification& verification) {
                  {w("exact")},
                  {w("worst / permitted")},
                  {w("mean / permitted")},
-                 {w("verdict of values"), {}, true}});
+                 {w("verdict"), {}, true}});
     for (const Section& section : verification.sections) {
         const Statistics s = statistics(section);
         table.row({link(section, w.language), code(section.subject.key), s.cases, s.values, s.exact,
@@ -207,7 +207,7 @@ std::string sources(const Wording& w, const Section& section) {
                  {w("cases")},
                  {w("values")},
                  {w("worst / permitted")},
-                 {w("verdict of values"), {}, true}});
+                 {w("verdict"), {}, true}});
     for (const Values& values : section.tables())
         for (const auto& [origin, text] : origins) {
             const std::vector<const Value*> here = of_origin(values, origin);
@@ -231,7 +231,7 @@ std::string statistics_table(const Wording& w, const Section& section) {
                  {w("worst / permitted")},
                  {w("mean / permitted")},
                  {w("worst / permitted at"), {}, true},
-                 {w("verdict of values"), {}, true}});
+                 {w("verdict"), {}, true}});
     for (const std::string& output : section.outputs()) {
         const Statistics s = statistics(section, output);
         const Quantity q = quantity(output);

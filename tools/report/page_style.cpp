@@ -39,19 +39,19 @@ svg text { font-family: inherit; }
 footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; color: var(--grey); font-size: 12px; }
 @media (max-width: 700px) {
   body { padding: 16px 12px 48px; } h1 { font-size: 22px; } h2 { margin-top: 36px; } .facts th { width: 34%; }
-  .outcome, .outcome.declared { display: block; margin: 8px 0; } .values td.name { min-width: 12ch; } .prose { overflow-x: auto; }
+  .outcome, .outcome.declared { display: block; margin: 8px 0; } .values td.name { min-width: 12ch; } td.name:first-child { min-width: 22ch; } .prose { overflow-x: auto; }
   .chart { width: 760px; } .charts { overflow-x: auto; }
 }
 @page { size: A4 portrait; margin: 14mm 12mm 16mm; }
 @media print {
   body { max-width: none; padding: 0; font-size: 9.5pt; }
   h2 { margin-top: 22px; font-size: 13pt; } h3 { margin: 12px 0 4px; font-size: 10.5pt; } h4 { margin: 10px 0 2px; font-size: 8.4pt; }
-  .scroll { overflow: visible; } details, .screen { display: none; } .chart { margin: 6px 0 2px; } .note, .fixed { font-size: 7.8pt; }
+  .scroll { overflow: visible; } details, .screen { display: none; } .chart { margin: 4px 0 2px; width: 78%; } .note, .fixed { font-size: 7.8pt; }
   h2, h3, h4, .note, .fixed { break-after: avoid; }
   thead { display: table-header-group; }
   tr, .chart { break-inside: avoid; }
   table { font-size: 7.4pt; line-height: 1.2; margin: 4px 0 8px; } .values { font-size: 6.8pt; } th, td { padding: 0.8pt 4pt; }
-  .texts td, .texts th { font-size: 7pt; min-width: 0; } .values td.name { min-width: 0; }
+  .texts td, .texts th { font-size: 7pt; min-width: 0; } .values td.name { min-width: 0; white-space: nowrap; } .values.limits td.name { white-space: normal; }
   .wide { font-size: 5.6pt; } .wide th, .wide td { padding: 0.8pt 1.6pt; }
   a:not(.declared) { color: inherit; }
 }

@@ -194,7 +194,7 @@ std::string value_table(const Wording& w, Values values) {
         for (const Text text : {Text("expected"), Text("computed"), Text("deviation"), Text("permitted")})
             columns.push_back({w(text)});
     }
-    columns.push_back({w("verdict of values"), {}, true});
+    columns.push_back({w("verdict"), {}, true});
     Table table(columns, shape.columns.size() > wide_from ? "values wide" : "values");
     Findings found;
     for (const Value& value : values) {
@@ -224,8 +224,8 @@ std::string limit_tables(const Wording& w, const Verification& verification) {
                          {w("outside"), {}, true},
                          {w("obtained"), {}, true},
                          {w("line")},
-                         {w("verdict of values"), {}, true}},
-                        "values");
+                         {w("verdict"), {}, true}},
+                        "values limits");
             const auto bold = [](const Side& side) { return Html{"<b>" + escape(side.obtained) + "</b>"}; };
             for (const Limit& limit : limits_of(values)) {
                 const auto& [name, in, out_of] = limit;

@@ -169,7 +169,6 @@ inline constexpr Entry catalogue[] = {
     {"failed", "не выполнено"},
     {"worst / permitted", "наибольшее / допускаемое"},
     {"mean / permitted", "среднее / допускаемое"},
-    {"verdict of values", "вывод"},
     {"ok", "выполнено"},
     {"FAILED", "НЕ ВЫПОЛНЕНО"},
     {"{} differ as declared", "с объявленным отличием: {}"},
