@@ -30,6 +30,8 @@ audit '^  7200 +21\.52891 +21\.52891 +0 +0\.0000 +0\.5064$'   # chord between 0.
 audit '^  10800 .* 4\.2174$'                                   # 1 - 1 / sqrt(1 + 0.3^2)
 audit '^  worst 3600 +57\.027.* 56\.027.* -1 +-1\.753'
 
+expect 0 '^  sum of 24 +516\.3563 +516\.2374 ' audit "$examples/station.ini" "$examples/archive_day.csv"
+
 # A device at the points of the default; a tenth of a per cent on one value is seen.
 ranges="--t 0:40 --p 1:1.4MPa --dp 1:16kPa"
 protocol() { status=$1 pattern=$2; shift 2; expect "$status" "$pattern" protocol s.ini 'GAS 1' $ranges "$@"; }
@@ -59,6 +61,6 @@ judge html r.html
 judge russian r.html
 docs=$(dirname "$examples")/docs
 names() { sed -n 's/^| \*\*\(.*\)\*\* |.*/\1/p' "$1"; }
-[ "$(names "$docs/deviations.md")" = "$(names "$docs/deviations.ru.md")" ] || fail "deviations.ru.md has other entries"
+[ "$(names "$docs/deviations.md")" = "$(names "$docs/ru/deviations.md")" ] || fail "ru/deviations.md has other entries"
 
 finish form

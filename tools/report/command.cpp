@@ -115,8 +115,8 @@ int run(const Installation& files, const Request& request) {
             files.gas_data.empty() ? "" : fs::absolute(files.gas_data).lexically_normal().string();
         const bool russian = *language == Language::russian;
         page->write(html(verification, {opened, data, now(), *language,
-                                        shared(russian ? "deviations.ru.md" : "deviations.md"),
-                                        shared(russian ? "not_verified.ru.md" : "not_verified.md")}));
+                                        shared(russian ? "ru/deviations.md" : "deviations.md"),
+                                        shared(russian ? "ru/not_verified.md" : "not_verified.md")}));
     }
     if (lines) lines->write(csv(verification));
     if (page) page->finish();

@@ -144,11 +144,15 @@ inline constexpr Entry catalogue[] = {
     // ---- Report: frame ----
     {"Verification report of kalorfix.so", "Отчёт о проверке kalorfix.so"},
     {"Type test of the software", "Типовое испытание программы"},
-    {"This is a type test of the software: it compares what the library file named below computes with known values, on "
-     "the machine named below. It says nothing of an installed device, its transmitters, a pipe or a plate; for a "
+    {"This is a type test of the software: it compares what the library file named below computes with known "
+     "values, on "
+     "the machine named below. It says nothing of an installed device, its transmitters, a pipe or a plate; "
+     "for a "
      "device there is kalorfix protocol.",
-     "Это типовое испытание программы: сравнивается то, что вычисляет названный ниже файл библиотеки на названной ниже "
-     "машине, с известными значениями. Об установленном приборе, его датчиках, трубопроводе или диафрагме отчёт не "
+     "Это типовое испытание программы: сравнивается то, что вычисляет названный ниже файл библиотеки на "
+     "названной ниже "
+     "машине, с известными значениями. Об установленном приборе, его датчиках, трубопроводе или диафрагме "
+     "отчёт не "
      "говорит; для прибора есть команда kalorfix protocol."},
     {"FAILED: {} of {} values", "НЕ ВЫПОЛНЕНО: {} из {} значений"},
     {"MET: {} of {} values within their permitted deviation",
@@ -177,16 +181,22 @@ inline constexpr Entry catalogue[] = {
     {"subject", "предмет"},
     {"function", "функция"},
     {"Summary by function", "Сводка по функциям"},
-    {"Exact values (statuses, phases, zeros) must agree and have no worst or mean. Worst and mean: deviation over permitted "
-     "or, where a value differs as declared, declared deviation. Sources, case names and notes are quoted as the case "
+    {"Exact values (statuses, phases, zeros) must agree and have no worst or mean. Worst and mean: deviation "
+     "over permitted "
+     "or, where a value differs as declared, declared deviation. Sources, case names and notes are quoted as "
+     "the case "
      "files have them, in English; numbers have a decimal point.",
-     "Точные значения (состояния, фазы, нули) должны совпадать, наибольшего и среднего у них нет. Наибольшее и среднее: "
-     "отклонение, делённое на допускаемое, а где отличие объявлено, — на объявленное. Источники, имена и примечания "
+     "Точные значения (состояния, фазы, нули) должны совпадать, наибольшего и среднего у них нет. Наибольшее и "
+     "среднее: "
+     "отклонение, делённое на допускаемое, а где отличие объявлено, — на объявленное. Источники, имена и "
+     "примечания "
      "приведены так, как стоят в файлах случаев, по-английски; в числах десятичная точка."},
     {"Printed values that differ as declared", "Печатные значения с объявленным отличием"},
-    {"Where the library departs from a standard on purpose, the case file states the printed value with its own tolerance, "
+    {"Where the library departs from a standard on purpose, the case file states the printed value with its "
+     "own tolerance, "
      "and by how much the result may differ for the reason given.",
-     "Где библиотека намеренно отступает от документа, в файле случаев стоит печатное значение со своим допуском и то, "
+     "Где библиотека намеренно отступает от документа, в файле случаев стоит печатное значение со своим "
+     "допуском и то, "
      "насколько результат может отличаться по названной причине."},
     {"reason", "причина"},
     {"source", "источник"},
@@ -227,10 +237,13 @@ inline constexpr Entry catalogue[] = {
     {"Deviations", "Отклонения"},
     {"Printed values", "Печатные значения"},
     {"Other values", "Прочие значения"},
-    {"{} values, on the screen and in the CSV of kalorfix verify --csv", "значений {}, на экране и в CSV от kalorfix verify --csv"},
+    {"{} values, on the screen and in the CSV of kalorfix verify --csv",
+     "значений {}, на экране и в CSV от kalorfix verify --csv"},
     {"{}, {} values", "{}, значений {}"},
-    {"deviation over permitted deviation (amber: over declared deviation), in the order of the tables; thin lines part the sources",
-     "отклонение к допускаемому (янтарные — к объявленному), в порядке таблиц; тонкие линии разделяют источники"},
+    {"deviation over permitted deviation (amber: over declared deviation), in the order of the tables; thin "
+     "lines part the sources",
+     "отклонение к допускаемому (янтарные — к объявленному), в порядке таблиц; тонкие линии разделяют "
+     "источники"},
     {"All cases:", "Все случаи:"},
     {"case", "случай"},
     {"line", "строка"},
@@ -268,17 +281,22 @@ inline constexpr Entry catalogue[] = {
     {"in force", "действует ли"},
     {"accepted range", "принимаемый диапазон"},
     {"range of the document", "диапазон документа"},
-    {"In force: no register of standards was consulted. \"Not checked\" stands for that; a later edition is named where the data of "
+    {"In force: no register of standards was consulted. \"Not checked\" stands for that; a later edition is "
+     "named where the data of "
      "this project quote one.",
-     "Действует ли: с указателем стандартов не сверялось, это и значит «не проверено»; более позднее издание названо там, где "
+     "Действует ли: с указателем стандартов не сверялось, это и значит «не проверено»; более позднее издание "
+     "названо там, где "
      "его цитируют данные этого проекта."},
     {"not checked", "не проверено"},
     {"not checked: not on record here", "не проверено: здесь не записан"},
-    {"not checked; the edition of 2018 is on record, the ideal part here is that of 1995; of the viscosity a later formulation, of "
+    {"not checked; the edition of 2018 is on record, the ideal part here is that of 1995; of the viscosity a "
+     "later formulation, of "
      "2008, which is another one",
-     "не проверено; известна редакция 2018 года, идеальная часть здесь 1995 года; для вязкости известна более поздняя формула "
+     "не проверено; известна редакция 2018 года, идеальная часть здесь 1995 года; для вязкости известна более "
+     "поздняя формула "
      "2008 года, другая"},
-    {"not checked; of part 3 an edition of 2015 is on record", "не проверено; известно издание части 3 2015 года"},
+    {"not checked; of part 3 an edition of 2015 is on record",
+     "не проверено; известно издание части 3 2015 года"},
     {"not checked; of AGA Report No. 8 an edition of 2017 is on record, of GOST 30319.3 one of 2015",
      "не проверено; известны издание AGA Report No. 8 2017 года и ГОСТ 30319.3 2015 года"},
     {"not checked; of ISO 5167-1 and 5167-2 editions of 2022 are on record",
@@ -286,9 +304,11 @@ inline constexpr Entry catalogue[] = {
     {"Properties of water and steam", "Свойства воды и пара"},
     {"Helmholtz function of IAPWS-95; viscosity by the IAPS formulation of 1985",
      "функция Гельмгольца IAPWS-95; вязкость по формуле IAPS 1985 года"},
-    {"IAPWS R6-95 with the ideal part of the 1995 edition; Revised Release on the IAPS Formulation 1985 for the Viscosity of "
+    {"IAPWS R6-95 with the ideal part of the 1995 edition; Revised Release on the IAPS Formulation 1985 for "
+     "the Viscosity of "
      "Ordinary Water Substance",
-     "IAPWS R6-95 с идеальной частью редакции 1995 года; Revised Release on the IAPS Formulation 1985 for the Viscosity of "
+     "IAPWS R6-95 с идеальной частью редакции 1995 года; Revised Release on the IAPS Formulation 1985 for the "
+     "Viscosity of "
      "Ordinary Water Substance"},
     {"0..800 degC, 0..100 MPa, both inclusive; saturated vapour (mode 3) up to 371.85 degC",
      "0..800 °C, 0..100 МПа включительно; насыщенный пар (режим 3) до 371.85 °C"},
@@ -308,13 +328,15 @@ inline constexpr Entry catalogue[] = {
     {"293.15 K, 101.325 kPa", "293.15 К, 101.325 кПа"},
     {"Compressibility by NX19 mod.", "Сжимаемость по NX19 мод."},
     {"NX19 mod. from density, nitrogen, carbon dioxide", "NX19 мод. по плотности, азоту и диоксиду углерода"},
-    {"GOST 30319.2-96; viscosity and exponent GOST 30319.1-96", "ГОСТ 30319.2-96; вязкость и показатель — ГОСТ 30319.1-96"},
+    {"GOST 30319.2-96; viscosity and exponent GOST 30319.1-96",
+     "ГОСТ 30319.2-96; вязкость и показатель — ГОСТ 30319.1-96"},
     {"250..340 K, 0.001..30 MPa, ends excluded; density 0..1 kg/m3",
      "250..340 К, 0.001..30 МПа без концов; плотность 0..1 кг/м³"},
     {"250..340 K, up to 12 MPa; density 0.66..1.0 kg/m3; nitrogen and carbon dioxide up to 15 mol % each",
      "250..340 К, до 12 МПа; плотность 0.66..1.0 кг/м³; азот и диоксид углерода до 15 мол. % каждый"},
     {"Compressibility by GERG-91 mod.", "Сжимаемость по GERG-91 мод."},
-    {"GERG-91 mod. from density, nitrogen, carbon dioxide", "GERG-91 мод. по плотности, азоту и диоксиду углерода"},
+    {"GERG-91 mod. from density, nitrogen, carbon dioxide",
+     "GERG-91 мод. по плотности, азоту и диоксиду углерода"},
     {"Compressibility by AGA8-92DC", "Сжимаемость по AGA8-92DC"},
     {"AGA8-92DC detail characterisation", "AGA8-92DC, подробный состав"},
     {"AGA Report No. 8 (1992); GOST 30319.2-96", "AGA Report No. 8 (1992); ГОСТ 30319.2-96"},
@@ -327,9 +349,11 @@ inline constexpr Entry catalogue[] = {
     {"window of the state, selection of the method, composition, heats of combustion, water vapour",
      "область состояния, выбор метода, состав, теплота сгорания, водяной пар"},
     {"GOST 30319.1-96, 30319.2-96, 30319.3-96", "ГОСТ 30319.1-96, 30319.2-96, 30319.3-96"},
-    {"-23.15..66.85 degC, 0.001..30 MPa after the column, ends excluded; K below 0.9999; contents 0..100 mol % or 0..1; density up "
+    {"-23.15..66.85 degC, 0.001..30 MPa after the column, ends excluded; K below 0.9999; contents 0..100 mol % "
+     "or 0..1; density up "
      "to 1 kg/m3",
-     "-23.15..66.85 °C, 0.001..30 МПа после столба, без концов; K ниже 0.9999; содержания 0..100 мол. % или 0..1; плотность до "
+     "-23.15..66.85 °C, 0.001..30 МПа после столба, без концов; K ниже 0.9999; содержания 0..100 мол. % или "
+     "0..1; плотность до "
      "1 кг/м³"},
     {"Discharge coefficient and roughness correction", "Коэффициент истечения и поправка на шероховатость"},
     {"Reader-Harris/Gallagher equation for orifice plates; equations of nozzles and Venturi tubes",
@@ -344,7 +368,8 @@ inline constexpr Entry catalogue[] = {
     {"equations of orifice plates, nozzles and Venturi tubes", "уравнения диафрагм, сопел и труб Вентури"},
     {"dp/p up to 0.25; 1 for liquid water", "dp/p до 0.25; 1 для жидкой воды"},
     {"dp/p up to 0.25", "dp/p до 0.25"},
-    {"Set-up, geometry and flow of a heat-carrier channel", "Настройка, геометрия и расход в канале теплоносителя"},
+    {"Set-up, geometry and flow of a heat-carrier channel",
+     "Настройка, геометрия и расход в канале теплоносителя"},
     {"expansion, bluntness of the edge, iteration of the flow equation; averaging devices; meters",
      "расширение, притупление кромки, итерация уравнения расхода; осредняющие устройства; счётчики"},
     {"GOST 8.586.1-2005 to 8.586.5-2005 (ISO 5167-1:2003 to -4:2003)",
