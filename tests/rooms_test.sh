@@ -11,7 +11,7 @@ room() {  # room ROOM INCLUDABLE...
         [ -z "$outside" ] || { echo "$file includes" $outside; status=1; }
     done
 }
-numbers='runtime/(units|exponential|pair|unrolled).h'
+numbers='runtime/(units|exponential|unrolled).h'
 pure='[^/]+\.h'
 room props/water "props/water/$pure" $numbers
 room flow "flow/$pure" runtime/units.h
@@ -21,5 +21,5 @@ room runtime "runtime/$pure" kalorfix_runtime.h
 room flow/edge "flow/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
 room gas/edge "gas/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
 room props/edge "props/((edge|water)/)?$pure" "gas/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
-room tools/metering "tools/metering/$pure" "tools/(host|names|text).h" "flow/$pure" runtime/units.h
+room tools/metering "tools/metering/$pure" "tools/(host|names|text|units).h" "flow/$pure" runtime/units.h
 exit $status

@@ -204,15 +204,23 @@ run unit.1 unit.ini unit.csv
 for flow in q_m_t_h:57.0274 q_h_GJ_h:173.7238 C:0.961973 epsilon:0.976842; do
     close "$(column "${flow%:*}" unit.1 | head -n 1)" "${flow#*:}" 2e-6 || fail "$flow of the steam channel"
 done
-printf '# a comment\n\ndp_Pa , p_kPa,t_K, channel,time_s\r\n40000,1200,573.15,HEAT 1,5\r\n' >unit.csv
-run unit.2 unit.ini unit.csv
-cmp -s unit.1 unit.2 || fail "Pa, kPa and K give other results"
-printf 'time_s,channel,t_C,p_Pa,dp_Pa\n5,HEAT 1,300,1200000,40000\n' >unit.csv
-run unit.3 unit.ini unit.csv
-cmp -s unit.1 unit.3 || fail "Pa gives other results"
-printf 'time,channel,t_C,p_Pa,dp_Pa\n2026-03-01T23:59:59.5Z,HEAT 1,300,1200000,40000\n2026-03-02T00:00:09.5,HEAT 1,300,1200000,40000\n' >unit.csv
-run unit.4 unit.ini unit.csv --registers unit.reg
-[ "$(column time unit.4 | head -n 1)" = 2026-03-01T23:59:59.5 ] || fail "a date with a fraction"
+# forms READINGS CYCLES LINES: what a file is read as.
+forms() {
+    { cat unit.ini; printf "$3"; } >form.ini
+    printf "$1" >form.csv
+    run form.out form.ini form.csv
+    got=$(grep -v '^#' form.out | cut -d, -f1,8-10 | sed 1d | paste -sd' ')
+    [ "$got" = "$2" ] || fail "$1: read as $got instead of $2"
+}
+rows station_forms.txt forms
+printf 'time_s;channel;t_C;p_kPa;dp_kPa\n5;HEAT 1;300;1,200;40\n6;HEAT 1;300;1200,5;40\n' >unit.csv
+run unit.2 unit.ini unit.csv --decimal comma --decimal-commas
+grep -q '^5;HEAT 1;refused;flow;[^;]*;superheated steam;;300;1200;40000;8,587868;' unit.2 || { fail "decimal commas" && cat unit.2; }
+printf 'time,channel,t_C,p_Pa,dp_Pa\n2026-03-01T23:59:59.5,HEAT 1,300,1200000,40000\n2026-03-02T00:00:09.5,HEAT 1,300,1200000,40000\n' >unit.csv
+run unit.4 unit.ini unit.csv
+printf 'time,channel,t_C,p_Pa,dp_Pa\n9999-12-31T23:59:59.999999,HEAT 1,300,1200000,40000\n' >unit.csv
+run unit.5 unit.ini unit.csv
+[ "$(column time unit.5)" = 10000-01-01T00:00:00 ] || fail "a year of five digits"
 close "$(column total_mass_t unit.4 | tail -n 1)" 0.1584096 3e-7 || fail "ten seconds over midnight"
 
 # ---- Refusals in words, each limit from both sides ---------------------------------------------------------------------
@@ -290,8 +298,13 @@ registers() {
     refuse "$2" "$station" "$day" --continue bad.reg
 }
 rows station_registers.txt registers
+head -c -1 first.reg >bad.reg
+refuse ':15: the file ends within this line: it was cut short$' "$station" "$day" --continue bad.reg
 ln -s "$station" station.ini
 ln -s "$day" day.csv
+ln first.csv hard.csv
+ln -s y dangling
+mkfifo pipe
 # The arguments are words to split.
 # shellcheck disable=SC2086
 options() { refuse "$2" $1; }
@@ -302,24 +315,35 @@ echo kept >results.csv
 "$tool" run "$examples/station.ini" bad.csv --out results.csv 2>/dev/null
 [ "$(cat results.csv)" = kept ] || fail "a failing run has touched the file of --out"
 if [ -w /dev/full ]; then
-    "$tool" run "$examples/station.ini" "$day" >/dev/full 2>err
-    [ $? -eq 2 ] && [ "$(wc -l <err)" -eq 1 ] || { fail "a full disk" && cat err; }
+    cp first.reg kept.reg
+    "$tool" run "$examples/station.ini" "$day" --continue kept.reg --registers kept.reg >/dev/full 2>err
+    [ $? -eq 2 ] && [ "$(wc -l <err)" -eq 1 ] && cmp first.reg kept.reg || { fail "a full disk" && cat err; }
+    refuse 'No space left' "$examples/station.ini" "$day" --out new.csv --registers /dev/full
 fi
+# A station as large as the registries is read in parts.
+awk 'BEGIN { for (n = 1; n <= 1500; ++n) printf "[HEAT %d]\ndevice = meter_mass\nphase = water\n%s", n, n == 1400 ? "x = 1\n" : "" }' >large.ini
+refuse '^kalorfix: large\.ini:4201: \[HEAT 1400\] x: has no meaning' large.ini meters.csv
 
 # ---- Interruption ------------------------------------------------------------------------------------------------------
 mkfifo feed
-exec 3<>feed  # a tool that gives up early does not leave the writer waiting for a reader
-"$tool" run "$examples/station.ini" feed --out cut.csv --registers cut.reg 2>err &
-pid=$!
-# The reader has the first part before the interruption comes: a pipe that is full blocks the writer.
-{ head -n 1201 "$day"; sleep 1; kill -INT "$pid"; } >feed
-wait "$pid"
-interrupted=$?
-exec 3>&-
-[ "$interrupted" -eq 130 ] || { fail "status of an interrupted run" && cat err; }
-head -n 1201 "$day" >part.csv
-run part.out "$examples/station.ini" part.csv --registers part.reg
-cmp -s part.reg cut.reg && cmp -s part.out cut.csv || fail "an interrupted run does not keep what it read"
+run part.out "$examples/station.ini" first.csv --registers part.reg
+grep -v "^#" part.out >part.flows
+said='after the reading of 2026-03-01T09:58:00; go on with --continue cut.reg'
+for signal in 'INT 130 interrupted' 'HUP 129 hung up'; do
+    # shellcheck disable=SC2086
+    set -- $signal
+    exec 3<>feed  # a tool that gives up early does not leave the writer waiting for a reader
+    "$tool" run "$examples/station.ini" feed --out cut.csv --registers cut.reg 2>err &
+    pid=$!
+    # The reader has the first part before the interruption comes: a pipe that is full blocks the writer.
+    { cat first.csv; sleep 1; kill -"$1" "$pid"; } >feed
+    wait "$pid"
+    interrupted=$?
+    exec 3>&-
+    [ "$interrupted" -eq "$2" ] && grep -q "^kalorfix: $3.* $said$" err || { fail "an interrupted run" && cat err; }
+    cmp -s part.reg cut.reg && grep -v '^#' cut.csv | cmp -s part.flows - && grep -q "^# $3.* $said" cut.csv ||
+        fail "an interrupted run does not keep what it read, or does not say so"
+done
 run second.out "$examples/station.ini" "$day" --continue cut.reg --registers again.reg
 cmp -s second.reg again.reg || fail "going on after an interruption"
 

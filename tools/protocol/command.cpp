@@ -26,12 +26,16 @@ struct Request : PointRequest {
 
 // A form has room for so much.
 void check_head(const Request& request) {
-    constexpr std::size_t longest = 200;
+    constexpr std::ptrdiff_t longest = 80;
+    const auto letters = [](const std::string& text) {
+        return std::ranges::count_if(text,
+                                     [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; });
+    };
     const Head& h = request.head;
     for (const std::string* text : {&h.number, &h.object, &h.device, &h.serial, &h.software, &h.checksum,
                                     &h.date, &h.inspector, &h.representative})
-        if (text->size() > longest)
-            throw InputError("the form has room for ", longest, " bytes of a text, not for ", quoted(*text));
+        if (letters(*text) > longest)
+            throw InputError("the form has room for ", longest, " letters of a text, not for ", quoted(*text));
 }
 
 std::vector<State> points_of(const host::Library& library, const metering::Point& point,
@@ -106,7 +110,9 @@ int run(const Installation& files, const Request& request) {
     }
     sheet.reference = reference_of(files, library, request, sheet.point, *language);
     if (sheet.head.date.empty())
-        sheet.head.date = fmt::format("{:%Y-%m-%d}", fmt::localtime(std::time(nullptr)));
+        sheet.head.date =
+            fmt::format(fmt::runtime(*language == Language::russian ? "{:%d.%m.%Y}" : "{:%Y-%m-%d}"),
+                        fmt::localtime(std::time(nullptr)));
     if (!request.html_file.empty()) write_file(request.html_file, html_of(sheet));
     if (!request.csv_file.empty()) write_file(request.csv_file, csv_of(sheet));
     if (request.html_file.empty() && request.csv_file.empty())

@@ -60,7 +60,7 @@ std::string entry_id(std::string_view name) {
 
 std::string markdown(const std::string& file, bool named_entries, bool first_section) {
     const std::optional<std::string> text = content_of(file);
-    if (!text) throw InputError(file + ": cannot read this part of the report");
+    if (!text) throw InputError(file + ": cannot read this part of the report: " + why_unreadable(file));
     std::string_view shown = *text;
     if (const std::size_t first = shown.find("\n## "); first_section && first != std::string_view::npos)
         shown = shown.substr(first, shown.find("\n## ", first + 1) - first);

@@ -1,11 +1,16 @@
 #include "tools/station/results.h"
 
-#include <fmt/format.h>
+#include <fmt/compile.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
+
+#include "tools/fold.h"
+#include "tools/spreadsheet.h"
+
+#include "tools/station/line.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -134,65 +139,74 @@ std::string unit_of(const Channel& channel, std::size_t k) {
 
 class Csv : public Results {
 public:
-    using Results::Results;
+    Csv(const Station& station, TimeKind kind, OutputFile& out, bool decimal_commas)
+        : Results(station, kind, out), decimal_commas_(decimal_commas), line_(kind) {}
 
     void begin() override {
-        out_.write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
-                               kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
+        write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
+                          kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
     }
 
     void cycle(const Cycle& cycle) override {
         const Outcome& outcome = cycle.outcome;
         line_.clear();
-        auto to = std::back_inserter(line_);
-        fmt::format_to(to, "{},{},{},{},{},{},{}", print_time(kind_, cycle.row.time_s), cycle.channel.name,
-                       cycle.done() ? "computed" : "refused", cycle.done() ? "" : step_name(outcome.reached),
-                       csv_cell(outcome.reason), phase_title(cycle), cycle.channel.heat_unit());
+        line_.add(line_.time(cycle.row.time_s), ',', cycle.channel.name, ',');
+        if (cycle.done())
+            line_.add("computed,,");
+        else
+            line_.add("refused,", step_name(outcome.reached), ',', csv_cell(outcome.reason));
+        line_.add(',', phase_title(cycle), ',', cycle.channel.heat_unit());
         fill(cycle, values_);
-        for (const std::optional<float>& value : values_)
-            value ? fmt::format_to(to, ",{}", *value) : fmt::format_to(to, ",");
-        line_ += '\n';
-        out_.write(line_);
+        for (const std::optional<float>& value : values_) {
+            line_.add(',');
+            if (value) line_.add(*value);
+        }
+        write(line_.add('\n').text());
     }
 
+    // The registers stay as --continue reads them.
     void end(const RunEnd& end) override {
+        if (!end.interrupted.empty()) out_.write("# " + end.interrupted + "\n");
         for (std::size_t i = 0; i < end.summaries.size(); ++i) {
             const std::string text = summary_of(station_.channels[i], end.summaries[i], kind_);
             for (const std::string_view line : split(text, '\n'))
                 if (!line.empty()) out_.write(fmt::format("# {}\n", line));
         }
         walk_calendar(station_, end.calendars, kind_, Calendar::hour,
-                      [this](const auto& row) { out_.write("# " + joined(row, {}, ",") + "\n"); });
+                      [this](const auto& row) { write("# " + joined(row, {}, ",") + "\n"); });
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
 
 private:
-    std::string line_;
+    void write(std::string_view line) {
+        decimal_commas_ ? out_.write(with_decimal_commas(line)) : out_.write(line);
+    }
+
+    bool decimal_commas_;
+    Line line_;
     Values values_;
 };
 
 class Json : public Results {
 public:
-    using Results::Results;
+    Json(const Station& station, TimeKind kind, OutputFile& out) : Results(station, kind, out), line_(kind) {}
 
     void cycle(const Cycle& cycle) override {
-        line_ =
-            fmt::format("{{\"record\":\"cycle\",{},\"channel\":{},\"status\":\"{}\"", time(cycle.row.time_s),
-                        json_text(cycle.channel.name), cycle.done() ? "computed" : "refused");
-        auto to = std::back_inserter(line_);
+        line_.clear();
+        line_.add(R"({"record":"cycle",)", time(cycle.row.time_s), R"(,"channel":)",
+                  json_text(cycle.channel.name), R"(,"status":")", cycle.done() ? "computed" : "refused", '"');
         if (!cycle.done())
-            fmt::format_to(to, ",\"step\":\"{}\",\"reason\":{}", step_name(cycle.outcome.reached),
-                           json_text(cycle.outcome.reason));
+            line_.add(R"(,"step":")", step_name(cycle.outcome.reached), R"(","reason":)",
+                      json_text(cycle.outcome.reason));
         if (const std::string_view phase = phase_title(cycle); !phase.empty())
-            fmt::format_to(to, ",\"phase\":\"{}\"", phase);
+            line_.add(R"(,"phase":")", phase, '"');
         if (const std::string_view unit = cycle.channel.heat_unit(); !unit.empty())
-            fmt::format_to(to, ",\"heat_unit\":\"{}\"", unit);
+            line_.add(R"(,"heat_unit":")", unit, '"');
         fill(cycle, values_);
         for (std::size_t k = 0; k < values_.size(); ++k)
-            if (values_[k]) fmt::format_to(to, ",\"{}\":{}", column_names()[k], *values_[k]);
-        line_ += "}\n";
-        out_.write(line_);
+            if (values_[k]) line_.add(",\"", column_names()[k], "\":", *values_[k]);
+        out_.write(line_.add("}\n").text());
     }
 
     void end(const RunEnd& end) override {
@@ -202,8 +216,8 @@ public:
             std::string line = fmt::format(
                 "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{},"
                 "\"at_rest\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
-                json_text(channel.name), summary.computed, summary.refused, end.interrupted, summary.at_rest,
-                summary.passed_over_s, summary.longest_s);
+                json_text(channel.name), summary.computed, summary.refused, !end.interrupted.empty(),
+                summary.at_rest, summary.passed_over_s, summary.longest_s);
             for (std::size_t k = 0; summary.longest_s > 0.0 && k < integrator_count(channel.medium); ++k)
                 line += fmt::format(",\"longest_step_{}\":{}", integrator(channel.medium, k).name,
                                     summary.longest_amount[k]);
@@ -218,9 +232,10 @@ public:
     }
 
 private:
-    [[nodiscard]] std::string time(double seconds) const {
-        return kind_ == TimeKind::date ? fmt::format("\"time\":\"{}\"", print_time(kind_, seconds))
-                                       : fmt::format("\"time_s\":{}", print_time(kind_, seconds));
+    [[nodiscard]] std::string time(double seconds) {
+        const std::string_view text = line_.time(seconds);
+        return kind_ == TimeKind::date ? fmt::format(FMT_COMPILE("\"time\":\"{}\""), text)
+                                       : fmt::format(FMT_COMPILE("\"time_s\":{}"), text);
     }
 
     [[nodiscard]] std::string calendar_line(const std::vector<std::string>& heading,
@@ -236,7 +251,7 @@ private:
     }
 
     [[nodiscard]] std::string register_line(const Channel& channel, const ChannelRegisters& all,
-                                            std::size_t k) const {
+                                            std::size_t k) {
         const Register& reg = all.reg[k];
         const auto number = [](float value) {
             return std::isfinite(value) ? fmt::format("{}", value) : "null";
@@ -254,15 +269,16 @@ private:
         return line + "}\n";
     }
 
-    std::string line_;
+    Line line_;
     Values values_;
 };
 
 // For a person: cycles in columns (or none), hours (or none) and days as they close, at the end counts and registers.
 class Table : public Results {
 public:
-    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set)
-        : Results(station, kind, out), cycles_(cycles), first_set_(first_set) {}
+    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set,
+          bool folded)
+        : Results(station, kind, out), cycles_(cycles), first_set_(first_set), folded_(folded), line_(kind) {}
 
     void begin() override {
         if (!cycles_) return;
@@ -278,39 +294,53 @@ public:
     }
 
     void end(const RunEnd& end) override {
-        std::string text = end.interrupted ? "interrupted\n" : "";
+        std::string text = end.interrupted.empty() ? "" : end.interrupted + "\n";
         for (std::size_t i = 0; i < end.summaries.size(); ++i)
             text += summary_of(station_.channels[i], end.summaries[i], kind_);
-        out_.write(text);
+        write_lines(text, 14);
         write_calendar(end);
-        if (end.with_registers)
-            out_.write("registers\n" + print_registers_table(station_, end.registers, kind_));
+        if (!end.with_registers) return;
+        const std::string registers = print_registers_table(station_, end.registers, kind_);
+        out_.write("registers\n" + (folded_ ? fold_table(registers, {"hour_s", "day_s"}, "unit") : registers));
     }
 
 private:
+    // Folded, a line goes on so many blanks in.
+    void write_lines(const std::string& text, std::size_t indent) {
+        out_.write(folded_ ? fold_lines(text, indent) : text);
+    }
+
+    // Folded, a row goes on below its channel, with the flows.
     template <class... Cells>
     void write_row(const Cells&... cells) {
-        out_.write(fmt::format("{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n",
-                               cells...));
+        constexpr std::size_t flows = 75, indent = 28;
+        const std::string row = fmt::format(
+            FMT_COMPILE("{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n"),
+            std::string_view(cells)...);
+        out_.write(folded_ ? fold_lines(fold_at(row, flows, indent), indent) : row);
     }
 
     void write_cycle(const Cycle& cycle) {
         const auto& [c, row, o, registers] = cycle;
         const bool solved = o.passed(Step::flow), meter = is_meter(c.device);
-        const auto cell = [](bool given, const char* layout, float value) {
-            return given ? fmt::format(fmt::runtime(layout), value) : std::string("-");
+        const auto cell = [](bool given, const auto& layout, float value) {
+            return given ? fmt::format(layout, value) : std::string("-");
         };
-        const auto given = [&](const char* layout, float value) {
+        const auto given = [&](const auto& layout, float value) {
             return cell(!std::isnan(value), layout, value);
         };
-        write_row(print_time(kind_, row.time_s), c.name, given("{:.2f}", o.input.t_C),
-                  given("{:.4f}", o.input.p_Pa * 1e-6F), meter ? "-" : given("{:.3f}", o.input.dp * 1e-3F),
-                  cell(o.passed(Step::properties), "{:#.6g}", o.rho),
-                  cell(solved && !o.at_rest && has(c, Of::standard_device), "{:.5f}", o.C),
-                  cell(solved && !o.at_rest && !meter, "{:.5f}", o.epsilon), cell(solved, "{:.4f}", o.q[0]),
-                  cell(solved && c.is_gas(), "{:.1f}", o.q[2]), cell(solved, "{:.3f}", o.q[c.is_gas() ? 3 : 2]),
-                  fmt::format("{:.3f}", registers[0].total),
-                  cycle.done() ? "" : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
+        write_row(
+            line_.time(row.time_s), c.name, given(FMT_COMPILE("{:.2f}"), o.input.t_C),
+            given(FMT_COMPILE("{:.4f}"), o.input.p_Pa * 1e-6F),
+            meter ? "-" : given(FMT_COMPILE("{:.3f}"), o.input.dp * 1e-3F),
+            cell(o.passed(Step::properties), FMT_COMPILE("{:#.6g}"), o.rho),
+            cell(solved && !o.at_rest && has(c, Of::standard_device), FMT_COMPILE("{:.5f}"), o.C),
+            cell(solved && !o.at_rest && !meter, FMT_COMPILE("{:.5f}"), o.epsilon),
+            cell(solved, FMT_COMPILE("{:.4f}"), o.q[0]),
+            cell(solved && c.is_gas(), FMT_COMPILE("{:.1f}"), o.q[2]),
+            cell(solved, FMT_COMPILE("{:.3f}"), o.q[c.is_gas() ? 3 : 2]),
+            cell(true, FMT_COMPILE("{:.3f}"), registers[0].total),
+            cycle.done() ? std::string() : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
     }
 
     void write_calendar(const RunEnd& end) {
@@ -321,8 +351,15 @@ private:
                           std::ranges::replace(rows.back(), std::string(), std::string("-"));
                       });
         if (rows.size() < 2) return;
-        constexpr std::size_t texts = 3;
+        constexpr std::ptrdiff_t texts = 3, in_first = 6;
+        std::vector<std::vector<std::string>> second = rows;
+        if (folded_)
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                rows[i].resize(in_first);
+                second[i].erase(second[i].begin() + texts, second[i].begin() + in_first);
+            }
         out_.write(aligned(rows, texts));
+        if (folded_) out_.write(aligned(second, texts));
     }
 
     void write_closed(const Cycle& cycle, std::size_t set) {
@@ -334,12 +371,15 @@ private:
                                        integrator(channel.medium, k).name, interval.result, unit_of(channel, k),
                                        length_of(interval, set));
         if (!amounts.empty())
-            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", print_time(kind_, cycle.row.time_s), channel.name,
-                                   set == 0 ? "hour" : "day ", amounts));
+            write_lines(fmt::format("{:<19} {:<10}  {}: {}\n", line_.time(cycle.row.time_s), channel.name,
+                                    set == 0 ? "hour" : "day ", amounts),
+                        32);
     }
 
     bool cycles_;
     std::size_t first_set_;  // of the intervals that are told: 0 from hours on, 1 days only
+    bool folded_;            // to fit 80 columns
+    Line line_;
 };
 
 }  // namespace
@@ -353,11 +393,16 @@ bool has(const Channel& c, Of whose) {
 
 std::unique_ptr<Results> make_results(const std::string& format, const Station& station, TimeKind kind,
                                       OutputFile& out) {
-    if (format == "csv") return std::make_unique<Csv>(station, kind, out);
+    if (format == "csv" || format == "csv_commas")
+        return std::make_unique<Csv>(station, kind, out, format == "csv_commas");
     if (format == "json") return std::make_unique<Json>(station, kind, out);
-    if (format == "table") return std::make_unique<Table>(station, kind, out, true, 0);
-    if (format == "hours") return std::make_unique<Table>(station, kind, out, false, 0);
-    if (format == "days") return std::make_unique<Table>(station, kind, out, false, 1);
+    const bool folded = format.ends_with("_folded");
+    const auto table = [&](bool cycles, std::size_t first_set) {
+        return std::make_unique<Table>(station, kind, out, cycles, first_set, folded);
+    };
+    if (format.starts_with("table")) return table(true, 0);
+    if (format.starts_with("hours")) return table(false, 0);
+    if (format.starts_with("days")) return table(false, 1);
     return nullptr;
 }
 
