@@ -1,7 +1,7 @@
-"""Judges what the tool writes: report_check.py html FILE | svg FILE | csv FILE CASES | rows FILE COLUMN VALUE COUNT.
+"""Judges what the tool writes: report_check.py html FILE | russian FILE | svg FILE | csv FILE CASES | rows FILE COLUMN VALUE COUNT.
 
 html: tags nest, ids are there for every link, nothing comes from outside. svg: well-formed, no coordinate is nan.
-csv: every case of every case file occurs with its line; expected, computed, permitted, declared and verdict agree.
+russian: no English sentence in headings and paragraphs. csv: every case of every case file occurs with its line; expected, computed, permitted, declared and verdict agree.
 """
 import csv
 import math
@@ -51,6 +51,34 @@ def html(path):
     assert "url(" not in text and "@import" not in text, "the style takes something from outside"
     for drawing in re.findall(r"<svg.*?</svg>", text, re.S):
         ElementTree.fromstring(drawing)
+
+
+class Words(HTMLParser):
+    """The running text of a page: headings, paragraphs, names of facts; neither code nor quotations."""
+
+    def __init__(self):
+        super().__init__()
+        self.open, self.text = [], []
+
+    def handle_starttag(self, tag, attrs):
+        if tag not in VOID:
+            self.open.append("quote" if dict(attrs).get("lang") == "en" or dict(attrs).get("class") == "fixed" else tag)
+
+    def handle_endtag(self, tag):
+        self.open.pop()
+
+    def handle_data(self, data):
+        if {"h1", "h2", "h3", "p", "summary", "th"} & set(self.open) and not {"code", "quote", "small"} & set(self.open):
+            self.text.append(data)
+
+
+def russian(path):
+    page = Words()
+    page.feed(pathlib.Path(path).read_text(encoding="utf-8"))
+    names = {"kalorfix", "verify", "protocol", "SHA", "CSV", "csv", "ISA", "dp"}
+    for text in page.text:
+        foreign = [word for word in re.findall(r"[A-Za-z]{4,}", text) if word not in names]
+        assert not foreign or not re.search(r" [a-z]{4,} ", text), f"not in Russian: {text}"
 
 
 def svg(path):
@@ -103,4 +131,4 @@ def count(path, column, value, wanted):
     assert got == int(wanted), f"{got} rows with {column} {value}"
 
 
-{"html": html, "svg": svg, "csv": table, "rows": count}[sys.argv[1]](*sys.argv[2:])
+{"html": html, "russian": russian, "svg": svg, "csv": table, "rows": count}[sys.argv[1]](*sys.argv[2:])

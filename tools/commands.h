@@ -52,6 +52,12 @@ struct Command {
 /// `check`: the rules for a metering point before it is commissioned. Exit status 1 when a rule says STOP.
 [[nodiscard]] Command check_command();
 
+/// `audit`: the archive of a device recomputed. Exit status 1 when a sum differs by more than the limit given.
+[[nodiscard]] Command audit_command();
+
+/// `protocol`: a device checked at points, as a form. Exit status 1 when a value is not met or missing.
+[[nodiscard]] Command protocol_command();
+
 /// `demo`: a sheet for each channel of a built-in station (steam, water, gas by density, gas by composition) with the totals of an
 /// hour; then the day of the example station, or a line that says why not. Exit status 1 when a cycle of the built-in station is
 /// refused.

@@ -79,18 +79,6 @@ std::string axes(const Plot& plot, const Scale& x, const Scale& y) {
 
 }  // namespace
 
-std::string escape(std::string_view content) {
-    constexpr std::string_view special = "&<>\"";
-    constexpr std::array<std::string_view, special.size()> entities{"&amp;", "&lt;", "&gt;", "&quot;"};
-    std::string out;
-    for (const char c : content)
-        if (const std::size_t found = special.find(c); found != std::string_view::npos)
-            out += entities[found];
-        else  // Control characters have no place in XML.
-            out += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
-    return out;
-}
-
 std::string Ticks::text(double value) const {
     if (std::fabs(value) < 1e-9 * step) return "0";
     const double size = std::fmax(std::fabs(values.front()), std::fabs(values.back()));

@@ -6,10 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include "tools/html.h"
+
 namespace kalorfix::tool::svg {
 
-/// Text for XML and HTML.
-[[nodiscard]] std::string escape(std::string_view text);
+using html::escape;
 
 /// A linear axis: values low..high onto coordinates from..to.
 struct Scale {

@@ -75,6 +75,8 @@ struct Limits {
 
 /// A cell of CSV, in quotes if it needs them.
 [[nodiscard]] std::string csv_cell(const std::string& text);
+/// The same for a text that others wrote: an apostrophe keeps a spreadsheet from taking it for a formula.
+[[nodiscard]] std::string csv_text(const std::string& text);
 
 /// The same for a text that others wrote: an apostrophe keeps a spreadsheet from taking it for a formula.
 [[nodiscard]] std::string csv_text(const std::string& text);

@@ -13,6 +13,7 @@ CRITICAL = [(340, 20), (380, 15), (380, 20), (380, 30), (380, 45), (420, 15), (4
 print("# The density of water and steam over the whole range; written by water_map.py.\n")
 print("[t_param_1]")
 print(f"source: python3-iapws {__version__}, class IAPWS95")
+print("origin: program")
 print("note: a map of the density; its solver sets the permitted deviation")
 print("tolerance: rho_kg_m3=r2e-8")
 print("columns: case t_C p_MPa -> status rho_kg_m3")

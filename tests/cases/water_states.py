@@ -15,6 +15,7 @@ print("# States of water and steam; written by water_states.py.\n")
 for name, states, loose in (("liquid", LIQUID, 1), ("steam", STEAM, 1), ("dense", DENSE, 5)):
     print("[t_param_1]")
     print(f"source: python3-iapws {__version__}, class IAPWS95")
+    print("origin: program")
     print("note: enthalpies lie 2.4e-7 kJ/kg apart by the constant of the ideal part in use")
     print(f"tolerance: rho_kg_m3=r{2e-8 * loose:g} h_kJ_kg={4e-6 * loose:g} kappa=r{2e-7 * loose:g}")
     print("columns: case t_C p_MPa -> status rho_kg_m3 h_kJ_kg kappa")

@@ -1,6 +1,7 @@
 #include "tools/cases/case_file.h"
 
 #include <algorithm>
+#include <array>
 
 #include "tools/names.h"
 #include "tools/text.h"
@@ -57,6 +58,8 @@ private:
             tables_.back().source = text;
         else if (key == "note:")
             tables_.back().notes.emplace_back(text);
+        else if (key == "origin:")
+            origin(text);
         else if (key == "fixed:")
             for (const auto& [name, number] : assignments(text)) settings_.fixed[name] = value_of(number);
         else if (key == "tolerance:")
@@ -68,6 +71,22 @@ private:
             columns(words(text));
         else
             lines_.fail("unknown setting ", key);
+    }
+
+    void origin(std::string_view text) {
+        for (const std::string_view token : words(text))
+            if (const std::size_t equals = token.find('='); equals == std::string_view::npos)
+                settings_.origin = origin_of(token);
+            else
+                settings_.origins[std::string(token.substr(0, equals))] = origin_of(token.substr(equals + 1));
+    }
+
+    [[nodiscard]] Origin origin_of(std::string_view word) const {
+        constexpr std::array<std::string_view, 4> origins{"printed", "program", "own", "limit"};
+        const auto* const found = std::ranges::find(origins, word);
+        if (found == origins.end())
+            lines_.fail("origin: there are printed, program, own and limit, not ", word);
+        return static_cast<Origin>(found - origins.begin());
     }
 
     void deviation(std::string_view text) {
@@ -96,7 +115,7 @@ private:
     }
 
     void row(const std::vector<std::string_view>& tokens) {
-        const auto& [inputs, outputs, fixed, tolerances, deviations] = settings_;
+        const auto& [inputs, outputs, fixed, tolerances, deviations, origin, origins] = settings_;
         if (outputs.empty()) lines_.fail("a row before its columns");
         if (tokens.size() != 1 + inputs.size() + outputs.size())
             lines_.fail(
@@ -111,7 +130,7 @@ private:
 
     [[nodiscard]] Expected expected_of(const std::string& column, std::string_view token) const {
         const std::size_t tilde = token.find('~');
-        Expected expected{column, 0.0, std::string(token.substr(0, tilde)), {}, {}};
+        Expected expected{column, 0.0, std::string(token.substr(0, tilde)), {}, {}, settings_.origin};
         expected.value = value_of(expected.text);
         if (tilde != std::string_view::npos)
             expected.tolerance = tolerance_of(token.substr(tilde + 1));
@@ -119,6 +138,8 @@ private:
             expected.tolerance = found->second;
         if (const auto found = settings_.deviations.find(column); found != settings_.deviations.end())
             expected.declared = found->second;
+        if (const auto found = settings_.origins.find(column); found != settings_.origins.end())
+            expected.origin = found->second;
         return expected;
     }
 
@@ -146,6 +167,8 @@ private:
         Values fixed;
         std::map<std::string, Tolerance> tolerances;
         std::map<std::string, Deviation> deviations;
+        Origin origin = Origin::not_stated;
+        std::map<std::string, Origin> origins;
     } settings_;  // of the table at hand
 };
 

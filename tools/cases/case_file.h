@@ -6,6 +6,7 @@
 //     # comment
 //     [t_param_1]
 //     source: where the numbers come from
+//     origin: printed K=own                where the expected values come from, and those of columns that differ
 //     note: anything that the reader should know (may be repeated)
 //     fixed: mode=1 p_MPa=0.1              inputs that are the same in all rows
 //     tolerance: rho_kg_m3=5e-7 kappa=r1e-7 permitted deviation, absolute or (r) relative
@@ -18,6 +19,9 @@
 // it may carry a tolerance of its own, which replaces that of the column. A column without a tolerance must
 // be met exactly. A ~ tolerance with both parts, 1e-6,r1e-7, allows the larger of the two. Two cases NAME-in and
 // NAME-out of a table stand on the two sides of a limit; what sets them apart are the inputs that differ.
+//
+// An origin is printed (in a publication), program (computed by another program), own (an evaluation of one's own) or limit (a
+// status or a limit); a word is a limit whatever the table says. Without the line it is not stated.
 //
 // A deviation line, one a column, is for printed values that the library does not meet on purpose: a result beyond the
 // tolerance but within the bound differs as declared. The reason is the name of an entry of docs/deviations.md.
@@ -43,12 +47,16 @@ struct Deviation {
     std::string reason;  ///< name of an entry of docs/deviations.md
 };
 
+/// Where an expected value comes from.
+enum class Origin { printed, program, own, limit, not_stated };
+
 struct Expected {
     std::string column;
     double value = 0.0;
     std::string text;  ///< as written in the file
     Tolerance tolerance;
     std::optional<Deviation> declared;
+    Origin origin = Origin::not_stated;
 };
 
 using Values = std::map<std::string, double, std::less<>>;

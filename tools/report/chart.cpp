@@ -32,13 +32,13 @@ std::string band(const svg::Scale& y) {
     return out;
 }
 
-std::string dot(const Value& value, double x, const svg::Scale& y) {
+std::string dot(const Wording& w, const Value& value, double x, const svg::Scale& y) {
     const double signed_ratio = std::copysign(value.ratio(), value.deviation);
     const double place = y(std::clamp(std::isfinite(signed_ratio) ? signed_ratio : edge, -edge, edge));
     const bool differs = value.verdict == cases::Verdict::differs_as_declared;
     const std::string tip =
-        svg::escape(fmt::format("{} {}: {} of {}", value.place(), value.where->id, short_number(signed_ratio),
-                                differs ? "declared" : "permitted"));
+        svg::escape(fmt::format("{} {}: {}, {}", value.place(), value.where->id, short_number(signed_ratio),
+                                differs ? w("differ as declared") : w("worst / permitted")));
     if (value.passed())
         return fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"2.3\" fill=\"{}\"><title>{}</title></circle>\n",
                            svg::at(x), svg::at(place), differs ? "#d08a00" : "#1f5a8c", tip);
@@ -48,27 +48,28 @@ std::string dot(const Value& value, double x, const svg::Scale& y) {
         svg::at(x), svg::at(place), tip);
 }
 
-std::string strip_of(const std::string& output, const Points& points, double top) {
+std::string strip_of(const Wording& w, const std::string& output, const Points& points, double top) {
     const svg::Scale y{-edge, edge, top + strip, top};
     const svg::Scale x{0.0, static_cast<double>(points.size()), left, right};
     const Quantity q = quantity(output);
     std::string out = band(y);
     out += svg::text(0.0, top + strip / 2.0, q.symbol, {.size = 12.5, .colour = "#1c2126"});
     out += svg::text(0.0, top + strip / 2.0 + 15.0,
-                     fmt::format("{}{}{} values", q.unit, q.unit.empty() ? "" : ", ", points.size()),
+                     q.unit.empty() ? fmt::format("{}", points.size())
+                                    : w("{}, {} values", translated(w.language, q.unit), points.size()),
                      {.size = 10.0});
     for (std::size_t k = 0; k < points.size(); ++k) {
         const auto index = static_cast<double>(k);
         if (k > 0 && points[k]->table != points[k - 1]->table)
             out += svg::line(x(index), top, x(index), top + strip, "#c3ccd4", 0.7);
-        out += dot(*points[k], x(index + 0.5), y);
+        out += dot(w, *points[k], x(index + 0.5), y);
     }
     return out;
 }
 
 }  // namespace
 
-std::string deviation_chart(const Section& section) {
+std::string deviation_chart(const Wording& w, const Section& section) {
     std::string strips;
     double top = head;
     for (const std::string& output : section.outputs()) {
@@ -76,18 +77,18 @@ std::string deviation_chart(const Section& section) {
         for (const Value& value : section.values)
             if (value.expected->column == output && !value.is_exact()) points.push_back(&value);
         if (points.empty()) continue;
-        strips += strip_of(output, points, top);
+        strips += strip_of(w, output, points, top);
         top += strip + strip_gap;
     }
     if (strips.empty()) return {};
     const double height = top - strip_gap + foot;
     return fmt::format(
-        "<svg class=\"chart\" viewBox=\"0 0 {} {}\" role=\"img\" aria-label=\"Deviations of "
-        "{}\">\n{}{}</svg>\n",
+        "<div class=\"charts\"><svg class=\"chart\" viewBox=\"0 0 {} {}\" role=\"img\" "
+        "aria-label=\"{}\">\n{}{}</svg></div>\n",
         width, height, svg::escape(section.subject.key), strips,
         svg::text(left, height - 6.0,
-                  "deviation over permitted deviation (amber: over declared deviation), in the order of the "
-                  "tables; thin lines part the sources",
+                  w("deviation over permitted deviation (amber: over declared deviation), in the order of the "
+                    "tables; thin lines part the sources"),
                   {.size = 10.0}));
 }
 

@@ -22,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Request {
-    std::string html_file, csv_file, cases_directory;
+    std::string html_file, csv_file, cases_directory, language = "en";
 };
 
 constexpr const char* row_layout = "{:<21} {:>6} {:>7} {:>6} {:>6} {:>6} {:>6}  {:<7} {}\n";
@@ -69,19 +69,25 @@ void print_summary(const Verification& verification) {
                all.differing, all.failed);
 }
 
+std::string_view origin_word(cases::Origin origin) {
+    constexpr std::string_view words[] = {"printed", "program", "own", "limit", "not stated"};
+    return words[static_cast<std::size_t>(origin)];
+}
+
 std::string csv(const Verification& verification) {
     std::string out =
         "function,case,file,line,inputs,output,expected,computed,deviation,permitted,declared,verdict,reason,"
-        "source\n";
+        "origin,source\n";
     for (const Section& section : verification.sections)
         for (const Value& f : section.values)
             // An exact value has no deviation worth a number.
-            out += fmt::format(
-                "{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key, csv_text(f.where->id),
-                csv_text(f.file->name), f.where->line, csv_text(all_inputs(*f.where)), f.expected->column,
-                f.expected->text, f.computed, std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "",
-                f.permitted, f.declared, verdict_word(f.verdict),
-                f.expected->declared ? csv_text(f.expected->declared->reason) : "", csv_text(f.table->source));
+            out += fmt::format("{},{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key,
+                               csv_text(f.where->id), csv_text(f.file->name), f.where->line,
+                               csv_text(all_inputs(*f.where)), f.expected->column, f.expected->text, f.computed,
+                               std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "", f.permitted,
+                               f.declared, verdict_word(f.verdict),
+                               f.expected->declared ? csv_text(f.expected->declared->reason) : "",
+                               origin_word(f.origin()), csv_text(f.table->source));
     return out;
 }
 
@@ -93,6 +99,8 @@ std::string shared(const char* name) {
 std::string now() { return fmt::format("{:%Y-%m-%d %H:%M} UTC", fmt::gmtime(std::time(nullptr))); }
 
 int run(const Installation& files, const Request& request) {
+    const std::optional<Language> language = language_of(request.language);
+    if (!language) throw InputError("--lang: there are en and ru, not ", tool::quoted(request.language));
     const std::string directory = request.cases_directory.empty() ? shared("cases") : request.cases_directory;
     std::vector<CaseFile> case_files = read_cases(directory);
     if (files.gas_data.empty() && need_gas_data(case_files))
@@ -112,8 +120,10 @@ int run(const Installation& files, const Request& request) {
         const std::string opened = host::Library(files.library).path();
         const std::string data =
             files.gas_data.empty() ? "" : fs::absolute(files.gas_data).lexically_normal().string();
-        page->write(
-            html(verification, {opened, data, now(), shared("deviations.md"), shared("not_verified.md")}));
+        const bool russian = *language == Language::russian;
+        page->write(html(verification, {opened, data, now(), *language,
+                                        shared(russian ? "ru/deviations.md" : "deviations.md"),
+                                        shared(russian ? "ru/not_verified.md" : "not_verified.md")}));
     }
     if (lines) lines->write(csv(verification));
     for (auto* const file : {&page, &lines})
@@ -136,6 +146,7 @@ Command verify_command() {
             "cases declare. Exit status 1 when a value neither is met nor differs so.",
             {{"--html", "FILE", "write the report as one page, for screen and paper", &request->html_file},
              {"--csv", "FILE", "write every compared value as a line", &request->csv_file},
+             {"--lang", "en|ru", "language of the page (en)", &request->language},
              {"--cases", "DIR",
               "directory of case files, *.txt (default:\nshare/kalorfix/cases of the build or installation)",
               &request->cases_directory}},

@@ -33,45 +33,16 @@ void name_entries(std::string& text, std::string_view tag) {
 
 }  // namespace
 
-Table::Table(std::string_view headings, std::string_view kind) {
-    for (std::string_view heading : split(headings, ',')) {
-        left_.push_back(heading.starts_with('<'));
-        if (left_.back()) heading.remove_prefix(1);
-        const std::vector<std::string_view> parts = split(heading, '|');
-        const bool unit = parts.size() > 1 && !parts[1].empty();
-        head_ += fmt::format("<th{}>{}{}</th>", left_.back() ? " class=\"name\"" : "", escape(parts[0]),
-                             unit ? fmt::format(" <small>{}</small>", escape(parts[1])) : "");
-    }
-    head_ = fmt::format("<table{}><thead><tr>{}</tr></thead><tbody>\n",
-                        kind.empty() ? "" : fmt::format(" class=\"{}\"", kind), head_);
+Html verdict(const Wording& w, bool passed) {
+    return {passed ? "<span class=\"met\">" + escape(w("ok")) + "</span>"
+                   : "<b class=\"failed\">" + escape(w("FAILED")) + "</b>"};
 }
 
-void Table::row(const std::vector<Cell>& cells) {
-    rows_ += "<tr>";
-    for (std::size_t k = 0; k < cells.size(); ++k)
-        rows_ += fmt::format("<td{}>{}</td>", left_[k] ? " class=\"name\"" : "", cells[k].html);
-    rows_ += "</tr>\n";
-}
-
-std::string Table::html() const { return rows_.empty() ? rows_ : head_ + rows_ + "</tbody></table>\n"; }
-
-std::string facts_table(const std::vector<std::pair<std::string, Cell>>& facts) {
-    std::string out = "<table class=\"facts\">\n";
-    for (const auto& [name, cell] : facts)
-        if (!cell.html.empty())
-            out += fmt::format("<tr><th>{}</th><td>{}</td></tr>\n", escape(name), cell.html);
-    return out + "</table>\n";
-}
-
-Html verdict(bool passed) {
-    return {passed ? "<span class=\"met\">met</span>" : "<b class=\"failed\">FAILED</b>"};
-}
-
-Html verdict(const Statistics& s) {
-    Html outcome = verdict(s.failed == 0);
+Html verdict(const Wording& w, const Statistics& s) {
+    Html outcome = verdict(w, s.failed == 0);
     if (s.differing > 0)
-        outcome.text +=
-            fmt::format("; <a class=\"declared\" href=\"#declared\">{} differ as declared</a>", s.differing);
+        outcome.text += fmt::format("; <a class=\"declared\" href=\"#declared\">{}</a>",
+                                    escape(w("{} differ as declared", s.differing)));
     return outcome;
 }
 
@@ -87,14 +58,17 @@ std::string entry_id(std::string_view name) {
     return out;
 }
 
-std::string markdown(const std::string& file, bool named_entries) {
+std::string markdown(const std::string& file, bool named_entries, bool first_section) {
     const std::optional<std::string> text = content_of(file);
     if (!text) throw InputError(file + ": cannot read this part of the report: " + why_unreadable(file));
+    std::string_view shown = *text;
+    if (const std::size_t first = shown.find("\n## "); first_section && first != std::string_view::npos)
+        shown = shown.substr(first, shown.find("\n## ", first + 1) - first);
     std::string out;
     const auto append = [](const MD_CHAR* piece, MD_SIZE size, void* to) {
         static_cast<std::string*>(to)->append(piece, size);
     };
-    if (md_html(text->data(), static_cast<MD_SIZE>(text->size()), append, &out, MD_FLAG_TABLES, 0) != 0)
+    if (md_html(shown.data(), static_cast<MD_SIZE>(shown.size()), append, &out, MD_FLAG_TABLES, 0) != 0)
         throw InputError(file + ": cannot be shown in the report");
     if (const std::size_t end = out.find("</h1>"); out.starts_with("<h1>")) out.erase(0, end + 5);
     replace_all(out, "<h2>", "<h3>");

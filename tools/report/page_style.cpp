@@ -30,20 +30,29 @@ th:first-child, td:first-child { padding-left: 0; } th:last-child, td:last-child
 .wide { font-size: 11px; } .wide th, .wide td { padding: 3px 5px; }
 .facts th { text-align: left; width: 170px; border-bottom: 1px solid #e9ecef; vertical-align: top; }
 .facts td { text-align: left; overflow-wrap: anywhere; } .facts ul { margin: 0; padding-left: 16px; }
+.scroll { overflow-x: auto; } .purpose { max-width: 90ch; } summary { cursor: pointer; margin: 14px 0; color: var(--accent); }
+.texts td, .texts th { text-align: left; font-size: 11.5px; min-width: 11ch; }
 .chart { width: 100%; height: auto; display: block; margin: 14px 0 6px; }
 svg text { font-family: inherit; }
 .prose ul { padding-left: 18px; margin: 6px 0; } .prose li { margin: 4px 0; max-width: 100ch; }
 .prose td, .prose th { text-align: left; } .prose td:first-child { width: 14%; } .prose td:nth-child(2) { width: 26%; }
 footer { margin-top: 48px; border-top: 1px solid var(--rule); padding-top: 8px; color: var(--grey); font-size: 12px; }
+@media (max-width: 700px) {
+  body { padding: 16px 12px 48px; } h1 { font-size: 22px; } h2 { margin-top: 36px; } .facts th { width: 34%; }
+  .outcome, .outcome.declared { display: block; margin: 8px 0; } .values td.name { min-width: 12ch; } td.name:first-child { min-width: 22ch; } .prose { overflow-x: auto; }
+  .chart { width: 760px; } .charts { overflow-x: auto; }
+}
 @page { size: A4 portrait; margin: 14mm 12mm 16mm; }
 @media print {
   body { max-width: none; padding: 0; font-size: 9.5pt; }
-  h2 { break-before: page; margin-top: 0; } h2.flow { break-before: auto; margin-top: 28px; }
+  h2 { margin-top: 22px; font-size: 13pt; } h3 { margin: 12px 0 4px; font-size: 10.5pt; } h4 { margin: 10px 0 2px; font-size: 8.4pt; }
+  .scroll { overflow: visible; } details, .screen { display: none; } .chart { margin: 4px 0 2px; width: 78%; } .note, .fixed { font-size: 7.8pt; }
   h2, h3, h4, .note, .fixed { break-after: avoid; }
   thead { display: table-header-group; }
   tr, .chart { break-inside: avoid; }
-  table { font-size: 7.6pt; } .values { font-size: 7.2pt; } th, td { padding: 1.5pt 4pt; }
-  .wide { font-size: 5.8pt; } .wide th, .wide td { padding: 1.5pt 2pt; }
+  table { font-size: 7.4pt; line-height: 1.2; margin: 4px 0 8px; } .values { font-size: 6.8pt; } th, td { padding: 0.8pt 4pt; }
+  .texts td, .texts th { font-size: 7pt; min-width: 0; } .values td.name { min-width: 0; white-space: nowrap; } .values.limits td.name { white-space: normal; }
+  .wide { font-size: 5.6pt; } .wide th, .wide td { padding: 0.8pt 1.6pt; }
   a:not(.declared) { color: inherit; }
 }
 )css";

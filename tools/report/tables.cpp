@@ -42,30 +42,36 @@ Layout layout(Values values) {
     return result;
 }
 
-std::string composition(const cases::Values& inputs, const Layout& shape) {
+std::string unit_behind(const Wording& w, const Quantity& q) {
+    return q.unit.empty() ? "" : " " + std::string(translated(w.language, q.unit));
+}
+
+std::string composition(const Wording& w, const cases::Values& inputs, const Layout& shape) {
     std::vector<std::string> parts;
     for (const auto& [name, value] : inputs)
         if (const std::string_view part = component(name);
             !part.empty() && value != 0.0 && !shape.fixed.contains(name))
-            parts.push_back(fmt::format("{} {:.8g}", part, value));
+            parts.push_back(fmt::format("{} {:.8g}", translated(w.language, part), value));
     return parts.empty() ? "-" : joined(parts);
 }
 
-std::string fixed_line(const Layout& shape) {
+std::string fixed_line(const Wording& w, const Layout& shape) {
     std::vector<std::string> parts;
     for (const auto& [name, value] : shape.fixed) {
         if (!component(name).empty() && value == 0.0) continue;
         const Quantity q = quantity(name);
-        parts.push_back(fmt::format("{} {}{}", q.symbol, input_text(name, value), q.unit_behind()));
+        parts.push_back(fmt::format("{} {}{}", translated(w.language, q.symbol), input_text(name, value),
+                                    unit_behind(w, q)));
     }
     if (parts.empty()) return {};
-    return fmt::format("<p class=\"fixed\"><b>All cases:</b> {}</p>\n", escape(joined(parts, {}, "; ")));
+    return fmt::format("<p class=\"fixed\"><b>{}</b> {}</p>\n", escape(w("All cases:")),
+                       escape(joined(parts, {}, "; ")));
 }
 
 using Findings = std::vector<const Value*>;
 
 // Statuses and phases of one case in one cell.
-Html obtained(const Findings& found) {
+Html obtained(const Wording& w, const Findings& found) {
     Html words;
     for (const Value* f : found) {
         if (!is_word(*f->expected)) continue;
@@ -73,46 +79,46 @@ Html obtained(const Findings& found) {
                                   escape(computed_word(*f)));
         if (!f->passed())
             words.text +=
-                fmt::format(" <b class=\"failed\">FAILED, expected {}</b>", escape(f->expected->text));
+                fmt::format(" <b class=\"failed\">{}</b>", escape(w("FAILED, expected {}", f->expected->text)));
     }
     return words.text.empty() ? Html{"-"} : words;
 }
 
-Html value_verdict(const cases::Finding& f) {
-    if (f.verdict != cases::Verdict::differs_as_declared) return verdict(f.passed());
+Html value_verdict(const Wording& w, const cases::Finding& f) {
+    if (f.verdict != cases::Verdict::differs_as_declared) return verdict(w, f.passed());
     const cases::Deviation& declared = *f.expected->declared;
-    return {fmt::format("<a class=\"declared\" href=\"#{}\">differs as declared, at most {}</a>",
-                        entry_id(declared.reason), bound_text(declared.bound))};
+    return {fmt::format("<a class=\"declared\" href=\"#{}\">{}</a>", entry_id(declared.reason),
+                        escape(w("differs as declared, at most {}", bound_text(declared.bound))))};
 }
 
 // A line for each number of a case; the inputs and what was obtained in words stand in the first.
-void add_case(Table& table, const Findings& found, const Layout& shape) {
+void add_case(const Wording& w, Table& table, const Findings& found, const Layout& shape) {
     const cases::Case& one = *found.front()->where;
     std::vector<Cell> cells{one.id, std::to_string(one.line)};
     for (const std::string& name : shape.columns) {
         const auto given = one.inputs.find(name);
-        cells.emplace_back(given == one.inputs.end() ? "-" : input_text(name, given->second));
+        cells.emplace_back(given == one.inputs.end() ? std::string("-") : input_text(name, given->second));
     }
-    if (shape.composition) cells.emplace_back(composition(one.inputs, shape));
-    cells.emplace_back(obtained(found));
+    if (shape.composition) cells.emplace_back(composition(w, one.inputs, shape));
+    cells.emplace_back(obtained(w, found));
     const std::size_t inputs = cells.size();
     for (const Value* f : found) {
         if (is_word(*f->expected)) continue;
         const Quantity q = quantity(f->expected->column);
         const bool exact = f->is_exact();
         const std::string given = f->expected->text, digits = with_digits_of(f->expected->value, f->permitted);
-        for (const Cell& cell :
-             std::vector<Cell>{q.symbol + q.unit_behind(), given.size() <= digits.size() ? given : digits,
-                               with_digits_of(f->computed, f->permitted),
-                               exact && f->passed() ? "0" : short_number(f->deviation),
-                               exact ? "exact" : short_number(f->permitted), value_verdict(*f)})
+        for (const Cell& cell : std::vector<Cell>{
+                 std::string(translated(w.language, q.symbol)) + unit_behind(w, q),
+                 given.size() <= digits.size() ? given : digits, with_digits_of(f->computed, f->permitted),
+                 exact && f->passed() ? std::string("0") : short_number(f->deviation),
+                 exact ? w("exact") : short_number(f->permitted), value_verdict(w, *f)})
             cells.push_back(cell);
         table.row(cells);
-        cells.assign(inputs, "");
+        cells.assign(inputs, std::string());
     }
     if (cells.front().html.empty()) return;
-    if (shape.numbers) cells.resize(inputs + 5, "");
-    cells.emplace_back(verdict(std::ranges::all_of(found, [](const auto* f) { return f->passed(); })));
+    if (shape.numbers) cells.resize(inputs + 5, std::string());
+    cells.emplace_back(verdict(w, std::ranges::all_of(found, [](const auto* f) { return f->passed(); })));
     table.row(cells);
 }
 
@@ -155,7 +161,7 @@ std::vector<Limit> limits_of(Values values) {
 }
 
 // The inputs that differ, with their values on one side.
-std::string apart(const Limit& limit, const Side& side) {
+std::string apart(const Wording& w, const Limit& limit, const Side& side) {
     std::vector<std::string> parts;
     for (const auto& [name, value] : side.where->inputs) {
         const auto in = limit.in.where->inputs.find(name), out = limit.out.where->inputs.find(name);
@@ -163,59 +169,84 @@ std::string apart(const Limit& limit, const Side& side) {
             in->second == out->second)
             continue;
         const Quantity q = quantity(name);
-        parts.push_back(fmt::format("{} = {}{}", q.symbol, input_text(name, value), q.unit_behind()));
+        parts.push_back(fmt::format("{} = {}{}", translated(w.language, q.symbol), input_text(name, value),
+                                    unit_behind(w, q)));
     }
     return joined(parts);
 }
 
 }  // namespace
 
-std::string value_table(Values values) {
+std::string value_table(const Wording& w, Values values) {
     constexpr std::size_t wide_from = 7;
     const cases::Table& source = *values.front().table;
     const Layout shape = layout(values);
-    std::string headings = "<case,line";
-    for (const std::string& name : shape.columns)
-        headings +=
-            fmt::format(",{}{}|{}", name == "device" ? "<" : "", quantity(name).symbol, quantity(name).unit);
-    headings += fmt::format("{},<obtained{},<verdict", shape.composition ? ",<composition|as given" : "",
-                            shape.numbers ? ",<output,expected,computed,deviation,permitted" : "");
-    Table table(headings, shape.columns.size() > wide_from ? "values wide" : "values");
+    std::vector<Column> columns{{w("case"), {}, true}, {w("line")}};
+    for (const std::string& name : shape.columns) {
+        const Quantity q = quantity(name);
+        columns.push_back({std::string(translated(w.language, q.symbol)),
+                           std::string(translated(w.language, q.unit)), name == "device"});
+    }
+    if (shape.composition) columns.push_back({w("composition"), w("as given"), true, true});
+    columns.push_back({w("obtained"), {}, true});
+    if (shape.numbers) {
+        columns.push_back({w("output"), {}, true});
+        for (const Text text : {Text("expected"), Text("computed"), Text("deviation"), Text("permitted")})
+            columns.push_back({w(text)});
+    }
+    columns.push_back({w("verdict"), {}, true});
+    Table table(columns, shape.columns.size() > wide_from ? "values wide" : "values");
     Findings found;
     for (const Value& value : values) {
         if (!found.empty() && found.front()->where != value.where) {
-            add_case(table, found, shape);
+            add_case(w, table, found, shape);
             found.clear();
         }
         found.push_back(&value);
     }
-    add_case(table, found, shape);
+    add_case(w, table, found, shape);
     const std::string notes = escape(joined(source.notes, {}, "; "));
-    return fmt::format("<h4>{}<span class=\"trace\">{}:{}</span></h4>\n{}{}{}", escape(source.source),
+    return fmt::format("<h4>{}<span class=\"trace\">{}:{}</span></h4>\n{}{}{}", source_text(w, source.source),
                        escape(values.front().file->name), source.line,
-                       notes.empty() ? notes : "<p class=\"note\">" + notes + "</p>\n", fixed_line(shape),
-                       table.html());
+                       notes.empty() ? notes : "<p class=\"note\" lang=\"en\">" + notes + "</p>\n",
+                       fixed_line(w, shape), table.html());
 }
 
-std::string limit_tables(const Verification& verification) {
+std::string limit_tables(const Wording& w, const Verification& verification) {
     std::string out;
+    std::size_t count = 0, failed = 0;
     for (const Section& section : verification.sections)
         for (const Values& values : section.tables()) {
-            Table table("<limit,<inside,<obtained,line,<outside,<obtained,line,<verdict", "values");
+            Table table({{w("limit"), {}, true},
+                         {w("inside"), {}, true},
+                         {w("obtained"), {}, true},
+                         {w("line")},
+                         {w("outside"), {}, true},
+                         {w("obtained"), {}, true},
+                         {w("line")},
+                         {w("verdict"), {}, true}},
+                        "values limits");
             const auto bold = [](const Side& side) { return Html{"<b>" + escape(side.obtained) + "</b>"}; };
             for (const Limit& limit : limits_of(values)) {
                 const auto& [name, in, out_of] = limit;
                 if (!in.where || !out_of.where) continue;
-                table.row({name, apart(limit, in), bold(in), std::to_string(in.where->line),
-                           apart(limit, out_of), bold(out_of), std::to_string(out_of.where->line),
-                           verdict(in.passed && out_of.passed)});
+                ++count;
+                if (!in.passed || !out_of.passed) ++failed;
+                table.row({name, apart(w, limit, in), bold(in), std::to_string(in.where->line),
+                           apart(w, limit, out_of), bold(out_of), std::to_string(out_of.where->line),
+                           verdict(w, in.passed && out_of.passed)});
             }
             if (const std::string rows = table.html(); !rows.empty())
                 out += fmt::format("<h4>{}<span class=\"trace\">{}, {}:{}</span></h4>\n{}",
-                                   escape(values.front().table->source), escape(section.subject.key),
+                                   source_text(w, values.front().table->source), escape(section.subject.key),
                                    escape(values.front().file->name), values.front().table->line, rows);
         }
-    return out.empty() ? "<p>The case files hold no pairs of cases on the two sides of a limit.</p>\n" : out;
+    if (out.empty())
+        return "<p>" + escape(w("The case files hold no pairs of cases on the two sides of a limit.")) +
+               "</p>\n";
+    const std::string counts = failed == 0 ? w("{} limits, all met from both sides", count)
+                                           : w("{} limits, of which not met: {}", count, failed);
+    return fmt::format("<p><b>{}</b></p>\n{}", escape(counts), out);
 }
 
 }  // namespace kalorfix::tool::report

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <limits>
 
+#include "tools/report/quantities.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool::report {
@@ -25,7 +26,7 @@ Subject subject_of(const std::string& function, const cases::Values& inputs) {
     for (const std::string& key : {with_method, function})
         if (const auto found = std::ranges::find(subjects(), key, &Subject::key); found != subjects().end())
             return *found;
-    return {function, function};
+    return {function};
 }
 
 CaseFile read_file(const fs::path& path) {
@@ -39,6 +40,8 @@ CaseFile read_file(const fs::path& path) {
 }  // namespace
 
 bool Value::is_exact() const { return !(permitted > 0.0) || !std::isfinite(expected->value); }
+
+cases::Origin Value::origin() const { return is_word(*expected) ? cases::Origin::limit : expected->origin; }
 
 double Value::ratio() const {
     const bool differs = verdict == cases::Verdict::differs_as_declared;
@@ -65,33 +68,39 @@ std::vector<std::string> Section::outputs() const {
     return names;
 }
 
-Statistics statistics(const Section& section, const std::string& output) {
+Statistics statistics(const std::vector<const Value*>& values) {
     Statistics s;
     double ratios = 0.0, deviations = 0.0;
     const cases::Case* last = nullptr;
-    for (const Value& value : section.values) {
-        if (!output.empty() && value.expected->column != output) continue;
-        if (value.where != last) ++s.cases;
-        last = value.where;
+    for (const Value* value : values) {
+        if (value->where != last) ++s.cases;
+        last = value->where;
         ++s.values;
-        if (!value.passed()) ++s.failed;
-        if (value.verdict == cases::Verdict::differs_as_declared) ++s.differing;
-        if (value.is_exact()) {
+        if (!value->passed()) ++s.failed;
+        if (value->verdict == cases::Verdict::differs_as_declared) ++s.differing;
+        if (value->is_exact()) {
             ++s.exact;
             continue;
         }
-        ratios += value.ratio();
-        deviations += std::fabs(value.deviation);
-        s.worst_deviation = std::fmax(s.worst_deviation, std::fabs(value.deviation));
-        if (s.worst && value.ratio() <= s.worst_ratio) continue;
-        s.worst = &value;
-        s.worst_ratio = value.ratio();
+        ratios += value->ratio();
+        deviations += std::fabs(value->deviation);
+        s.worst_deviation = std::fmax(s.worst_deviation, std::fabs(value->deviation));
+        if (s.worst && value->ratio() <= s.worst_ratio) continue;
+        s.worst = value;
+        s.worst_ratio = value->ratio();
     }
     if (const auto compared = static_cast<double>(s.values - s.exact); compared > 0.0) {
         s.mean_ratio = ratios / compared;
         s.mean_deviation = deviations / compared;
     }
     return s;
+}
+
+Statistics statistics(const Section& section, const std::string& output) {
+    std::vector<const Value*> values;
+    for (const Value& value : section.values)
+        if (output.empty() || value.expected->column == output) values.push_back(&value);
+    return statistics(values);
 }
 
 Statistics totals(const Verification& verification) {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tools/cases/procedures.h"
+#include "tools/wording/wording.h"
 
 namespace kalorfix::tool::report {
 
@@ -23,6 +24,8 @@ struct Value : cases::Finding {
     [[nodiscard]] std::string place() const { return file->name + ":" + std::to_string(where->line); }
     /// Whether it has no permitted deviation to compare with: words, nan, inf and exact numbers.
     [[nodiscard]] bool is_exact() const;
+    /// Where the expected value comes from; a word is a status.
+    [[nodiscard]] cases::Origin origin() const;
     /// |deviation| over permitted, or declared, deviation; infinite where the result is not a number.
     [[nodiscard]] double ratio() const;
 };
@@ -31,8 +34,13 @@ using Values = std::span<const Value>;
 /// What the report says of a function besides its numbers.
 struct Subject {
     std::string key;  ///< the function, with the method behind a dot where that decides
-    std::string title, method{}, document{};
-    std::string range{};  ///< of use, as the interface states it
+    Text title = "-", method = "-", document = "-", in_force = "-";
+    Text accepted = "-", documented = "-";  ///< ranges, of the interface and of the document
+
+    /// The key where the function has no title.
+    [[nodiscard]] std::string name(Language language) const {
+        return title.in(language) == "-" ? key : std::string(title.in(language));
+    }
 };
 
 /// The functions in the order of the report. One that is not among them has its name alone.
@@ -64,6 +72,8 @@ struct Statistics {
     const Value* worst = nullptr;
 };
 
+/// Of these values.
+[[nodiscard]] Statistics statistics(const std::vector<const Value*>& values);
 /// Of one output, or of all with an empty name.
 [[nodiscard]] Statistics statistics(const Section& section, const std::string& output = {});
 

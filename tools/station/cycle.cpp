@@ -224,6 +224,12 @@ Outcome run_steps(const host::Library& library, const Channel& c, const Measured
     return out;
 }
 
+std::string refusal_of_steps(const host::Library& library, const Channel& c, const Outcome& out) {
+    if (out.passed(Step::flow)) return {};
+    const std::string reading = missing(c, out);
+    return reading.empty() ? diagnose(library, c, out, {}, 0) : reading;
+}
+
 Outcome run_cycle(const host::Library& library, const Channel& c, const Measured& row, const Elapsed& elapsed,
                   Registers& registers) {
     Outcome out = run_steps(library, c, row);

@@ -86,6 +86,10 @@ void prime_gas_state(const host::Library& library, const Station& station);
 /// State, properties, geometry and flow, without the totals; `reached` is Step::totals when all succeeded.
 [[nodiscard]] Outcome run_steps(const host::Library& library, const Channel& channel, const Measured& row);
 
+/// Why these steps were refused; empty when all succeeded.
+[[nodiscard]] std::string refusal_of_steps(const host::Library& library, const Channel& channel,
+                                           const Outcome& outcome);
+
 /// Runs a cycle: state, properties, geometry, flow, then totals and both intervals of every integrator.
 [[nodiscard]] Outcome run_cycle(const host::Library& library, const Channel& channel, const Measured& row,
                                 const Elapsed& elapsed, Registers& registers);
