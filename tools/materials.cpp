@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include "flow/material.h"
+#include "flow/geometry.h"
 #include "tools/commands.h"
 
 namespace kalorfix::tool {
