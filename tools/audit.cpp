@@ -12,6 +12,7 @@
 #include "tools/commands.h"
 #include "tools/output_file.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/station/cycle.h"
 #include "tools/text.h"
 
@@ -286,6 +287,11 @@ struct SessionEnd {
 
 int run(const Installation& files, const Request& request) {
     const Settings settings = read_settings(request);
+    keep_apart({{"STATION", request.station_file},
+                {"ARCHIVE", request.archive},
+                {"--lib", files.library},
+                {"--gas-data", files.gas_data}},
+               {{"--csv", request.csv}});
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
     const Station s = station::read_station(library, request.station_file);

@@ -11,13 +11,14 @@
 #include "tools/output_file.h"
 #include "tools/protocol/page.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
 namespace protocol {
 namespace {
 
-using metering::Dimension;
+using metering::Measure;
 
 struct Request : PointRequest {
     std::string points, readings, limit, t, p, dp, language = "en", html_file, csv_file;
@@ -49,11 +50,11 @@ std::vector<State> points_of(const host::Library& library, const metering::Point
         throw InputError(
             "--t, --p: give the ranges that the device will meet, such as --t 0:40 --p 1:6MPa --dp 0:40kPa, "
             "or the points in a file by --points");
-    Ranges ranges{read_span("--t", request.t, Dimension::temperature, "C"),
-                  read_span("--p", request.p, Dimension::pressure, "MPa"),
+    Ranges ranges{read_span("--t", request.t, Measure::temperature, "C"),
+                  read_span("--p", request.p, Measure::pressure, "MPa"),
                   {}};
     if (!(ranges.p_Pa.first > 0.0)) throw InputError("--p: must be above 0");
-    if (!request.dp.empty()) ranges.dp_Pa = read_span("--dp", request.dp, Dimension::pressure, "kPa");
+    if (!request.dp.empty()) ranges.dp_Pa = read_span("--dp", request.dp, Measure::pressure, "kPa");
     return default_points(library, point, ranges);
 }
 
@@ -87,6 +88,12 @@ int run(const Installation& files, const Request& request) {
     const std::optional<double> limit = number_within(request.limit, percent);
     if (!request.limit.empty() && !limit)
         throw InputError("--limit: ", expected_within(request.limit, percent));
+    keep_apart({{"STATION", request.station},
+                {"--points", request.points},
+                {"--readings", request.readings},
+                {"--lib", files.library},
+                {"--gas-data", files.gas_data}},
+               {{"--html", request.html_file}, {"--csv", request.csv_file}});
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
     Sheet sheet{.language = *language, .head = request.head, .station = request.station};

@@ -51,17 +51,17 @@ private:
 }  // namespace
 
 std::vector<State> read_points(const std::string& file) {
-    using metering::Dimension;
+    using metering::Measure;
     struct Wanted {
         std::string_view prefix;
-        Dimension dimension;
+        Measure measure;
         double State::*value;
         double factor = 1.0, offset = 0.0;
         std::size_t column = static_cast<std::size_t>(-1);
     };
-    std::array<Wanted, 3> wanted{{{"t_", Dimension::temperature, &State::t_C},
-                                  {"p_", Dimension::pressure, &State::p_Pa},
-                                  {"dp_", Dimension::pressure, &State::dp_Pa}}};
+    std::array<Wanted, 3> wanted{{{"t_", Measure::temperature, &State::t_C},
+                                  {"p_", Measure::pressure, &State::p_Pa},
+                                  {"dp_", Measure::pressure, &State::dp_Pa}}};
     Numbers numbers(file, "these points");
     for (std::size_t k = 0; k < numbers.names().size(); ++k) {
         const std::string& name = numbers.names()[k];
@@ -70,7 +70,7 @@ std::vector<State> read_points(const std::string& file) {
         const metering::Unit* const unit =
             found == wanted.end()
                 ? nullptr
-                : metering::find_unit(std::string_view(name).substr(found->prefix.size()), found->dimension);
+                : metering::find_unit(std::string_view(name).substr(found->prefix.size()), found->measure);
         if (!unit || found->column != static_cast<std::size_t>(-1))
             numbers.lines().fail("no such column here: ", quoted(name),
                                  "; there are t_C, p_MPa and dp_kPa, each once, in "

@@ -38,7 +38,8 @@ table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nu
   .sign i { display: none; } .sign small { order: 0; } }
 @page { size: A4 portrait; margin: 12mm 12mm 12mm 18mm; }
 @media print { body { max-width: none; padding: 0; font-size: 9.2pt; } .numbers { font-size: 7.6pt; } .numbers th, .numbers td { padding: 0.7pt 2.5pt; }
-  .second { break-before: page; } tr, .sign, .outcome { break-inside: avoid; } .scroll { overflow: visible; } .facts code { font-size: 7pt; }
+  .second { break-before: page; } tr, .sign, .outcome { break-inside: avoid; } .scroll { overflow: visible; } .facts { font-size: 8pt; } .facts td { height: auto; padding: 0; } .facts code { font-size: 7pt; }
+  .numbers { line-height: 1.2; }
   .numbers.many { font-size: 6.6pt; } .note { font-size: 8pt; } }
 )css";
 
