@@ -1,7 +1,6 @@
 #include "gas/edge/loaded_constants.h"
 
 #include <array>
-#include <cstring>
 
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
@@ -49,8 +48,7 @@ const aga8::Constants& aga8_constants() {
 
 const aga8::Mixture& aga8_mixture(const Composition& gas) {
     const aga8::Constants& constants = aga8_constants();
-    if (!last.known || std::memcmp(&last.x, &gas.x, sizeof last.x) != 0)
-        last = {gas.x, true, aga8::mix(gas, constants)};
+    if (!last.known || last.x != gas.x) last = {gas.x, true, aga8::mix(gas, constants)};
     return last.mixture;
 }
 
