@@ -76,6 +76,10 @@ struct Account {
         mean.p_Pa += reading.p_Pa;
         most_dp_Pa = std::max(most_dp_Pa, reading.dp_Pa);
     }
+    [[nodiscard]] bool is_empty() const { return periods.empty(); }
+    [[nodiscard]] bool is_complete() const {
+        return tool::is_complete(whole.budget()) && !(whole.uncovered(0) > 0.0);
+    }
     [[nodiscard]] metering::Reading typical() const {
         const auto n = static_cast<double>(whole.computed());
         return {mean.t_C / n, mean.p_Pa / n, most_dp_Pa};
@@ -83,7 +87,7 @@ struct Account {
 };
 
 BudgetRecord record_of(const Account& account, const std::string& when, const Period& period) {
-    BudgetRecord record{account.channel->name, when, period.budget(), true, {}};
+    BudgetRecord record{account.channel->name, when, period.budget(), true, {}, period.why_uncovered()};
     for (std::size_t k = 0; k < record.uncovered.size(); ++k) record.uncovered[k] = period.uncovered(k);
     return record;
 }
@@ -121,6 +125,10 @@ std::vector<std::vector<std::string>> lines_with_head(bool amount) {
 
 void print_account(const Account& account, By by, const std::vector<std::vector<std::string>>& readings) {
     const Period& whole = account.whole;
+    if (account.is_empty()) {
+        fmt::print("{}: no readings\n", account.channel->name);
+        return;
+    }
     fmt::print("{}: {} readings, {} of them without a flow{}\n", account.channel->name,
                whole.computed() + whole.refused(), whole.refused(),
                account.first_refusal.empty() ? "" : ", the first: " + account.first_refusal);
@@ -134,7 +142,7 @@ void print_account(const Account& account, By by, const std::vector<std::vector<
     if (rows.size() > 2)
         fmt::print("{} by {}\n{}", account.channel->name, by_words[static_cast<std::size_t>(by)],
                    aligned(rows, 1));
-    fmt::print("{}", budget_words(record.budget, true));
+    if (record.budget.accepted()) fmt::print("{}", budget_words(record.budget, true));
 }
 
 // The channels asked for; a meter has no differential pressure and is passed over.
@@ -170,6 +178,13 @@ void check_request(const Request& request) {
     if (request.csv && request.json) throw InputError("--csv, --json: give one of them");
 }
 
+void draw(const host::Library& library, const Account& one, OutputFile& file) {
+    if (one.whole.computed() == 0)
+        throw InputError("--svg: nothing to draw: ", one.is_empty() ? "no readings" : one.first_refusal);
+    file.write(budget_drawing(library, one.channel->name, one.point, one.channel->instruments, one.typical()));
+    file.finish();
+}
+
 int run(const Installation& files, const Request& request) {
     static const volatile std::sig_atomic_t interrupted = 0;
     check_request(request);
@@ -189,6 +204,8 @@ int run(const Installation& files, const Request& request) {
     readings.rewind();
     library->Init();
 
+    std::optional<OutputFile> drawing;
+    if (!request.svg.empty()) drawing.emplace(request.svg);
     const bool table = !request.csv && !request.json;
     if (request.csv) fmt::print("{}", budget_csv_head());
     std::vector<std::vector<std::vector<std::string>>> lines(accounts.size());
@@ -208,23 +225,21 @@ int run(const Installation& files, const Request& request) {
                     (row.time_s - begin_s) / hour_s);
         account.last_s = row.time_s;
         if (by != By::reading) continue;
-        const BudgetRecord record{account.channel->name, when, budget, false, {}};
+        const BudgetRecord record{account.channel->name, when, budget, false, {}, {}};
         table ? lines[row.channel].push_back(line_of(record)) : print_machine(request, record);
     }
-    bool complete = true;
+    bool any = false, complete = true;
     for (std::size_t i = 0; i < accounts.size(); ++i) {
         const Account& one = accounts[i];
         if (!one.channel) continue;
-        complete = complete && is_complete(one.whole.budget()) && !(one.whole.uncovered(0) > 0.0);
+        any = any || !one.is_empty();
+        complete = complete && (one.is_empty() || one.is_complete());
+        if (drawing) draw(library, one, *drawing);
         if (table) print_account(one, by, lines[i]);
         if (!table && by != By::reading)
             for (const auto& [when, period] : one.periods) print_machine(request, record_of(one, when, period));
-        if (request.svg.empty()) continue;
-        if (one.whole.computed() == 0) throw InputError("--svg: nothing to draw: ", one.first_refusal);
-        write_file(request.svg, budget_drawing(library, one.channel->name, one.point, one.channel->instruments,
-                                               one.typical()));
     }
-    return complete ? 0 : 1;
+    return any && complete ? 0 : 1;
 }
 
 }  // namespace
