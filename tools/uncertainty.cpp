@@ -201,6 +201,8 @@ void check_request(const Request& request) {
 
 Budget budget_at(const host::Library& library, const Account& account, const metering::Reading& reading) {
     const double cut_off_Pa = static_cast<double>(account.channel->cut_off_Pa);
+    if (!std::isfinite(reading.t_C + reading.p_Pa + reading.dp_Pa))
+        return {.refused = "a measured value is missing"};
     if (reading.dp_Pa < cut_off_Pa) return {.refused = "no flow: dp below the cut-off"};
     return metering::budget_of(library, account.point, account.channel->instruments, reading);
 }

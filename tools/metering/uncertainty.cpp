@@ -202,6 +202,11 @@ private:
             entry.source =
                 broken(entry.key, entry.value, "above the range of", *stated.range * factor, entry.unit);
         }
+        if (expanded && *expanded > 0.0) {
+            const double off = entry.per_unit ? *expanded : *expanded / entry.value;
+            if (!move(off) || !move(-off))
+                note(entry.name + ": within its uncertainty the phase changes or the library refuses");
+        }
         add(std::move(entry), expanded, move, step);
     }
 
