@@ -46,4 +46,12 @@ double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule
     return sum_pct;
 }
 
+void warn_of_heats(const std::string& where) {
+    fmt::print(
+        stderr,
+        "kalorfix: warning: {}: the heats of combustion of AGA8-92DC take volume fractions for mole per cent; "
+        "energy is wrong, give component,mole_percent\n",
+        printable(where));
+}
+
 }  // namespace kalorfix::tool

@@ -22,4 +22,7 @@ double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule
 /// The last of these for a gas by density. Throws InputError.
 void judge_contents(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where);
 
+/// Tells on standard error that a composition in volume fractions gives wrong heats of combustion by AGA8-92DC.
+void warn_of_heats(const std::string& where);
+
 }  // namespace kalorfix::tool

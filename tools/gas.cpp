@@ -202,6 +202,7 @@ Gas read_gas(const Request& request) {
         judge_sum(gas.composition.x, gas.composition.volume_fractions,
                   {request.composition_sum == "any", request.normalise}, request.composition,
                   "--composition-sum any or --normalise insists");
+        if (gas.composition.volume_fractions && gas.method == aga8) warn_of_heats(request.composition);
         return gas;
     }
     if (!gas.by_density())

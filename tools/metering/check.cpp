@@ -8,7 +8,6 @@
 #include <numeric>
 
 #include "flow/geometry.h"
-#include "flow/material.h"
 #include "runtime/units.h"
 #include "tools/metering/refusal.h"
 #include "tools/names.h"

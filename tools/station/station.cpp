@@ -84,6 +84,7 @@ void judge_composition(Keys& keys, const std::string& station_file, Gas& gas) {
     gas.sum_pct = judge_sum(x, gas.volume_fractions, rule,
                             from_file ? keys.find("composition")->value : station_file + ": " + keys.title(),
                             "composition_sum = any or normalise = yes insists");
+    if (gas.volume_fractions && gas.method == aga8) warn_of_heats(keys.find("composition")->value);
     if (rule.normalise)
         std::ranges::transform(x, gas.x.begin(), [](double one) { return static_cast<float>(one); });
 }
