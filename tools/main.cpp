@@ -127,8 +127,8 @@ Command program(std::string& library, std::string& gas_data) {
              {"--gas-data", "FILE",
               "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)", &gas_data}},
             {demo_command(), water_command(), gas_command(), gasdat_command(), verify_command(), run_command(),
-             calc_command(), check_command(), audit_command(), protocol_command(), materials_command(),
-             id_command()}};
+             calc_command(), check_command(), uncertainty_command(), audit_command(), protocol_command(),
+             materials_command(), id_command()}};
 }
 
 // The help of the program, of a command, or of a key of a station file.

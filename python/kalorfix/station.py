@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import contextlib
 import os
+import re
 from collections.abc import Iterator, Mapping
 from pathlib import Path
 from typing import TYPE_CHECKING, Any
@@ -19,6 +20,8 @@ if TYPE_CHECKING:
 
 _WORDS = ("device", "edge_radius", "method", "composition", "composition_sum", "normalise", "contents", "energy_by",
           "heat_unit", "heat_basis_C", "phase")
+# What `kalorfix uncertainty` reads.
+_INSTRUMENTS = re.compile(r"(dp|p|t)_(range|class|error)_\w+|\w+_uncertainty(_mol)?_pct")
 
 
 class Station(Mapping[str, Channel]):
@@ -70,6 +73,8 @@ class Station(Mapping[str, Channel]):
         given: dict[str, Any] = {}
         contents: dict[str, float] = {}
         for key, value in keys.items():
+            if _INSTRUMENTS.fullmatch(key):
+                continue
             if key in _WORDS:
                 given[key] = value
             else:

@@ -113,7 +113,7 @@ void read_in_parts(const host::Library& library, const std::string& file, Scanne
     auto& [sections, begins] = scanned;
     for (std::size_t first = 0; first < sections.size(); first += sections_of_part) {
         const std::size_t count = std::min(sections_of_part, sections.size() - first);
-        std::string text(begins[first + count] - begins[first], '\0');
+        std::string text(static_cast<std::size_t>(begins[first + count] - begins[first]), '\0');
         in.seekg(static_cast<std::streamoff>(begins[first]));
         in.read(text.data(), static_cast<std::streamsize>(text.size()));
         std::ofstream copy(part, std::ios::binary);

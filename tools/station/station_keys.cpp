@@ -6,6 +6,7 @@
 
 #include "tools/closest.h"
 #include "tools/names.h"
+#include "tools/station/instrument_keys.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -94,6 +95,14 @@ void add_accounting(std::vector<Key>& keys, Medium medium) {
     }
 }
 
+std::vector<Key> instrument_key_list(std::optional<Medium> medium) {
+    std::vector<Key> keys;
+    for (const InstrumentKey& one : instrument_keys)
+        if (!medium || one.is_of(*medium))
+            keys.push_back({std::string(one.name), std::string(one.what), one.limits});
+    return keys;
+}
+
 std::vector<Key> station_keys() {
     return {
         {"zone", "offset of the station's clock from UTC, such as +03:00, for readings whose times have one"}};
@@ -105,6 +114,8 @@ const std::vector<Key>& keys_of(std::optional<Medium> medium) {
         const std::vector<Key> own = of == Medium::gas ? gas_keys() : heat_keys();
         all.insert(all.end(), own.begin(), own.end());
         add_accounting(all, of);
+        const std::vector<Key> instruments = instrument_key_list(of);
+        all.insert(all.end(), instruments.begin(), instruments.end());
         return all;
     };
     static const std::vector<Key> gas = made(Medium::gas), heat = made(Medium::heat_carrier),
@@ -171,7 +182,11 @@ std::string key_reference() {
     return "Keys of STATION.ini with what they accept; in brackets what holds without them.\n" +
            reference("[STATION], which may be left out", station_keys()) +
            reference("Every other section", pipeline_keys()) + reference("[GAS N]", gas) +
-           reference("[HEAT N]", heat);
+           reference("[HEAT N]", heat) +
+           reference(
+               "Instruments, for kalorfix uncertainty: expanded (95 %); without its key an entry is "
+               "not stated",
+               instrument_key_list({}));
 }
 
 std::string key_help(std::string_view name) {
