@@ -19,6 +19,26 @@ composition() {
 }
 rows tool_compositions.txt composition
 
+# One reading and one check: rows, then what was solved from what the same point gave.
+examples=$tests/../examples
+cp "$examples/natural_gas.csv" gas.csv && sed 's/natural_gas/gas/' "$examples/station.ini" >all.ini
+sed -n '/^\[GAS 2\]/,/^\[HEAT 1\]/{/^\[HEAT/!p}' all.ini >one.ini
+sed 's/^d20_mm.*/d20_mm = 395/' one.ini >wide.ini
+sed '/_exponent/d' one.ini >short.ini
+rows calc_runs.txt row
+value() { sed -n "s/.*\"$1\":\([^,}]*\).*/\1/p" "$said/out"; }
+trip() {
+    # shellcheck disable=SC2086
+    {
+        expect 0 '"solved"' calc $1 --d20 "$2" --dp "$3" --json && q=$(value q_m_t_h)t/h
+        expect 0 '"solved"' calc $1 --d20 "$2" --q "$q" --json && dp=$(value dp_Pa)
+        expect 0 '"solved"' calc $1 --dp "$3" --q "$q" --json && d20=$(value d20_mm)
+    }
+    awk -v a="$dp" -v b="$3" -v c="$d20" -v d="$2" 'BEGIN { x = a / b / 1000 - 1; y = c / d - 1; exit !(x * x < 1e-18 && y * y < 1e-18) }' ||
+        fail "found again: dp $dp Pa of $3 kPa, d20 $d20 mm of $2 mm: $1"
+}
+rows calc_trips.txt trip
+
 # The gas data file: shown, built again, judged.
 gasdat() {
     mkdir -p sheets

@@ -1,6 +1,7 @@
 // `kalorfix calc`: one reading, solved for what is missing of it.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -10,8 +11,11 @@
 #include "tools/output_file.h"
 #include "tools/point_options.h"
 #include "tools/runtime.h"
+#include "tools/station/instrument_keys.h"
+#include "tools/station/results.h"
 #include "tools/svg.h"
 #include "tools/text.h"
+#include "tools/uncertainty_sheet.h"
 
 namespace kalorfix::tool {
 namespace {
@@ -25,8 +29,8 @@ constexpr double kPa = 1e-3;
 constexpr std::size_t most_answers = 100'000;
 
 struct Request : PointRequest {
-    std::string t, p, dp, q, round = "0.01mm", svg;
-    bool csv = false, json = false;
+    std::string t, p, dp, q, round = "0.01mm", svg, instruments;
+    bool csv = false, json = false, uncertainty = false;
 };
 
 // What is known, each a number or a range; the product of the ranges is asked.
@@ -105,18 +109,20 @@ std::string flow_label(metering::Flow kind) {
     return std::string(labels[static_cast<std::size_t>(kind)]);
 }
 
-// Flow over the differential pressure at the state of an answer, up to what is accepted or twice what was asked, with the ends of the
-// range as upright lines.
+// Flow over the differential pressure at the state of each answer, up to the largest that was asked, or twice a single one, as far as it
+// is accepted; the ends of the accepted range as upright lines.
 void draw(const host::Library& library, const std::string& file, const std::string& name, const Question& q,
-          const std::vector<Answer>& answers) {
-    constexpr int dots = 400;
+          const std::vector<Answer>& answers, bool whole_range) {
+    constexpr int dots = 400, most_with_limits = 3;
+    constexpr double visible = 0.002;
     svg::Plot plot{(name.empty() ? "" : name + ": ") + "flow over differential pressure",
                    "differential pressure, kPa",
                    flow_label(q.kind),
                    {},
                    {}};
     double top = 0.0;
-    for (const Answer& a : answers) top = std::max(top, 2.0 * a.dp_Pa);
+    const double beyond = whole_range ? 1.0 : 2.0;
+    for (const Answer& a : answers) top = std::max(top, beyond * a.dp_Pa);
     for (const Answer& a : answers) {
         if (!a.range.any) continue;
         const double end = top > a.range.low.at ? std::min(top, a.range.high.at) : a.range.high.at;
@@ -127,16 +133,30 @@ void draw(const host::Library& library, const std::string& file, const std::stri
             curve.points.emplace_back(dp_Pa * kPa,
                                       flow.accepted() ? metering::flow_of_kind(q.kind, flow) : std::nan(""));
         }
-        const double most = curve.points.back().second;
         plot.curves.push_back(std::move(curve));
-        if (answers.size() > 3) continue;  // two more lines each
+        if (answers.size() > most_with_limits) continue;  // two more lines each
         for (const metering::End* limit : {&a.range.low, &a.range.high})
-            if (limit->at <= end && !limit->because.empty())
-                plot.curves.push_back({limit == &a.range.low ? "least accepted" : "most accepted",
-                                       {{limit->at * kPa, 0.0}, {limit->at * kPa, most}}});
+            if (visible * end < limit->at && limit->at <= end && !limit->because.empty())
+                plot.curves.push_back(
+                    {fmt::format("{} {:.5g} kPa", limit == &a.range.low ? "least" : "most", limit->at * kPa),
+                     {{limit->at * kPa, 0.0}, {limit->at * kPa, metering::flow_of_kind(q.kind, limit->flow)}}});
     }
     if (plot.curves.empty()) throw InputError("--svg: nothing to draw: ", answers.front().why);
     write_file(file, svg::draw(plot));
+}
+
+metering::Instruments read_instruments(const Request& request, const DescribedPoint& described) {
+    using station::Medium;
+    metering::Instruments stated;
+    std::optional<Medium> medium;  // a given one may state everything
+    if (described.channel) stated = described.channel->instruments;
+    if (!std::holds_alternative<metering::GivenMedium>(described.point.medium))
+        medium = metering::is_gas(described.point.medium) ? Medium::gas : Medium::heat_carrier;
+    if (request.instruments.empty()) return stated;
+    if (!request.uncertainty)
+        throw InputError("--instruments: has no meaning without --uncertainty; leave it out");
+    station::state_instruments("--instruments", request.instruments, medium, stated);
+    return stated;
 }
 
 int run(const Installation& files, const Request& request) {
@@ -146,32 +166,53 @@ int run(const Installation& files, const Request& request) {
     const DescribedPoint described = read_point(library, request);
     require_gas_data(files, described.point);
     const Questions questions = read_questions(request, described);
+    const metering::Instruments instruments = read_instruments(request, described);
     library->Init();
-    bool all_solved = true, begun = false;
+    const std::size_t states = questions.t_C.size() * questions.p_Pa.size();
+    const bool bores = questions.common.unknown == Unknown::bore;
+    if (!request.svg.empty() && (bores ? questions.size() : states) > svg::most_curves)
+        throw InputError("--svg: at most ", svg::most_curves, " curves, one a state or bore");
+    bool all_solved = true, complete = true;
+    std::string text;
     std::vector<Answer> drawn;
-    const bool table = request.csv || questions.size() > 1;
     questions.for_each([&](const Question& q) {
         Answer answer = metering::solve(library, described.point, q);
         all_solved = all_solved && answer.solved();
-        const std::vector<Cell> cells = cells_of(q, answer);
+        std::vector<Cell> cells = cells_of(q, answer);
+        BudgetRecord record{described.name, {}, {answer.why}, false, {}};
+        if (request.uncertainty) {
+            if (answer.solved())
+                record.budget =
+                    metering::budget_of(library, answer.point, instruments, {q.t_C, q.p_Pa, answer.dp_Pa});
+            complete = complete && is_complete(record.budget);
+            add_budget_cells(record.budget, cells);
+        }
+        const std::string budget = request.uncertainty ? "\"budget\":{" + budget_json(record) + "}" : "";
         if (request.json)
-            fmt::print("{}", calc_json(answer, cells));
-        else if (table)
-            fmt::print("{}{}", begun ? "" : calc_csv_head(cells), calc_csv_row(answer, cells));
+            text += calc_json(answer, cells, budget);
+        else if (request.csv || questions.size() > 1)
+            text += (text.empty() ? calc_csv_head(cells) : "") + calc_csv_row(answer, cells);
         else
-            fmt::print("{}", calc_sheet(described.name, q, answer));
-        begun = true;
-        const bool new_state = drawn.empty() || drawn.back().medium.t_C != answer.medium.t_C ||
-                               drawn.back().medium.p_Pa != answer.medium.p_Pa || q.unknown == Unknown::bore;
-        if (!request.svg.empty() && new_state)
-            drawn.push_back(std::move(answer));
-        else if (!request.svg.empty())
+            text += calc_sheet(described.name, q, answer);
+        if (request.uncertainty && questions.size() == 1 && !request.csv && !request.json)
+            text += station::sheet_step("uncertainty", status_of(record.budget, 0)) + budget_sheet(record) +
+                    budget_words(record.budget, false);
+        if (request.svg.empty()) return;
+        const bool same = !drawn.empty() && !bores && drawn.back().medium.t_C == answer.medium.t_C &&
+                          drawn.back().medium.p_Pa == answer.medium.p_Pa;
+        if (same)
             drawn.back().dp_Pa = std::max(drawn.back().dp_Pa, answer.dp_Pa);
-        if (drawn.size() > svg::most_curves)
-            throw InputError("--svg: at most ", svg::most_curves, " states or bores");
+        else
+            drawn.push_back(std::move(answer));
     });
-    if (!request.svg.empty()) draw(library, request.svg, described.name, questions.common, drawn);
-    return all_solved ? 0 : 1;
+    if (!request.svg.empty() && request.uncertainty)
+        write_file(request.svg,
+                   budget_drawing(library, described.name, drawn.front().point, instruments,
+                                  {questions.t_C.front(), questions.p_Pa.front(), drawn.front().dp_Pa}));
+    else if (!request.svg.empty())
+        draw(library, request.svg, described.name, questions.common, drawn, questions.size() > drawn.size());
+    fmt::print("{}", text);
+    return all_solved && complete ? 0 : 1;
 }
 
 }  // namespace
@@ -191,7 +232,7 @@ Command calc_command() {
         "  kalorfix calc --device venturi_machined --D20 200mm --d20 100mm --materials 7,32 \\\n"
         "      --water --t 60 --p 6bar --dp 1:40:1kPa\n\n"
         "Units: lengths " +
-            metering::unit_words(Dimension::length) + "; pressures, absolute, " +
+            metering::unit_words(Dimension::length) + ";\npressures, absolute, " +
             metering::unit_words(Dimension::pressure) + ";\ntemperatures " +
             metering::unit_words(Dimension::temperature) + "; flows " +
             "kg/s, kg/h, t/h, t/d, l/s,\nm3/s, m3/h, m3/d, m3/h-std (at 20 degC and 101.325 kPa; also /s, "
@@ -201,7 +242,8 @@ Command calc_command() {
             "Ranges such as 1:40:1kPa of t, p, dp and q give a table as CSV, at most 100000 rows.\n\n"
             "The sheet ends with the permanent pressure loss, the Reynolds numbers of the device and\n"
             "the range of differential pressure and flow that the library accepts at this state.\n"
-            "Exit status 1 where something has no solution: the sheet says why; 2 for bad input.",
+            "Exit status 1 where something has no solution, or a budget lacks an entry: the sheet says\n"
+            "why; 2 for bad input.",
         point_options(*request)};
     const std::vector<Option> own{
         {"--t", "T", "temperature", &request->t},
@@ -209,6 +251,11 @@ Command calc_command() {
         {"--dp", "DP", "differential pressure; left out: to be found", &request->dp},
         {"--q", "Q", "flow with its unit; left out: to be found", &request->q},
         {"--round", "R", "a bore is made to a multiple of this (0.01mm)", &request->round},
+        {"--uncertainty", "", "the budget of the answer as well; --svg then draws it", &request->uncertainty},
+        {"--instruments", "KEY=N,...",
+         "with it: what is stated of the instruments, over what\nthe station states, such as "
+         "dp_range_kPa=40,dp_class_pct=0.075",
+         &request->instruments},
         {"--csv", "", "comma-separated values with all digits", &request->csv},
         {"--json", "", "a line of JSON for each answer", &request->json},
         {"--svg", "FILE", "draw the flow over dp with its limits into FILE as well", &request->svg}};

@@ -191,6 +191,8 @@ void limits(const Question& q, const Answer& answer, Collector& out) {
     }
 }
 
+}  // namespace
+
 std::string json_text(std::string_view text) {
     std::string quote = "\"";
     for (const char c : printable(std::string(text))) {
@@ -199,8 +201,6 @@ std::string json_text(std::string_view text) {
     }
     return quote + '"';
 }
-
-}  // namespace
 
 std::string_view status_word(metering::Status status) {
     constexpr std::string_view words[] = {"solved", "refused", "too small", "too large", "step"};
@@ -245,16 +245,16 @@ std::string calc_csv_head(const std::vector<Cell>& cells) {
 std::string calc_csv_row(const Answer& answer, const std::vector<Cell>& cells) {
     std::string line = std::string(status_word(answer.status)) + "," + csv_cell(printable(answer.why));
     for (const Cell& cell : cells)
-        if (!cell.key.empty()) line += cell.value ? fmt::format(",{}", *cell.value) : ",";
+        if (!cell.key.empty()) line += cell.value ? fmt::format(",{}", *cell.value) : "," + cell.text;
     return line + "\n";
 }
 
-std::string calc_json(const Answer& answer, const std::vector<Cell>& cells) {
+std::string calc_json(const Answer& answer, const std::vector<Cell>& cells, const std::string& more) {
     std::string line = fmt::format("{{\"status\":\"{}\"", status_word(answer.status));
     if (!answer.why.empty()) line += ",\"reason\":" + json_text(answer.why);
     for (const Cell& cell : cells)
         if (!cell.key.empty() && cell.value) line += fmt::format(",\"{}\":{}", cell.key, *cell.value);
-    return line + "}\n";
+    return line + (more.empty() ? "" : ",") + more + "}\n";
 }
 
 }  // namespace kalorfix::tool

@@ -28,7 +28,12 @@ struct Cell {
                                      const metering::Answer& answer);
 [[nodiscard]] std::string calc_csv_head(const std::vector<Cell>& cells);
 [[nodiscard]] std::string calc_csv_row(const metering::Answer& answer, const std::vector<Cell>& cells);
-[[nodiscard]] std::string calc_json(const metering::Answer& answer, const std::vector<Cell>& cells);
+/// `more`: members behind those of the cells.
+[[nodiscard]] std::string calc_json(const metering::Answer& answer, const std::vector<Cell>& cells,
+                                    const std::string& more = {});
+
+/// A text in quotes.
+[[nodiscard]] std::string json_text(std::string_view text);
 
 /// solved, refused, too small, too large, step.
 [[nodiscard]] std::string_view status_word(metering::Status status);

@@ -52,6 +52,9 @@ struct Command {
 /// `check`: the rules for a metering point before it is commissioned. Exit status 1 when a rule says STOP.
 [[nodiscard]] Command check_command();
 
+/// `uncertainty`: the budgets of a station over a file of readings. Exit status 1 when one of them is incomplete.
+[[nodiscard]] Command uncertainty_command();
+
 /// `demo`: a sheet for each channel of a built-in station (steam, water, gas by density, gas by composition) with the totals of an
 /// hour; then the day of the example station, or a line that says why not. Exit status 1 when a cycle of the built-in station is
 /// refused.

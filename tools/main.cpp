@@ -90,7 +90,7 @@ Command program(std::string& library, std::string& gas_data) {
              {"--gas-data", "FILE",
               "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)", &gas_data}},
             {demo_command(), water_command(), gas_command(), gasdat_command(), verify_command(), run_command(),
-             calc_command(), check_command(), id_command()}};
+             calc_command(), check_command(), uncertainty_command(), id_command()}};
 }
 
 int run(int argc, char** argv) {

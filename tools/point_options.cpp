@@ -18,6 +18,7 @@ namespace {
 using metering::Dimension;
 
 constexpr double longest_mm = 10000.0;
+constexpr double most_of_any_unit = 1e12;
 
 double plain_number(std::string_view option, const std::string& text, const Limits& limits) {
     const std::optional<double> value = number_within(text, limits);
@@ -224,7 +225,8 @@ std::pair<std::string, const metering::Unit*> numbers_of(std::string_view option
         const auto [stop, error] = std::from_chars(part.data(), part.data() + part.size(), value);
         const auto length = static_cast<std::size_t>(stop - part.data());
         const std::string_view own = trimmed(part.substr(length));
-        if (error != std::errc() || !std::isfinite(value) || (!own.empty() && !word.empty() && own != word))
+        if (error != std::errc() || !(std::fabs(value) <= most_of_any_unit) ||
+            (!own.empty() && !word.empty() && own != word))
             throw fail();
         if (!own.empty()) word = own;
         numbers += (numbers.empty() ? "" : ":") + std::string(part.substr(0, length));
@@ -240,7 +242,7 @@ std::vector<double> read_values(std::string_view option, const std::string& text
                                 std::string_view otherwise, const metering::Unit** unit) {
     const auto [numbers, found] = numbers_of(option, text, dimension, otherwise);
     if (unit) *unit = found;
-    const Range range = parse_range(option, numbers, {-1e12, 1e12, ""});
+    const Range range = parse_range(option, numbers, {-most_of_any_unit, most_of_any_unit, ""});
     std::vector<double> values;
     for (std::size_t k = 0; k < range.count; ++k) values.push_back(found->factor * range[k] + found->offset);
     return values;
@@ -289,6 +291,8 @@ std::vector<DescribedPoint> read_points(const host::Library& library, const Poin
             throw InputError(r.station, ": has no channel ", quoted(r.channel), "; there are ",
                              joined(station.channels, &station::Channel::name));
     }
+    if (all.size() > 1 && !r.d20.empty())
+        throw InputError("--d20: is of one channel; say which, there are ", joined(all, &DescribedPoint::name));
     for (DescribedPoint& one : all)
         if (one.bore_given && !r.d20.empty())
             one.point.pipe.d20_mm = read_value("--d20", r.d20, Dimension::length, "mm", 0, longest_mm);

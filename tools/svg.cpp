@@ -59,6 +59,32 @@ std::string path(const Curve& curve, const Scale& x, const Scale& y, std::string
         colour, dots);
 }
 
+// Each curve on the sum of those before it.
+std::vector<Curve> stacked(const Plot& plot) {
+    std::vector<Curve> sums = plot.curves;
+    for (std::size_t k = 1; k < sums.size(); ++k)
+        for (std::size_t i = 0; i < sums[k].points.size(); ++i)
+            sums[k].points[i].second += sums[k - 1].points[i].second;
+    return sums;
+}
+
+// The area between two curves over the same x, a piece for each run of finite points.
+std::string band(const Curve* below, const Curve& above, const Scale& x, const Scale& y,
+                 std::string_view colour) {
+    std::string d;
+    const auto& points = above.points;
+    for (std::size_t begin = 0, end = 0; begin < points.size(); begin = end + 1) {
+        for (end = begin; end < points.size() && finite(points[end]);) ++end;
+        for (std::size_t k = begin; k < end; ++k)
+            d +=
+                fmt::format("{}{:.2f} {:.2f}", k == begin ? "M" : "L", x(points[k].first), y(points[k].second));
+        for (std::size_t k = end; k-- > begin;)
+            d += fmt::format("L{:.2f} {:.2f}", x(points[k].first), y(below ? below->points[k].second : 0.0));
+        if (end > begin) d += "Z";
+    }
+    return fmt::format("<path d=\"{}\" fill=\"{}\" stroke=\"none\"/>\n", d, colour);
+}
+
 std::string axes(const Plot& plot, const Scale& x, const Scale& y) {
     std::string out;
     const Ticks xs = ticks(x.low, x.high, 8), ys = ticks(y.low, y.high, 7);
@@ -129,7 +155,8 @@ std::string draw(const Plot& plot) {
     constexpr double width = 900.0, height = 560.0;
     constexpr double left = 90.0, right = 730.0, top = 50.0, bottom = 490.0;
     Extent xs, ys;
-    for (const Curve& curve : plot.curves)
+    const std::vector<Curve> curves = plot.stacked ? stacked(plot) : plot.curves;
+    for (const Curve& curve : curves)
         for (const auto& point : curve.points)
             if (finite(point)) {
                 xs.take(point.first);
@@ -138,6 +165,7 @@ std::string draw(const Plot& plot) {
     if (xs.empty()) throw InputError("--svg: there is nothing to draw, no state has this quantity");
     if (xs.high == xs.low) xs.widen(0.0);
     ys.widen(0.04);
+    if (plot.stacked) ys.low = 0.0;
     const Scale x{xs.low, xs.high, left, right}, y{ys.low, ys.high, bottom, top};
 
     std::string out = fmt::format(
@@ -149,14 +177,18 @@ std::string draw(const Plot& plot) {
     out += text(left, 28.0, plot.title, {.size = 15.0, .colour = "#1c2126"});
     out += axes(plot, x, y);
     for (std::size_t k = 0; k < plot.curves.size(); ++k)
-        out += path(plot.curves[k], x, y, colours[k % most_curves]);
+        out += plot.stacked ? band(k > 0 ? &curves[k - 1] : nullptr, curves[k], x, y, colours[k % most_curves])
+                            : path(curves[k], x, y, colours[k % most_curves]);
     if (plot.curves.size() > 1 || !plot.legend_title.empty()) {
         double row = top + 10.0;
         out += text(right + 24.0, row, plot.legend_title, {.size = 12.0});
         for (std::size_t k = 0; k < plot.curves.size(); ++k) {
             row += 22.0;
-            out += line(right + 24.0, row - 4.0, right + 48.0, row - 4.0, colours[k % most_curves], 2.5);
-            out += text(right + 56.0, row, plot.curves[k].label, {.size = 12.0});
+            // The uppermost band comes first.
+            const std::size_t one = plot.stacked ? plot.curves.size() - 1 - k : k;
+            out += line(right + 24.0, row - 4.0, right + 48.0, row - 4.0, colours[one % most_curves],
+                        plot.stacked ? 12.0 : 2.5);
+            out += text(right + 56.0, row, plot.curves[one].label, {.size = 12.0});
         }
     }
     return out + "</svg>\n";

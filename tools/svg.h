@@ -49,6 +49,7 @@ struct Plot {
     std::string title, x_label, y_label;
     std::string legend_title;
     std::vector<Curve> curves;
+    bool stacked = false;  ///< bands, the first at the bottom, over the same x: the curves are their heights
 };
 
 inline constexpr std::size_t most_curves = 12;

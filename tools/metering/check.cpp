@@ -189,25 +189,21 @@ void phases(const host::Library& library, const Point& point, const std::vector<
     if (!heat) return;
     Point free = point;
     std::get<HeatCarrier>(free.medium).phase.reset();
-    short first = -1;
-    bool same = true, wet = false;
-    std::string told;
-    for (const Corner& corner : corners) {
-        const short phase = properties_at(library, free, corner.t_C, corner.p_Pa).phase;
-        same = same && (first < 0 || phase == first) &&
-               (!heat->phase || phase == static_cast<short>(*heat->phase));
-        wet = wet || phase == KALORFIX_WET_STEAM;
-        first = first < 0 ? phase : first;
-        told +=
-            fmt::format("{}{} at {}", told.empty() ? "" : "; ", tool::phase_of(phase).title, corner.place());
+    std::vector<short> found;
+    for (const Corner& c : corners) found.push_back(properties_at(library, free, c.t_C, c.p_Pa).phase);
+    const short wanted = heat->phase ? static_cast<short>(*heat->phase) : found.front();
+    const std::string limit =
+        std::string(tool::phase_of(wanted).title) + (heat->phase ? " by the station" : " alone");
+    const std::string clause = "IAPWS SR1-86";
+    if (wanted != KALORFIX_WET_STEAM &&
+        std::ranges::all_of(found, [&](short phase) { return phase == wanted; })) {
+        rules.push_back({Verdict::ok, "phase", std::string(tool::phase_of(wanted).title), limit, clause});
+        return;
     }
-    const std::string wanted =
-        heat->phase ? std::string(tool::phase_of(static_cast<short>(*heat->phase)).title) + " by the station"
-                    : "one phase";
-    rules.push_back({same && !wet ? Verdict::ok : Verdict::warn, "phase",
-                     same ? std::string(tool::phase_of(first).title) : told,
-                     same && !wet ? wanted : "not " + wanted + ", or near the saturation line",
-                     "IAPWS SR1-86"});
+    for (std::size_t k = 0; k < corners.size(); ++k)
+        rules.push_back({Verdict::warn, "phase at " + corners[k].place(),
+                         std::string(tool::phase_of(found[k]).title),
+                         found[k] == wanted ? limit : "not " + limit, clause});
 }
 
 void pressures(const Envelope& e, const std::vector<Corner>& corners, std::vector<Rule>& rules) {
@@ -250,6 +246,11 @@ void pressures(const Envelope& e, const std::vector<Corner>& corners, std::vecto
 void registers(const std::vector<Corner>& corners, const std::vector<Account>& accounts,
                std::vector<Rule>& rules) {
     constexpr double hours = 24.0, wrap = 1e6;
+    if (std::ranges::none_of(corners, [](const Corner& c) { return c.most.has_value(); })) {
+        rules.push_back(
+            {Verdict::unchecked, "registers, velocity", "", "not checked: no flow at a largest dp", ""});
+        return;
+    }
     for (const Account& account : accounts) {
         double most = 0.0;
         for (const Corner& c : corners)
@@ -289,6 +290,8 @@ std::vector<Corner> corners_of(const host::Library& library, const Point& point,
     std::vector<Corner> corners;
     for (const double t_C : {e.t_low_C, e.t_high_C})
         for (const double p_Pa : {e.p_low_Pa, e.p_high_Pa}) {
+            const auto same = [&](const Corner& c) { return c.t_C == t_C && c.p_Pa == p_Pa; };
+            if (std::ranges::any_of(corners, same)) continue;
             Corner c{t_C, p_Pa, properties_at(library, point, t_C, p_Pa), {}, {}};
             if (c.medium.refused.empty() && differential) {
                 c.dp = accepted_dp(library, point, c.medium);

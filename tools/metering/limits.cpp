@@ -7,10 +7,7 @@
 #include "runtime/units.h"
 
 namespace kalorfix::metering {
-namespace {
-
-// The accepted value nearest to a refused one.
-End edge(const Varied& flow, double refused, double accepted) {
+End last_accepted(const Varied& flow, double refused, double accepted) {
     // The reason of a value that is well outside tells more than that of the last digit.
     FlowResult outside = flow(refused);
     End end{accepted, flow(accepted), outside.refused};
@@ -30,8 +27,6 @@ End edge(const Varied& flow, double refused, double accepted) {
     }
 }
 
-}  // namespace
-
 Accepted accepted_range(const Varied& flow, const std::vector<double>& values) {
     Accepted found;
     for (const double value : values) found.walk.emplace_back(value, flow(value));
@@ -44,9 +39,9 @@ Accepted accepted_range(const Varied& flow, const std::vector<double>& values) {
     const auto last = std::find_if(found.walk.rbegin(), found.walk.rend(), good).base() - 1;
     found.any = true;
     found.low = first == found.walk.begin() ? End{first->first, first->second, {}}
-                                            : edge(flow, (first - 1)->first, first->first);
+                                            : last_accepted(flow, (first - 1)->first, first->first);
     found.high = last + 1 == found.walk.end() ? End{last->first, last->second, {}}
-                                              : edge(flow, (last + 1)->first, last->first);
+                                              : last_accepted(flow, (last + 1)->first, last->first);
     return found;
 }
 

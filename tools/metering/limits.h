@@ -27,6 +27,9 @@ struct Accepted {
     std::vector<std::pair<double, FlowResult>> walk{};
 };
 
+/// The accepted value nearest to a refused one, to the last digits, and why the refused one is.
+[[nodiscard]] End last_accepted(const Varied& flow, double refused, double accepted);
+
 /// Walks over the values, in rising order, and finds both ends to the last digits by bisection.
 [[nodiscard]] Accepted accepted_range(const Varied& flow, const std::vector<double>& values);
 

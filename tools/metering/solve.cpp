@@ -16,8 +16,11 @@ struct Root {
     FlowResult flow;
 };
 
-// Root of flow - target between two values on its two sides: regula falsi with halved ends (Illinois), each third step a bisection. Where
-// the flow equation does not settle the library leaves the flow of its last pass, so that its side is known all the same.
+bool same_side(double f, double g) { return std::signbit(f) == std::signbit(g); }
+
+// Root of flow - target between two accepted values on its two sides: regula falsi with halved ends (Illinois), each third step a
+// bisection. Where the flow equation does not settle, in a step of the discharge coefficient, the search goes on at one edge of what
+// is refused, or ends there.
 Root find_root(const Varied& flow, double target, Root low, Root high) {
     constexpr int most = 200;
     double f_low = low.flow.mass_th - target, f_high = high.flow.mass_th - target;
@@ -27,38 +30,32 @@ Root find_root(const Varied& flow, double target, Root low, Root high) {
         if (k % 3 == 2 || !(low.at < at && at < high.at)) at = low.at + (high.at - low.at) / 2.0;
         if (at <= low.at || at >= high.at) break;
         Root found{at, flow(at)};
-        const double f = found.flow.mass_th - target;
-        const int side = std::signbit(f) == std::signbit(f_low) ? -1 : 1;
-        if (side < 0) {
-            low = std::move(found);
-            f_low = f;
-            if (last_side == side) f_high /= 2.0;
-        } else {
-            high = std::move(found);
-            f_high = f;
-            if (last_side == side) f_low /= 2.0;
+        bool below = same_side(found.flow.mass_th - target, f_low);
+        if (!found.flow.accepted()) {
+            const End before = last_accepted(flow, at, low.at), behind = last_accepted(flow, at, high.at);
+            const bool root_behind = same_side(before.flow.mass_th - target, f_low);
+            if (root_behind && same_side(behind.flow.mass_th - target, f_high)) {
+                low = {before.at, before.flow}, high = {behind.at, behind.flow};
+                break;
+            }
+            found = root_behind ? Root{behind.at, behind.flow} : Root{before.at, before.flow};
+            below = root_behind;
         }
+        const double f = found.flow.mass_th - target;
+        const int side = below ? -1 : 1;
+        (below ? f_low : f_high) = f;
+        if (last_side == side) (below ? f_high : f_low) /= 2.0;
+        (below ? low : high) = std::move(found);
         last_side = side;
     }
-    const auto off = [&](const Root& root) {
-        return root.flow.accepted() ? std::fabs(root.flow.mass_th - target) : HUGE_VAL;
-    };
+    const auto off = [&](const Root& root) { return std::fabs(root.flow.mass_th - target); };
     return off(low) <= off(high) ? low : high;
 }
-
-// Mass flow of a pass that did not settle, which the library leaves in kg/s.
-FlowResult with_sides(FlowResult flow) {
-    constexpr double th_per_kgs = 3.6;
-    if (flow.limit == flow::Limit::passes) flow.mass_th *= th_per_kgs;
-    return flow;
-}
-
-bool has_side(const FlowResult& flow) { return flow.accepted() || flow.limit == flow::Limit::passes; }
 
 std::vector<Root> roots(const Varied& flow, double target, const Accepted& range) {
     std::vector<Root> path{{range.low.at, range.low.flow}};
     for (const auto& [at, one] : range.walk)
-        if (has_side(one) && range.low.at < at && at < range.high.at) path.push_back({at, one});
+        if (one.accepted() && range.low.at < at && at < range.high.at) path.push_back({at, one});
     if (range.high.at > range.low.at) path.push_back({range.high.at, range.high.flow});
     std::vector<Root> found;
     for (std::size_t k = 0; k + 1 < path.size(); ++k) {
@@ -87,9 +84,8 @@ void no_such_flow(const Question& q, const End& end, bool more, Answer& answer) 
                              end.because.empty() ? "" : ": ", end.because);
 }
 
-void search(const Varied& plain, const Question& q, double target, const Accepted& range, Answer& answer,
+void search(const Varied& flow, const Question& q, double target, const Accepted& range, Answer& answer,
             double& unknown) {
-    const Varied flow = [&](double at) { return with_sides(plain(at)); };
     if (!range.any) {
         answer.why = range.refused;
         return;
@@ -103,9 +99,7 @@ void search(const Varied& plain, const Question& q, double target, const Accepte
     }
     // A root that is a step gives way to one that is none.
     const double tolerance = flow::tolerance(static_cast<unsigned char>(answer.point.pipe.metering_class));
-    const auto residual = [&](const Root& root) {
-        return root.flow.accepted() ? std::fabs(root.flow.mass_th - target) / target : HUGE_VAL;
-    };
+    const auto residual = [&](const Root& root) { return std::fabs(root.flow.mass_th - target) / target; };
     const auto good = [&](const Root& root) { return residual(root) <= tolerance; };
     const auto first = std::ranges::find_if(found, good);
     const Root& root = first == found.end() ? found.front() : *first;

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "tools/composition.h"
+#include "tools/station/instrument_keys.h"
 #include "tools/station/station_keys.h"
 
 namespace kalorfix::tool::station {
@@ -97,6 +98,13 @@ void read_heat_carrier(Keys& keys, HeatCarrier& heat) {
     heat.tolerance_K = keys.number("saturation_tolerance_K");
 }
 
+void read_instruments(Keys& keys, Channel& c) {
+    for (const InstrumentKey& one : instrument_keys)
+        if (one.is_of(c.medium) && keys.has(one.name))
+            one.set(c.instruments, static_cast<double>(keys.number(one.name)));
+    if (const std::string fault = instrument_fault(c.instruments); !fault.empty()) keys.fail_section(fault);
+}
+
 Channel read_channel(const std::string& file, const Section& section) {
     const bool named = section.words.size() == 2 && (section.words[0] == "GAS" || section.words[0] == "HEAT");
     const std::optional<int> number = named ? parse<int>(section.words[1]) : std::nullopt;
@@ -120,6 +128,7 @@ Channel read_channel(const std::string& file, const Section& section) {
         c.accounting[k].exponent = static_cast<short>(keys.number(exponent_key(one)));
         c.accounting[k].substitute = keys.number(substitute_key(one));
     }
+    if (!is_meter(c.device)) read_instruments(keys, c);
     keys.finish(c.is_gas() ? "with this device and this method" : "with this device and this phase");
     return c;
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tools/host.h"
+#include "tools/metering/instruments.h"
 #include "tools/names.h"
 
 namespace kalorfix::tool::station {
@@ -66,6 +67,7 @@ struct Channel {
     Gas gas{};
     HeatCarrier heat{};
     std::array<Accounting, most_integrators> accounting{};
+    metering::Instruments instruments{};  ///< read by no cycle
 
     [[nodiscard]] bool is_gas() const { return medium == Medium::gas; }
     [[nodiscard]] bool needs_gas_data() const { return is_gas() && !is_by_density(gas.method); }

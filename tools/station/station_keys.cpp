@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tools/names.h"
+#include "tools/station/instrument_keys.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -81,12 +82,22 @@ void add_accounting(std::vector<Key>& keys, Medium medium) {
     }
 }
 
+std::vector<Key> instrument_key_list(std::optional<Medium> medium) {
+    std::vector<Key> keys;
+    for (const InstrumentKey& one : instrument_keys)
+        if (!medium || one.is_of(*medium))
+            keys.push_back({std::string(one.name), std::string(one.what), one.limits});
+    return keys;
+}
+
 const std::vector<Key>& keys_of(Medium medium) {
     static const auto made = [](Medium of) {
         std::vector<Key> all = pipeline_keys();
         const std::vector<Key> own = of == Medium::gas ? gas_keys() : heat_keys();
         all.insert(all.end(), own.begin(), own.end());
         add_accounting(all, of);
+        const std::vector<Key> instruments = instrument_key_list(of);
+        all.insert(all.end(), instruments.begin(), instruments.end());
         return all;
     };
     static const std::vector<Key> gas = made(Medium::gas), heat = made(Medium::heat_carrier);
@@ -142,7 +153,11 @@ std::string key_reference() {
     add_accounting(heat, Medium::heat_carrier);
     return "Keys of STATION.ini with what they accept; in brackets what holds without them.\n" +
            reference("Every section", pipeline_keys()) + reference("[GAS N]", gas) +
-           reference("[HEAT N]", heat);
+           reference("[HEAT N]", heat) +
+           reference(
+               "Instruments, for kalorfix uncertainty: expanded (95 %); without its key an entry is "
+               "not stated",
+               instrument_key_list({}));
 }
 
 std::string exponent_key(const Integrator& one) { return fmt::format("{}_exponent", one.name); }
