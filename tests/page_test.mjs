@@ -65,6 +65,12 @@ await test('tabs: check, curves, properties', async () => {
   await open({...gas, tab: 'Check', t_low: '0 C', t_high: '40 C', p_low: '1 MPa', p_high: '6 MPa', dp_low: '1 kPa', dp_high: '40 kPa', edge: '0.05 mm'});
   assert.match(await text('#summary'), /STOP 0/);
   await shot('check');
+  await page.click('#tab-Uncertainty');
+  assert.match(await text('#summary'), /at least 0\.\d+ %/);
+  await type('dp_range_kPa', '20');
+  await type('dp_class_pct', '0.1');
+  assert.match(await text('#summary'), /not computed/);
+  await shot('uncertainty');
   await page.click('#tab-Curves');
   assert.equal((await page.$$('canvas')).length, 3);
   await shot('curves');
@@ -74,7 +80,7 @@ await test('tabs: check, curves, properties', async () => {
   assert.match(await text('#properties tbody'), /water917\.0782182\.49/);
 });
 await test('Russian, nothing left in English', async () => {
-  for (const input of [{}, {unknown: 'bore'}, {p: '0.12 MPa'}, {tab: 'Check'}, {tab: 'Curves'}, {tab: 'Properties'}, gas, {...gas, tab: 'Check'}, {...gas, tab: 'Properties'},
+  for (const input of [{}, {unknown: 'bore'}, {p: '0.12 MPa'}, {tab: 'Check'}, {tab: 'Uncertainty'}, {...gas, tab: 'Uncertainty', dp_range_kPa: '20 kPa', dp_class_pct: '0.1'}, {tab: 'Curves'}, {tab: 'Properties'}, gas, {...gas, tab: 'Check'}, {...gas, tab: 'Properties'},
     {...gas, x_methane: '120'}, {...gas, unknown: 'dp', q: '1e9 m3/h'}, {...gas, d20: '390 mm', tab: 'Check'}]) {
     await open({...input, lang: 'ru'});
     assert.equal(await page.$eval('html', root => root.dataset.untranslated), '');

@@ -12,26 +12,15 @@
 #include "tools/cases/procedures.h"
 #include "tools/metering/units.h"
 #include "tools/names.h"
+#include "tools/station/instrument_keys.h"
 #include "tools/text.h"
-#include "web/form.h"
-#include "web/json.h"
+#include "web/call.h"
 
 namespace kalorfix {
 extern const char identity[];
 }
 
 namespace kalorfix::page {
-
-std::string quoted(std::string_view text) {
-    std::string quote = "\"";
-    for (const char c : tool::printable(std::string(text))) {
-        if (c == '"' || c == '\\') quote += '\\';
-        quote += c;
-    }
-    return quote + '"';
-}
-
-namespace {
 
 const host::Library& library() {
     static const host::Library one;
@@ -47,6 +36,8 @@ const char* hand_out(const Json& json) {
 Json fault(const Form& form) {
     return Json('{').add("field", form.fault()->field).add("fault", form.fault()->what);
 }
+
+namespace {
 
 Json units_of(metering::Dimension dimension) {
     Json all('[');
@@ -75,6 +66,18 @@ Json materials() {
         const flow::Material& m = *flow::find_material(code);
         all.add(Json('{').add("at20", m.expansion(20.0)).add("low", m.t_min_C).add("high", m.t_max_C));
     }
+    return all;
+}
+
+Json instruments() {
+    Json all('[');
+    for (const tool::station::InstrumentKey& key : tool::station::instrument_keys)
+        all.add(Json('{')
+                    .add("word", key.name)
+                    .add("title", key.what)
+                    .add("unit", key.limits.unit)
+                    .add("gas", key.is_of(tool::station::Medium::gas))
+                    .add("heat", key.is_of(tool::station::Medium::heat_carrier)));
     return all;
 }
 
@@ -202,6 +205,7 @@ EMSCRIPTEN_KEEPALIVE const char* page_offers() {
                         .add("phases", words_of(tool::phases))
                         .add("components", components)
                         .add("materials", materials())
+                        .add("instruments", instruments())
                         .add("units", units));
 }
 

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-namespace kalorfix::page {
+#include "tools/calc_sheet.h"
 
-[[nodiscard]] std::string quoted(std::string_view text);
+namespace kalorfix::page {
 
 /// An object or array that grows; what is no finite number is null.
 class Json {
@@ -17,7 +17,7 @@ public:
     explicit Json(char open) : text_(1, open), close_(open == '{' ? '}' : ']') {}
 
     Json& add(double value) { return raw(std::isfinite(value) ? fmt::format("{}", value) : "null"); }
-    Json& add(std::string_view value) { return raw(quoted(value)); }
+    Json& add(std::string_view value) { return raw(tool::json_text(value)); }
     Json& add(const char* value) { return add(std::string_view(value)); }
     Json& add(bool value) { return raw(value ? "true" : "false"); }
     Json& add(const Json& value) { return raw(value.text()); }
@@ -33,7 +33,7 @@ public:
 private:
     void key(std::string_view name) {
         separate();
-        text_ += quoted(name) + ":";
+        text_ += tool::json_text(name) + ":";
     }
     void separate() {
         if (text_.size() > 1 && !named_) text_ += ',';

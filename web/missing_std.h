@@ -74,13 +74,21 @@ constexpr bool none_of(Range&& range, Test test) {
     return std::none_of(std::begin(range), std::end(range), test);
 }
 template <class Range, class Test>
+constexpr bool all_of(Range&& range, Test test) {
+    return std::all_of(std::begin(range), std::end(range), test);
+}
+template <class Range, class Test>
 constexpr bool any_of(Range&& range, Test test) {
     return std::any_of(std::begin(range), std::end(range), test);
 }
-template <class Range, class Less = std::less<>, class Name>
-constexpr auto max_element(Range&& range, Less, Name name) {
+template <class Range, class Less = std::less<>, class Name = identity>
+constexpr auto max_element(Range&& range, Less = {}, Name name = {}) {
     return std::max_element(std::begin(range), std::end(range),
                             [&](const auto& a, const auto& b) { return invoke(name, a) < invoke(name, b); });
+}
+template <class Range, class Out, class Test>
+constexpr void copy_if(Range&& range, Out out, Test test) {
+    std::copy_if(std::begin(range), std::end(range), out, test);
 }
 template <class Range, class Value>
 constexpr void fill(Range&& range, const Value& value) {

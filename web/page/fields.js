@@ -63,6 +63,7 @@ const groups = [
     {id: 'p_low', label: 'absolute pressure from', in: 'pressure'}, {id: 'p_high', label: 'up to', in: 'pressure'},
     {id: 'dp_low', label: 'differential pressure from', in: 'pressure'}, {id: 'dp_high', label: 'up to', in: 'pressure'},
   ]},
+  {title: 'Instruments: expanded uncertainties (95 %)', tab: 'Uncertainty', fields: []},
   {title: 'Table of properties', tab: 'Properties', fields: [
     {id: 'table.t_from', label: 'temperature from', in: 'temperature'}, {id: 'table.t_to', label: 'up to', in: 'temperature'},
     {id: 'table.t_step', label: 'step', in: 'temperature', difference: true},
@@ -79,6 +80,14 @@ function completeFields() {
         const {word, title} = offers.components[field.component];
         Object.assign(field, {id: 'x_' + word, label: word.replaceAll('_', ' '), formula: title, unit: 'mol %', fraction: true});
       }
+  const transmitters = {dp: 'differential pressure', p: 'absolute pressure', t: 'temperature'};
+  const parts = {range: 'range', class: 'class, of the range', error: 'or an error'};
+  for (const {word, title, unit, ...media} of offers.instruments) {
+    const [of, part] = word.split('_');
+    const label = of in transmitters ? `${transmitters[of]}: ${parts[part]}` : title.replace(/^(gas|water and steam): /, '');
+    const field = {id: word, label, when: () => gas() ? media.gas : media.heat};
+    groups.find(group => group.tab === 'Uncertainty').fields.push(Object.assign(field, /Pa$/.test(unit) ? {in: 'pressure', own: unit} : {unit}));
+  }
 }
 
 const allFields = () => groups.flatMap(group => group.fields);
@@ -123,6 +132,8 @@ const examples = [
     x_ethane: '1.8', x_propane: '0.45', 'x_n-butane': '0.1', 'x_i-butane': '0.1', 'x_n-pentane': '0.03', 'x_i-pentane': '0.05',
     x_hexanes: '0.07', x_nitrogen: '0.3', x_carbon_dioxide: '0.6', t: '15 C', p: '5.5 MPa', dp: '25 kPa', q: '150000 m3/h-std',
     t_low: '0 C', t_high: '40 C', p_low: '1 MPa', p_high: '6 MPa', dp_low: '1 kPa', dp_high: '40 kPa',
+    dp_range_kPa: '40 kPa', dp_class_pct: '0.075', p_range_MPa: '10 MPa', p_class_pct: '0.075', t_error_K: '0.3', D20_uncertainty_pct: '0.4',
+    d20_uncertainty_pct: '0.07', K_uncertainty_pct: '0.1', rho_c_uncertainty_pct: '0.1', composition_uncertainty_mol_pct: '0.02', heat_uncertainty_pct: '0.2',
     'table.t_from': '0 C', 'table.t_to': '40 C', 'table.t_step': '10 C', 'table.p_from': '1 MPa', 'table.p_to': '6 MPa', 'table.p_step': '1 MPa',
   }],
 ];

@@ -8,7 +8,7 @@ function setText(id, text) {
     const unit = words.length > 1 || text.startsWith(' ') ? words.at(-1) : '';
     if (unitOf(field.in, unit)) units[id] = unit;
     input[id] = unitOf(field.in, unit) ? text.slice(0, text.lastIndexOf(unit)).trim() : text.trim();
-    units[id] ??= {length: 'mm', pressure: 'MPa', temperature: 'C', viscosity: 'uPas', density: 'kg/m3', flow: 't/h'}[field.in];
+    units[id] ??= field.own ?? {length: 'mm', pressure: 'MPa', temperature: 'C', viscosity: 'uPas', density: 'kg/m3', flow: 't/h'}[field.in];
   } else if (!field.options || field.options().some(([word]) => word === text)) input[id] = text;
 }
 
@@ -90,10 +90,17 @@ function changed(id, text, redraw = false) {
   waiting = setTimeout(() => { writeAddress(); calculate(); }, 150);
 }
 
+/** Fields that neither the address nor an example has. */
+function completeInput() {
+  for (const {id, options, ...field} of allFields())
+    if (options) input[id] ??= options()[0][0];
+    else if (field.in) setText(id, input[id] === undefined ? '' : `${input[id]} ${units[id]}`);
+}
+
 function readAddress() {
   const given = new URLSearchParams(location.hash.slice(1));
   for (const [id, text] of Object.entries({...defaults, ...Object.fromEntries(given)})) setText(id, text);
-  for (const {id, options} of allFields()) if (options && input[id] === undefined) input[id] = options()[0][0];
+  completeInput();
   language = given.get('lang') === 'ru' || (!given.has('lang') && navigator.language.startsWith('ru')) ? 'ru' : 'en';
   tab = tabs.includes(given.get('tab')) ? given.get('tab') : 'Result';
 }
@@ -102,7 +109,7 @@ function writeAddress() {
   const kept = new URLSearchParams({lang: language, tab});
   for (const field of allFields()) {
     const text = field.in ? `${input[field.id] ?? ''} ${units[field.id]}` : input[field.id] ?? '';
-    if (seen(field) && !field.sum && text !== (defaults[field.id] ?? '')) kept.set(field.id, text);
+    if (seen(field) && !field.sum && text.trim() !== (defaults[field.id] ?? '').trim() && input[field.id]) kept.set(field.id, text);
   }
   history.replaceState(null, '', '#' + kept);
 }
@@ -110,6 +117,7 @@ function writeAddress() {
 function restart(values) {
   for (const field of allFields()) delete input[field.id];
   for (const [id, text] of Object.entries({...defaults, ...values})) setText(id, text);
+  completeInput();
   writeAddress();
   drawForm();
   calculate();

@@ -25,7 +25,7 @@ function choose(name) {
 
 function calculate() {
   const panel = document.getElementById('panel');
-  return {Result: showResult, Check: showCheck, Curves: showCurves, Properties: showProperties, Verify: showVerify}[tab](panel);
+  return {Result: showResult, Check: showCheck, Uncertainty: showUncertainty, Curves: showCurves, Properties: showProperties, Verify: showVerify}[tab](panel);
 }
 
 async function start() {

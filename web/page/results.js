@@ -1,5 +1,5 @@
 // What the calculation answers, as tables and curves.
-const tabs = ['Result', 'Check', 'Curves', 'Properties', 'Verify'];
+const tabs = ['Result', 'Check', 'Uncertainty', 'Curves', 'Properties', 'Verify'];
 let tab = 'Result';
 const shownIn = {};  // unit chosen for a row of the sheet, by label
 
@@ -87,6 +87,46 @@ function showCheck(panel) {
       element('td', {}, t(value)), element('td', {}, t(limit)), element('td', {}, t(clause))));
   const head = element('tr', {}, ...['verdict', 'rule', 'value', 'limit', 'source'].map(text => element('th', {scope: 'col'}, t(text))));
   panel.replaceChildren(printed(), element('table', {id: 'rules'}, element('caption', {}, t('Limits of the metering point')), element('thead', {}, head), body));
+}
+
+// ---- Uncertainty ------------------------------------------------------------------------------------------------------------------
+/** A bar of a share in per cent; its number stands beside it. */
+function bar(share) {
+  const made = document.createElementNS('http://www.w3.org/2000/svg', 'svg');
+  for (const [key, value] of Object.entries({width: 120, height: 12, class: 'bar', 'aria-hidden': 'true'})) made.setAttribute(key, value);
+  const inside = document.createElementNS('http://www.w3.org/2000/svg', 'rect');
+  for (const [key, value] of Object.entries({width: 1.2 * share, height: 12})) inside.setAttribute(key, value);
+  made.append(inside);
+  return made;
+}
+
+const expandedText = flow => flow.expanded === null ? t('not computed') : `${flow.bound ? t('at least') + ' ' : ''}${digits(flow.expanded, 3)} %`;
+
+function budgetTable(flow) {
+  const body = element('tbody');
+  for (const one of flow.entries) {
+    const name = element('th', {scope: 'row'}, t(one.name));
+    if (one.share === undefined || one.share === null)
+      body.append(element('tr', {class: one.standing === 'outside' ? 'STOP' : 'WARN'}, name, element('td', {colspan: 5}, t(one.standing) + ': ' +
+        (one.standing === 'outside' ? t(one.source) : one.source))));
+    else body.append(element('tr', {}, name, element('td', {}, t(one.value)), element('td', {class: 'number'}, t(one.uncertainty)),
+      element('td', {class: 'number'}, `${digits(one.contribution, 3)} %`), element('td', {}, bar(one.share), ` ${digits(one.share, 3)} %`), element('td', {}, t(one.source))));
+  }
+  const heads = ['input', 'value', 'uncertainty', 'contributes', 'share', 'source'].map(head => element('th', {scope: 'col'}, t(head)));
+  return element('table', {class: 'budget'}, element('caption', {}, `${t(flow.title)}, ${digits(flow.value)} ${t(flow.unit)}: ${expandedText(flow)}`),
+    element('thead', {}, element('tr', {}, ...heads)), body);
+}
+
+function showUncertainty(panel) {
+  const answer = ask('page_uncertainty', lines());
+  if (faulty(answer, panel)) return;
+  if (answer.refused) {
+    panel.replaceChildren();
+    return summary(`${t('not solved')}: ${t(answer.refused)}`, true);
+  }
+  summary(answer.flows.map(flow => `${t(flow.title)}: ${expandedText(flow)}`).join('; '));
+  panel.replaceChildren(printed(), element('p', {}, t('Expanded uncertainties, 95 %, k = 2. What is not stated counts as 0, and the whole is then a lower bound.')),
+    ...answer.flows.map(budgetTable), ...answer.notes.map(note => element('p', {}, t(note))));
 }
 
 // ---- Curves -----------------------------------------------------------------------------------------------------------------------

@@ -6,7 +6,7 @@ const aNumber = String.raw`-?\d+(?:\.\d+)?(?:e[-+]?\d+)?`;
 const unitWords = ['m3/h at standard conditions', 'kg/m3', 'm3/h', 't/h', 'GJ/h', 'm/s', 'mol %', '1/degC', 'degC', 'MPa', 'kPa', 'Pa', 'mm', 'K', 'years'];
 // A number or a range with its unit, if it has one.
 const anAmount = new RegExp(String.raw`(?<!\w|-|(?<!\.)\.)(${aNumber}(?:\.\.${aNumber})?)(?: (${unitWords.join('|')})(?![\w/]))?(?!\w)`, 'g');
-const aLimit = /^(.+?) # (not above|not below|below|above|exceeds) #(.*)$/;
+const aLimit = /^(.+?) # (not above|not below|below|above|exceeds|is not) #(.*)$/;
 const untranslated = new Set();  // for the test of the page
 
 function translated(text) {
