@@ -71,6 +71,10 @@ await test('tabs: check, curves, properties', async () => {
   await type('dp_class_pct', '0.1');
   assert.match(await text('#summary'), /not computed/);
   await shot('uncertainty');
+  await open({...gas, tab: 'Uncertainty', dp_range_kPa: '40 kPa', dp_class_pct: '0.075', p_error_MPa: '10 kPa', t_error_K: '0.3', D20_uncertainty_pct: '0.4',
+    d20_uncertainty_pct: '0.07', K_uncertainty_pct: '0.1', rho_c_uncertainty_pct: '0.1', composition_uncertainty_mol_pct: '0.02', heat_uncertainty_pct: '0.2'});
+  assert.match(await text('#summary'), /^mass flow: 0\.\d+ %;/);
+  await shot('budget');
   await page.click('#tab-Curves');
   assert.equal((await page.$$('canvas')).length, 3);
   await shot('curves');

@@ -102,15 +102,21 @@ function bar(share) {
 
 const expandedText = flow => flow.expanded === null ? t('not computed') : `${flow.bound ? t('at least') + ' ' : ''}${digits(flow.expanded, 3)} %`;
 
+/** The keys of the station file as the form calls them. */
+const fieldNames = keys => keys.split(', or ').map(some => some.split(/ with |, /).map(key => {
+  const field = allFields().find(one => one.id === key);
+  return field ? `“${t(field.label)}”` : key;
+}).join(', ')).join(` ${t('or')} `);
+
 function budgetTable(flow) {
   const body = element('tbody');
   for (const one of flow.entries) {
     const name = element('th', {scope: 'row'}, t(one.name));
-    if (one.share === undefined || one.share === null)
+    if (one.uncertainty === undefined)
       body.append(element('tr', {class: one.standing === 'outside' ? 'STOP' : 'WARN'}, name, element('td', {colspan: 5}, t(one.standing) + ': ' +
-        (one.standing === 'outside' ? t(one.source) : one.source))));
+        (one.standing === 'outside' ? t(one.source) : fieldNames(one.source)))));
     else body.append(element('tr', {}, name, element('td', {}, t(one.value)), element('td', {class: 'number'}, t(one.uncertainty)),
-      element('td', {class: 'number'}, `${digits(one.contribution, 3)} %`), element('td', {}, bar(one.share), ` ${digits(one.share, 3)} %`), element('td', {}, t(one.source))));
+      element('td', {class: 'number'}, `${digits(one.contribution, 3)} %`), element('td', {}, ...(flow.expanded === null ? [] : [bar(one.share), ` ${digits(one.share, 3)} %`])), element('td', {}, t(one.source))));
   }
   const heads = ['input', 'value', 'uncertainty', 'contributes', 'share', 'source'].map(head => element('th', {scope: 'col'}, t(head)));
   return element('table', {class: 'budget'}, element('caption', {}, `${t(flow.title)}, ${digits(flow.value)} ${t(flow.unit)}: ${expandedText(flow)}`),
