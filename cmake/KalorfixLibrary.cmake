@@ -21,7 +21,6 @@ add_library(
   flow/averaging.cpp
   flow/device.cpp
   flow/discharge.cpp
-  flow/edge/calculators.cpp
   flow/edge/flow_rate.cpp
   flow/edge/pipeline.cpp
   flow/edge/totals.cpp
@@ -32,15 +31,11 @@ add_library(
   flow/material_tables.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
-  flow/venturi.cpp
-  frame/gas_exports.cpp
-  frame/heat_exports.cpp
+  frame/channel_exports.cpp
   frame/lifecycle.cpp
-  frame/pipeline_exports.cpp
-  frame/totals_exports.cpp
+  frame/water_exports.cpp
   gas/aga8.cpp
   gas/aga8_constants.cpp
-  gas/aga8_isotherm.cpp
   gas/composition.cpp
   gas/edge/exports.cpp
   gas/edge/gas_channel.cpp
@@ -54,13 +49,11 @@ add_library(
   props/edge/gas_channel.cpp
   props/edge/gas_properties.cpp
   props/edge/heat_carrier.cpp
-  props/gas_by_composition.cpp
-  props/gas_by_density.cpp
+  props/gas_properties.cpp
   props/heat_carrier.cpp
   props/heat_of_combustion.cpp
   props/humid_gas.cpp
   props/water/density.cpp
-  props/water/ideal.cpp
   props/water/nonanalytic.cpp
   props/water/residual.cpp
   props/water/saturation.cpp
@@ -69,11 +62,8 @@ add_library(
   runtime/clock.cpp
   runtime/files.cpp
   runtime/ini_file.cpp
-  runtime/ini_list.cpp
-  runtime/ini_text.cpp
   runtime/ini_values.cpp
-  runtime/paths.cpp
-  runtime/tick_source.cpp)
+  runtime/paths.cpp)
 target_include_directories(kalorfix_objects PUBLIC "${PROJECT_SOURCE_DIR}" "${PROJECT_SOURCE_DIR}/include")
 target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.

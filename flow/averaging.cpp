@@ -1,10 +1,7 @@
 // m is the blockage of a bar of width d across a pipe D, 4 d/(pi D); alpha the flow coefficient, epsilon the expansibility.
-#include "flow/averaging.h"
-
 #include <array>
-#include <cmath>
-#include <cstddef>
-#include <numbers>
+
+#include "flow/flow_rate.h"
 
 namespace kalorfix::flow {
 namespace {
@@ -29,8 +26,7 @@ double expansibility(double m, const Medium& medium, double dp_Pa) {
     return 1.0 - (0.31424 * (free * free) - 0.09484) * dp_Pa / (medium.p_Pa * medium.kappa);
 }
 
-}  // namespace
-
+// Flow coefficient of devices 10..18: linear for 10 and 11. 0 for any other device.
 double averaging_coefficient(Device device, double blockage) {
     const auto code = static_cast<std::size_t>(device);
     if (Device::averaging_first <= device && device <= Device::averaging_linear_last)
@@ -40,6 +36,8 @@ double averaging_coefficient(Device device, double blockage) {
     const double free = 1.0 - row.A * blockage;
     return free / std::sqrt(1.0 - row.B * (free * free));
 }
+
+}  // namespace
 
 FlowSolution averaging_flow(const AveragingPoint& point, const Medium& medium, const Reading& reading) {
     const double D_m = point.D_m;

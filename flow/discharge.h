@@ -48,13 +48,6 @@ struct NozzleConstants {
 /// GOST 8.586.3-2005, 5.1.6, 5.2.6 and 5.3.4.
 [[nodiscard]] Limit nozzle_discharge(const Bore& bore, const NozzleConstants& c, double Re, Discharge& out);
 
-/// Classical Venturi tubes. GOST 8.586.4-2005, 5.5.2 to 5.5.4.
-[[nodiscard]] Discharge venturi_discharge(const Bore& bore, double Re);
-
-/// Largest 10^4 R_a/D of a smooth pipe for ISA 1932 and Venturi nozzles, interpolated in the diameter ratio; undefined (NaN) on
-/// the rows of the table themselves. GOST 8.586.3-2005, 5.1.6.1.
-[[nodiscard]] double nozzle_roughness_limit(double beta);
-
 /// The law of one pipe with its device; what the geometry alone determines is computed here, once for all Reynolds numbers.
 class DischargeLaw {
 public:

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "flow/limit.h"
+#include "flow/device.h"
 
 namespace kalorfix::flow {
 

@@ -1,8 +1,5 @@
 #include "flow/flow_rate.h"
 
-#include <numbers>
-
-#include "flow/expansibility.h"
 #include "flow/fixed_point.h"
 
 namespace kalorfix::flow {

@@ -1,10 +1,49 @@
-// The flow equation of the standard devices, solved for the mass flow.
+// The mass flow at a device: what is measured there, and the solution of its flow equation.
 #pragma once
 
+#include <cmath>
+#include <numbers>
+
 #include "flow/discharge.h"
-#include "flow/medium.h"
 
 namespace kalorfix::flow {
+
+/// The medium at the device.
+struct Medium {
+    double p_Pa;
+    double kappa;
+    double mu_Pas;
+    bool liquid;
+};
+
+/// Differential pressure, and the density at the device.
+struct Reading {
+    double dp_Pa;
+    double rho_kgm3;
+};
+
+/// Factors that a solution did not get to are 0.
+struct FlowSolution {
+    double epsilon = 0.0;    ///< expansibility
+    double Re = 0.0;         ///< Reynolds number
+    double C = 0.0;          ///< discharge coefficient
+    double K_sh = 0.0;       ///< correction for roughness
+    double alpha_eps = 0.0;  ///< flow coefficient times expansibility (devices 10..19)
+    double q_m_kgs = 0.0;    ///< of the last pass
+    Limit limit = Limit::none;
+};
+
+/// Mass flow through a cross section of the given diameter: pi/4 diameter^2 coefficient sqrt(2 dp rho). GOST 8.586.1-2005, 5.1.
+[[nodiscard]] inline double mass_flow_kgs(double diameter_m, double coefficient, const Reading& reading) {
+    return std::numbers::pi / 4.0 * (diameter_m * diameter_m) * coefficient *
+           std::sqrt(2.0 * reading.dp_Pa * reading.rho_kgm3);
+}
+
+// ---- Standard devices (1..9) ----
+
+/// Expansibility in a standard device, 1 for a liquid; `epsilon` is left alone by other devices, and where dp/p is above its limit.
+[[nodiscard]] Limit expand(const DeviceRow& device, double beta, const Medium& medium, double dp_Pa,
+                           double& epsilon);
 
 /// Pipe and device of a metering point at the working temperature.
 struct StandardPoint {
@@ -30,5 +69,19 @@ void flow_pass(const FlowEquation& equation, const DischargeLaw& law, int pass, 
 /// The whole solution, until the relative change of the flow is below the tolerance. GOST 8.586.1-2005, 8.
 [[nodiscard]] FlowSolution solve_flow(const StandardPoint& point, const Medium& medium, const Reading& reading,
                                       double tolerance);
+
+// ---- Averaging devices (10..18) and the device with a configured flow coefficient (19): a direct formula ----
+
+/// Pipe and device of such a metering point.
+struct AveragingPoint {
+    const DeviceRow& device;
+    double D_m, d_m;
+    double configured_alpha_eps;  ///< of device 19
+};
+
+/// The mass flow; the Reynolds number, of the velocity in the pipe with the width of the device as the length, must exceed the
+/// least of the device.
+[[nodiscard]] FlowSolution averaging_flow(const AveragingPoint& point, const Medium& medium,
+                                          const Reading& reading);
 
 }  // namespace kalorfix::flow

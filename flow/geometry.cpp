@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "flow/material.h"
-
 namespace kalorfix::flow {
 namespace {
 

@@ -1,7 +1,7 @@
-#include "flow/material.h"
-
 #include <array>
 #include <cstddef>
+
+#include "flow/geometry.h"
 
 namespace kalorfix::flow {
 namespace {

@@ -26,9 +26,9 @@ Limit roughness_correction(const Bore& bore, const NozzleConstants& c, double Re
     return large && K_sh > max_roughness_correction ? Limit::roughness_correction : Limit::none;
 }
 
-}  // namespace
-
-double nozzle_roughness_limit(double beta) {
+// Largest 10^4 R_a/D of a smooth pipe, interpolated in the diameter ratio; undefined (NaN) on the rows of the table themselves.
+// GOST 8.586.3-2005, 5.1.6.1.
+double smooth_limit(double beta) {
     NozzleRoughness below{0.0, 0.0}, above{0.0, 0.0};
     for (const NozzleRoughness& row : nozzle_roughness) {
         if (row.beta <= beta) below = row;
@@ -39,6 +39,8 @@ double nozzle_roughness_limit(double beta) {
     }
     return below.limit + (above.limit - below.limit) * (beta - below.beta) / (above.beta - below.beta);
 }
+
+}  // namespace
 
 NozzleConstants nozzle_constants(const Bore& bore) {
     const double beta = bore.beta;
@@ -56,7 +58,7 @@ NozzleConstants nozzle_constants(const Bore& bore) {
     }
     // A pipe is smooth up to the limit of the table; where the limit is undefined the comparison fails and the pipe counts as
     // smooth.
-    c.smooth = !(nozzle_roughness_limit(beta) < 1e4 * bore.R_a_m / bore.D_m);
+    c.smooth = !(smooth_limit(beta) < 1e4 * bore.R_a_m / bore.D_m);
     if (!c.smooth) c.correction = beta4 * (0.045 * std::log10(1e4 * bore.R_sh_m / bore.D_m) - 0.025);
     return c;
 }

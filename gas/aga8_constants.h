@@ -8,7 +8,7 @@
 
 #include "gas/composition.h"
 #include "gas/half_powers.h"
-#include "runtime/pair.h"
+#include "runtime/unrolled.h"
 
 namespace kalorfix::gas::aga8 {
 

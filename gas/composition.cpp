@@ -9,6 +9,14 @@ float sum(const Fractions& values) {
     return total;
 }
 
+// The sum of x_i times what the components have, in the precision of Sum.
+template <class Sum, class Table>
+Sum weighted_sum(const Composition& gas, const Table& of_components) {
+    Sum sum = 0;
+    for (const std::size_t i : gas.components()) sum += static_cast<Sum>(gas.x[i]) * of_components[i];
+    return sum;
+}
+
 }  // namespace
 
 Composition from_mole_percent(const Fractions& percent) {
@@ -34,33 +42,17 @@ Composition with_present_components(const Fractions& x) {
 }
 
 float standard_density(const Composition& gas, const float* summation_factor, const float* ideal_density) {
-    float factor = 0.0F;
-    float ideal = 0.0F;
-    for (std::size_t n = 0; n < gas.count; ++n) {
-        const std::size_t i = gas.present[n];
-        factor += gas.x[i] * summation_factor[i];
-        ideal += gas.x[i] * ideal_density[i];
-    }
-    const double squared = static_cast<double>(factor) * factor;
-    const auto z = static_cast<float>(1.0 - squared);
-    return ideal / z;
+    const double factor = weighted_sum<float>(gas, summation_factor);
+    const auto z = static_cast<float>(1.0 - factor * factor);
+    return weighted_sum<float>(gas, ideal_density) / z;
 }
 
 float molar_mass(const Composition& gas, const float* of_components) {
-    double sum = 0.0;
-    for (std::size_t n = 0; n < gas.count; ++n) {
-        const std::size_t i = gas.present[n];
-        sum += static_cast<double>(gas.x[i]) * of_components[i];
-    }
-    return static_cast<float>(sum);
+    return static_cast<float>(weighted_sum<double>(gas, of_components));
 }
 
 double standard_compressibility(const Composition& gas) {
-    double carbon = 0.0;
-    for (std::size_t n = 0; n < gas.count; ++n) {
-        const std::size_t i = gas.present[n];
-        carbon += static_cast<double>(gas.x[i]) * carbon_number[i];
-    }
+    const double carbon = weighted_sum<double>(gas, carbon_number);
     const double root = 0.0458 * carbon - 0.0022 + 0.0195 * gas.x[nitrogen] + 0.075 * gas.x[carbon_dioxide];
     return 1.0 - root * root;
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 
 namespace kalorfix::gas {
 
@@ -29,6 +30,9 @@ struct Composition {
     Fractions x{};
     std::array<std::size_t, component_count> present{};  ///< ascending, the first `count` are in use
     std::size_t count = 0;
+
+    bool operator==(const Composition&) const = default;
+    [[nodiscard]] std::span<const std::size_t> components() const { return {present.data(), count}; }
 };
 
 /// The composition of mole per cent, not normalised.

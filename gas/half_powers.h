@@ -56,24 +56,23 @@ public:
         return u.exact() ? to_exact(u) : std::pow(base_, u.exponent());
     }
     /// The same for an exponent that is known to be exact.
-    [[nodiscard]] double to_exact(const HalfPower& u) const {
-        return power_[static_cast<std::size_t>(zero + u.twice())];
-    }
+    [[nodiscard]] double to_exact(const HalfPower& u) const { return *(power_.data() + zero + u.twice()); }
 
 private:
     static constexpr int zero = HalfPower::limit + 4;  // place of the exponent 0; the others by their double
 
     // The even ones come from even ones, since a negative base has whole powers only; four at a time, each by the square of the
     // base, keeps the rounding small.
-    template <int direction>
-    void raise(double root, double base, int largest) {
+    template <std::ptrdiff_t direction>
+    void raise(double root, double base, std::ptrdiff_t largest) {
         double* const power = power_.data() + zero;
         const double square = base * base;
         power[direction] = root;
         power[direction * 2] = base;
         power[direction * 3] = base * root;
-        for (int n = 4; n <= largest; n += 4)
-            for (int k = n; k < n + 4; ++k) power[direction * k] = power[direction * (k - 4)] * square;
+        for (std::ptrdiff_t n = 4; n <= largest; n += 4)
+            for (std::ptrdiff_t k = n; k < n + 4; ++k)
+                power[direction * k] = power[direction * (k - 4)] * square;
     }
 
     double base_;

@@ -16,11 +16,8 @@ struct IsothermPoint {
     double x;
     double y;          ///< x Z(x)
     double slope;      ///< dy/dx
-    double curvature;  ///< d2y/dx2; 0 where it was not asked for
+    double curvature;  ///< d2y/dx2
 };
-
-/// Whether a point is to come with its curvature.
-enum class Order { slope, curvature };
 
 struct GasRoot {
     double x;    ///< reduced density; 0 where there is no gas root
@@ -38,7 +35,7 @@ struct GasRoot {
 }
 
 /// Finds the gas root of an isotherm. `Isotherm` has
-///   IsothermPoint at<Order>(double x) const
+///   IsothermPoint at(double x) const
 ///   bool rises_up_to(double x) const   true only where the isotherm cannot have fallen below x: cheap and sufficient
 template <class Isotherm>
 class GasRootSearch {
@@ -59,17 +56,16 @@ private:
     static constexpr int climb_steps = 400;
     static constexpr int bracket_steps = 100;
 
-    template <Order order>
     IsothermPoint point(double x) {
         ++points_;
-        return isotherm_.template at<order>(x);
+        return isotherm_.at(x);
     }
 
     // Halley's form of the step, which the curvature makes good to the third power: a step of the tolerance leaves 1e-11.
     double newton(double x) {
         constexpr double tolerance = 2e-4;
         for (int step = 0; step < newton_steps; ++step) {
-            const IsothermPoint here = point<Order::curvature>(x);
+            const IsothermPoint here = point(x);
             double change = (target_ - here.y) / here.slope;
             const double bend = 0.5 * change * here.curvature / here.slope;
             if (std::fabs(bend) < 0.5) change /= 1.0 + bend;
@@ -92,7 +88,7 @@ private:
             double change = std::min(wanted, largest_step * (1.0 + low.x));
             if (low.curvature < 0.0) change = std::min(change, -0.9 * low.slope / low.curvature);
             if (step == 0) change = 1e-6 * std::min(target_, 1.0);  // the curvature is not known yet
-            const IsothermPoint high = point<Order::curvature>(low.x + change);
+            const IsothermPoint high = point(low.x + change);
             if (!std::isfinite(high.y) || !std::isfinite(high.slope)) return none;
             if (!(high.slope > 0.0)) return below_maximum(low, high);
             if (low.curvature < 0.0 && high.curvature > 0.0) {
@@ -115,7 +111,7 @@ private:
             if (low.slope + low.curvature * (meet - low.x) > 0.0) break;
             const double x = 0.5 * (low.x + high.x);
             if (!(low.x < x && x < high.x)) break;
-            const IsothermPoint middle = point<Order::curvature>(x);
+            const IsothermPoint middle = point(x);
             if (!(middle.slope > 0.0)) return middle;
             (middle.curvature < 0.0 ? low : high) = middle;
         }
@@ -124,28 +120,28 @@ private:
 
     // The isotherm rises at one point and falls at the other: the maximum lies between, and the root, if any, below it.
     double below_maximum(const IsothermPoint& rising, const IsothermPoint& falling) {
-        const double top = zero<Order::curvature>(
+        const double top = zero(
             rising.x, falling.x, [](const IsothermPoint& at) { return -at.slope; },
             [](const IsothermPoint& at) { return -at.curvature; });
-        const IsothermPoint maximum = point<Order::slope>(top);
+        const IsothermPoint maximum = point(top);
         return maximum.y >= target_ ? pressure_root(rising, maximum) : none;
     }
 
     double pressure_root(const IsothermPoint& low, const IsothermPoint& high) {
-        return zero<Order::slope>(
+        return zero(
             low.x, high.x, [this](const IsothermPoint& at) { return at.y - target_; },
             [](const IsothermPoint& at) { return at.slope; });
     }
 
     // The zero of a rising value between two points of different sign: Newton steps, halvings where they leave the bracket or
     // shrink it too slowly.
-    template <Order order, class Value, class Slope>
+    template <class Value, class Slope>
     double zero(double low, double high, Value&& value, Slope&& slope) {
         constexpr double resolution = 1e-14;
         double x = 0.5 * (low + high);
         double width = 2.0 * (high - low);
         for (int step = 0; step < bracket_steps; ++step) {
-            const IsothermPoint here = point<order>(x);
+            const IsothermPoint here = point(x);
             const double excess = value(here);
             (excess < 0.0 ? low : high) = x;
             double next = x - excess / slope(here);

@@ -85,22 +85,18 @@ Isotherm::Isotherm(const Coefficients& c, double reduced_temperature)
     }
 }
 
-template <Order order>
 IsothermPoint Isotherm::at(double w) const {
     // Z/w - 1/w by Horner's rule, with its first derivative and half of the second.
     double sum = 0.0;
     double first = 0.0;
     double half_second = 0.0;
     for (std::size_t k = density_powers; k-- > 0;) {
-        if constexpr (order == Order::curvature) half_second = half_second * w + first;
+        half_second = half_second * w + first;
         first = first * w + sum;
         sum = sum * w + coefficient_[k];
     }
     const double Z = 1.0 + w * sum;
-    return {w, w * Z, 1.0 + w * (2.0 * sum + w * first),
-            order == Order::curvature ? 2.0 * (sum + w * (2.0 * first + w * half_second)) : 0.0};
+    return {w, w * Z, 1.0 + w * (2.0 * sum + w * first), 2.0 * (sum + w * (2.0 * first + w * half_second))};
 }
-template IsothermPoint Isotherm::at<Order::slope>(double w) const;
-template IsothermPoint Isotherm::at<Order::curvature>(double w) const;
 
 }  // namespace kalorfix::gas::vnic

@@ -24,7 +24,7 @@ inline constexpr std::array<short, density_powers> temperature_terms{8, 7, 7, 6,
 using Fractions = std::array<float, component_count>;
 using Coefficients = float[density_powers][columns];
 
-/// The tables of the gas data file that the pseudo-critical parameters come from; matrices row by row.
+/// The tables of the gas data file; matrices row by row.
 struct Tables {
     const float* molar_mass;            ///< kg/kmol
     const float* critical_density;      ///< kg/m3
@@ -32,6 +32,7 @@ struct Tables {
     const float* acentric;
     const float* volume_correction;       ///< lambda, 8 x 8
     const float* temperature_correction;  ///< xi, 8 x 8
+    const float *a, *b;                   ///< coefficients of the equation, 10 x 8
 };
 
 /// What x_i x_j is multiplied by in the sums over pairs i <= j, both orders of a pair in one: critical volume (m3/kmol), and
@@ -63,7 +64,6 @@ class Isotherm {
 public:
     Isotherm(const Coefficients& c, double reduced_temperature);
 
-    template <Order order>
     [[nodiscard]] IsothermPoint at(double w) const;
 
     /// What Z rises with at vanishing density.

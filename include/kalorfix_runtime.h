@@ -120,16 +120,16 @@ public:
     int ConvertStrToListVar(char const* text, int max, int* out);
 
 private:
-    FILE* file_;
-    int mode_;
-    char mode_string_[8];
-    int section_count_;
-    char* name_;
-    unsigned char status_;
-    IniSection* first_;
-    IniSection* current_;
-    IniSection* previous_;
-    unsigned char iterating_;
+    FILE* file_ = nullptr;
+    int mode_ = 0;
+    char mode_string_[8]{};
+    int section_count_ = 0;
+    char* name_ = nullptr;
+    unsigned char status_ = 0;
+    IniSection* first_ = nullptr;
+    IniSection* current_ = nullptr;
+    IniSection* previous_ = nullptr;
+    unsigned char iterating_ = 0;
 };
 
 #endif /* KALORFIX_RUNTIME_H */

@@ -1,9 +1,14 @@
-// Heats of combustion of a gas of known composition.
+// Heats of combustion of a gas.
 #pragma once
 
-#include "props/gas_by_density.h"
-
 namespace kalorfix::gas {
+
+struct HeatOfCombustion {
+    double lower, higher;
+};
+
+/// Heats of combustion, MJ/m3 at 20 degC; contents in mole per cent. GOST 30319.1-96.
+[[nodiscard]] HeatOfCombustion heat_of_combustion(double rho_c, double nitrogen_pct, double carbon_dioxide_pct);
 
 inline constexpr unsigned heat_rows = 4;
 

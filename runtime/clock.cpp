@@ -1,6 +1,17 @@
 // The tick clock: a counter that setting the wall clock does not move.
+#include "runtime/clock.h"
+
+#include <sys/times.h>
+
+#include <cerrno>
+
 #include "kalorfix_runtime.h"
-#include "runtime/tick_source.h"
+
+std::uint32_t kalorfix::tick_count() {
+    // Without a place for them Linux leaves out the sums of processor time over all threads, which cost more than the ticks.
+    const clock_t ticks = times(nullptr);
+    return static_cast<std::uint32_t>(ticks == -1 ? -errno : ticks);
+}
 
 int OpenAbsClock() { return 0; }
 

@@ -22,21 +22,26 @@ namespace {
 
 constexpr std::size_t max_mode_string = 5;
 
+using Words = std::array<std::string_view, 3>;
+
+// The words of a section header; false where white space follows the third.
+bool split_header(std::string_view header, Words& words) {
+    std::size_t count = 0;
+    for (std::size_t k = 0; k < header.size(); ++k) {
+        const std::size_t begin = k;
+        while (k < header.size() && !ini::is_space(header[k])) ++k;
+        if (k == begin) continue;
+        words[count++] = {header.data() + begin, k - begin};
+        if (count == words.size()) return k == header.size();
+    }
+    return true;
+}
+
 bool matches(char const* wanted, std::string_view word) { return !wanted || word == wanted; }
 
 }  // namespace
 
-IniFile::IniFile()
-    : file_(nullptr),
-      mode_(0),
-      mode_string_{},
-      section_count_(0),
-      name_(nullptr),
-      status_(0),
-      first_(nullptr),
-      current_(nullptr),
-      previous_(nullptr),
-      iterating_(0) {}
+IniFile::IniFile() = default;
 
 IniFile::IniFile(char const* file_name) : IniFile() { SetName(file_name); }
 
@@ -55,14 +60,13 @@ void IniFile::SetName(char const* file_name) {
 
 void IniFile::SetMode(int mode_bits) {
     mode_ = mode_bits;
-    std::size_t length = 0;
-    const auto add = [&](char letter) { mode_string_[length++] = letter; };
-    if (mode_bits & 1) add('r');
-    if (mode_bits & 2) add('w');
-    if (mode_bits & 4) add('a');
-    add(mode_bits & 8 ? 'b' : 't');
-    if (mode_bits & 16) add('+');
-    mode_string_[length] = '\0';
+    char* end = mode_string_;
+    if (mode_bits & 1) *end++ = 'r';
+    if (mode_bits & 2) *end++ = 'w';
+    if (mode_bits & 4) *end++ = 'a';
+    *end++ = mode_bits & 8 ? 'b' : 't';
+    if (mode_bits & 16) *end++ = '+';
+    *end = '\0';
 }
 
 int IniFile::SetSMode(char const* mode_string) {
@@ -109,7 +113,7 @@ int IniFile::CreatTableSection() {
             ++line;
         } else if (c == ':') {
             if (inside) return 2;
-            if (ini::skip_comment(file_) == EOF) return 0;
+            ini::skip_comment(file_);
             ++line;
         } else if (!inside) {
             inside = c == '[';
@@ -125,7 +129,7 @@ int IniFile::CreatTableSection() {
             inside = false;
         } else {
             if (length == header.size() - 1) return 2;
-            header[length++] = static_cast<char>(static_cast<unsigned char>(c));
+            header[length++] = static_cast<char>(c);
         }
     }
     return inside ? 2 : 0;
@@ -144,10 +148,9 @@ int IniFile::DeleteTableSection() {
 
 int IniFile::SectionSearch(char const* section, char const* sub1, char const* sub2, int* line) {
     for (current_ = first_; current_; current_ = current_->next) {
-        const ini::Words words = ini::split_header(current_->text);
-        if (words.too_many) return 1;
-        if (!matches(section, words.word[0]) || !matches(sub1, words.word[1]) || !matches(sub2, words.word[2]))
-            continue;
+        Words words;
+        if (!split_header(current_->text, words)) return 1;
+        if (!matches(section, words[0]) || !matches(sub1, words[1]) || !matches(sub2, words[2])) continue;
         std::fsetpos(file_, &current_->position);
         if (line) *line = current_->line;
         return 0;
@@ -174,11 +177,11 @@ int IniFile::KeySearch(char const* key) {
         } else if (!skip && !ini::is_space(c)) {
             if (name.full()) {
                 // No key is that long: the line is lost, the section is not.
-                if (ini::skip_comment(file_) == EOF) return 1;
+                ini::skip_comment(file_);
                 name.clear();
-                continue;
+            } else {
+                name.append(c);
             }
-            name.append(c);
         }
     }
 }

@@ -1,6 +1,11 @@
-// IniFile: the value getters.
+// IniFile: the value getters and the lists of channel numbers.
+#include <locale.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdlib>
-#include <cstring>
+#include <limits>
 #include <string_view>
 
 #include "kalorfix_runtime.h"
@@ -20,73 +25,158 @@ int line_counter = 0;
 
 constexpr auto line_too_long = kalorfix::cp866(U"Слишком длинная строка (>%d) в файле %s\n\r");
 
+// The C library's own "C" locale: nothing is allocated, nothing can fail.
+const locale_t c_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+
 // The guard behind the reading loops, which cut every value one character short of its buffer: a text that reached the
 // limit all the same would overrun the caller's memory, so the process stops here.
-void guard_length(std::size_t length, int limit, const char* file_name) {
-    if (length < static_cast<std::size_t>(limit)) return;
-    std::printf(line_too_long.data(), limit, file_name ? file_name : "");
+void guard_length(std::size_t length, std::size_t limit, const char* file_name) {
+    if (length < limit) return;
+    std::printf(line_too_long.data(), static_cast<int>(limit), file_name ? file_name : "");
     std::exit(-1);
 }
 
-// Positions the file behind the "=" of a key; 0, or why it was not found.
-int find(IniFile& file, char const* section, char const* sub1, char const* sub2, char const* key) {
-    if (file.SectionSearch(section, sub1, sub2, nullptr) != 0) return section_not_found;
-    return file.KeySearch(key) == 0 ? 0 : key_not_found;
+// Hands out text and a terminating zero, without spaces and tabs at its ends.
+void hand_out(std::string_view text, char* result) {
+    while (!text.empty() && ini::is_blank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && ini::is_blank(text.back())) text.remove_suffix(1);
+    *std::copy(text.begin(), text.end(), result) = '\0';
 }
 
-template <class Integer>
-int get_integer(IniFile& file, std::FILE*& stream, char const* section, char const* sub1, char const* sub2,
-                char const* key, Integer& result) {
-    const int missing = find(file, section, sub1, sub2, key);
-    if (missing != 0) return missing;
+// The characters of a number: digits, "-", and "." when `point`; spaces are dropped.
+ini::Buffer<999> number_text(std::FILE* file, bool point) {
     ini::Buffer<999> text;
-    ini::read_number_text(stream, false, text);
-    result = static_cast<Integer>(ini::parse_integer(text.text()));
+    while (!text.full()) {
+        const int c = std::fgetc(file);
+        if (c == ' ') continue;
+        if (!ini::is_digit(c) && c != '-' && !(point && c == '.')) break;
+        text.append(c);
+    }
+    return text;
+}
+
+// A decimal integer as strtol reads it on a machine with a 32-bit long: saturating, 0 when there is none.
+std::int32_t read_integer(std::FILE* file) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    const ini::Buffer<999> buffer = number_text(file, false);
+    const std::string_view text = buffer.text();
+    std::int32_t value = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (read.ec == std::errc::result_out_of_range) return text.front() == '-' ? Limits::min() : Limits::max();
+    return value;
+}
+
+// A decimal number as strtod reads it in the C locale and rounding to nearest, whatever the host's locale and rounding
+// are; 0 when there is none.
+float read_number(std::FILE* file) {
+    const kalorfix::FloatEnvironment guard;
+    return static_cast<float>(strtod_l(number_text(file, true).zero_terminated(), nullptr, c_locale));
+}
+
+// A string up to the end of the line, of the file or of the buffer, its lines joined at "&".
+template <std::size_t limit>
+void read_string(std::FILE* file, bool colon_is_text, const char* file_name, char* result) {
+    ini::Buffer<limit - 1> text;
+    while (!text.full()) {
+        int c = std::fgetc(file);
+        if (c == EOF || ini::is_line_end(c) || (c == ':' && !colon_is_text)) break;
+        if (c == '&') {
+            text.drop_trailing_blanks();
+            do c = std::fgetc(file);
+            while (ini::is_blank(c) || ini::is_line_end(c));
+            // Whatever ends the gap is taken as it stands: at the end of the file that is the byte 0xFF.
+        }
+        text.append(c);
+    }
+    guard_length(text.text().size(), limit, file_name);
+    hand_out(text.text(), result);
+}
+
+// Where a value stands.
+struct Place {
+    char const *section, *sub1, *sub2, *key;
+};
+
+// Reads the value behind the "=" of a key; 0, or why it was not found.
+template <class Read>
+int read_value(IniFile& file, const Place& at, Read&& read) {
+    if (file.SectionSearch(at.section, at.sub1, at.sub2, nullptr) != 0) return section_not_found;
+    if (file.KeySearch(at.key) != 0) return key_not_found;
+    read();
     return 0;
+}
+
+// Takes the next run of digits off a text, 0 when there is none left.
+int take_number(std::string_view& rest) {
+    constexpr std::size_t max_digits = 9;
+    while (!rest.empty() && !ini::is_digit(rest.front())) rest.remove_prefix(1);
+    int value = 0;
+    for (std::size_t k = 0; k < max_digits && !rest.empty() && ini::is_digit(rest.front()); ++k) {
+        value = 10 * value + (rest.front() - '0');
+        rest.remove_prefix(1);
+    }
+    return value;
+}
+
+// Moves behind the next of the given characters; 0 at the end of the text.
+char skip_to(std::string_view characters, std::string_view& rest) {
+    const std::size_t found = std::min(rest.find_first_of(characters), rest.size());
+    const char c = found < rest.size() ? rest[found] : '\0';
+    rest.remove_prefix(std::min(found + 1, rest.size()));
+    return c;
+}
+
+template <class Number>
+int list_numbers(char const* text, Number max, Number* out) {
+    std::string_view rest = text ? text : "";
+    int count = 0;
+    const auto append_range = [&](int first, int last) {
+        for (int k = first; k <= last; ++k) out[count++] = static_cast<Number>(k);
+    };
+    if (rest.starts_with("all") || rest.starts_with("All") || rest.starts_with("ALL")) {
+        append_range(1, max);
+        return max;
+    }
+    while (!rest.empty()) {
+        const auto number = static_cast<Number>(take_number(rest));
+        if (number < 1 || number > max) {
+            skip_to(",", rest);
+            continue;
+        }
+        out[count++] = number;
+        if (skip_to(",-", rest) == '-')
+            append_range(number + 1, std::min(static_cast<Number>(take_number(rest)), max));
+    }
+    return count;
 }
 
 }  // namespace
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, int& result) {
-    return get_integer(*this, file_, section, sub1, sub2, key, result);
+    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_integer(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, long& result) {
-    return get_integer(*this, file_, section, sub1, sub2, key, result);
+    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_integer(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, short& result) {
-    return get_integer(*this, file_, section, sub1, sub2, key, result);
+    return read_value(*this, {section, sub1, sub2, key},
+                      [&] { result = static_cast<short>(read_integer(file_)); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, float& result) {
-    const int missing = find(*this, section, sub1, sub2, key);
-    if (missing != 0) return missing;
-    ini::Buffer<999> text;
-    ini::read_number_text(file_, true, text);
-    const kalorfix::FloatEnvironment guard;  // the narrowing rounds
-    result = static_cast<float>(ini::parse_number(text.zero_terminated()));
-    return 0;
+    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_number(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, char* result) {
-    const int missing = find(*this, section, sub1, sub2, key);
-    if (missing != 0) return missing;
-    ini::Buffer<999> text;
-    ini::read_string(file_, false, text);
-    guard_length(text.text().size(), 1000, name_);
-    ini::copy_text(ini::trimmed(text.text()), result);
-    return 0;
+    return read_value(*this, {section, sub1, sub2, key},
+                      [&] { read_string<1000>(file_, false, name_, result); });
 }
 
 int IniFile::CfgGetMax(char const* section, char const* sub1, char const* sub2, char const* key, char* result) {
-    const int missing = find(*this, section, sub1, sub2, key);
-    if (missing != 0) return missing;
-    ini::Buffer<1999> text;
-    ini::read_string(file_, true, text);
-    guard_length(text.text().size(), 2000, name_);
-    ini::copy_text(ini::trimmed(text.text()), result);
-    return 0;
+    return read_value(*this, {section, sub1, sub2, key},
+                      [&] { read_string<2000>(file_, true, name_, result); });
 }
 
 int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2, char* key, char* value,
@@ -119,13 +209,21 @@ int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2,
     if (line) *line = line_counter;
     line_counter += c == '\n';
 
-    const std::string_view whole = text.text();
-    const std::size_t equals = whole.find('=');
-    const bool is_key = equals != std::string_view::npos;
-    if (key) ini::copy_text(is_key ? ini::trimmed({whole.data(), equals}) : std::string_view(), key);
-    if (value)
-        ini::copy_text(
-            is_key ? ini::trimmed({whole.data() + equals + 1, whole.size() - equals - 1}) : std::string_view(),
-            value);
+    // Without "=" both sides are empty.
+    std::string_view before, behind;
+    const std::size_t equals = text.text().find('=');
+    if (equals != std::string_view::npos) {
+        before = {text.text().data(), equals};
+        behind = text.text();
+        behind.remove_prefix(equals + 1);
+    }
+    if (key) hand_out(before, key);
+    if (value) hand_out(behind, value);
     return 0;
 }
+
+int IniFile::ConvertStrToListVar(char const* text, short max, short* out) {
+    return list_numbers(text, max, out);
+}
+
+int IniFile::ConvertStrToListVar(char const* text, int max, int* out) { return list_numbers(text, max, out); }

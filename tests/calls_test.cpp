@@ -15,7 +15,7 @@
 #include <tuple>
 #include <vector>
 
-#include "frame/registry.h"
+#include "frame/channels.h"
 #include "kalorfix.h"
 #include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"

@@ -7,13 +7,11 @@
 #include <random>
 
 #include "gas/aga8.h"
-#include "gas/aga8_isotherm.h"
+#include "gas/by_density.h"
 #include "gas/composition.h"
-#include "gas/cube_root.h"
-#include "gas/gerg91.h"
 #include "gas/half_powers.h"
 #include "gas/vnic_smv.h"
-#include "props/gas_by_composition.h"
+#include "props/gas_properties.h"
 
 namespace gas = kalorfix::gas;
 namespace aga8 = kalorfix::gas::aga8;
@@ -90,10 +88,9 @@ TEST(Aga8, IsothermIsThatOfThePrintedTermsForAnyExponents) {
             const double h = 1e-3 * r, y1 = y(r + h) + y(r - h), y2 = y(r + 2 * h) + y(r - 2 * h);
             const double slope = (8.0 * (y(r + h) - y(r - h)) - (y(r + 2 * h) - y(r - 2 * h))) / (12.0 * h);
             const double curvature = (16.0 * y1 - y2 - 30.0 * y(r)) / (12.0 * h * h);
-            const gas::IsothermPoint found = isotherm.at<gas::Order::curvature>(r);
+            const gas::IsothermPoint found = isotherm.at(r);
             EXPECT_NEAR(found.y, y(r), 1e-13 * (1.0 + std::fabs(y(r)))) << kind << ' ' << r;
             EXPECT_NEAR(found.slope, slope, 1e-8 * (1.0 + std::fabs(slope))) << kind << ' ' << r;
-            EXPECT_EQ(isotherm.at<gas::Order::slope>(r).slope, found.slope) << kind << ' ' << r;
             if (r < 1e-3) continue;
             EXPECT_NEAR(found.curvature, curvature, 1e-5 * (1.0 + std::fabs(curvature))) << kind << ' ' << r;
         }
@@ -169,7 +166,7 @@ TEST(VnicSmv, IsentropicExponentFollowsFromTheEquation) {
     std::uniform_real_distribution<float> coefficient(-0.3F, 0.3F);
     for (std::size_t k = 0; k < vnic::density_powers; ++k)
         for (short l = 0; l < vnic::temperature_terms[k]; ++l) c[k][l] = coefficient(random);
-    const auto Z = [&c](double w, double t) { return vnic::Isotherm(c, t).at<gas::Order::slope>(w).y / w; };
+    const auto Z = [&c](double w, double t) { return vnic::Isotherm(c, t).at(w).y / w; };
     for (const double t : {1.2, 1.6})
         for (const double w : {0.05, 0.4}) {
             const double h = 1e-5;

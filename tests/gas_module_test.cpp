@@ -226,6 +226,12 @@ TEST_F(GasModule, IsReadForListedComponentsAlone) {
     for (const short none : std::to_array<short>({-1, 15, 32767})) EXPECT_EQ(results(2, none), alone) << none;
     EXPECT_EQ(results(-1, 1), std::pair(0.0F, 0.0F));
     for (std::size_t k = 0; k < read.size(); ++k) *read[k] = loaded[k];
+    // The mixture of the call before is not taken for that of another list.
+
+    PF1_1(90, 10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
+    const float both = PF3_3(290, 0, 5, failed);
+    NumXi = 1;
+    EXPECT_GT(PF3_3(290, 0, 5, failed), both + 0.01F);
 }
 
 // The coefficient of a term has the factors (G + 1 - g)^g (Q^2 + 1 - q)^q (F + 1 - f)^f: with a flag of 0 the factor is 1, with

@@ -1,7 +1,7 @@
 // Registry, files and clock beneath the exports.
 #include <gtest/gtest.h>
 
-#include "frame/registry.h"
+#include "frame/channels.h"
 #include "kalorfix_runtime.h"
 #include "runtime/files.h"
 

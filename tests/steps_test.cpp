@@ -13,7 +13,6 @@
 
 #include "flow/fixed_point.h"
 #include "gas/aga8.h"
-#include "gas/aga8_isotherm.h"
 #include "gas/edge/loaded_constants.h"
 #include "gas/vnic_smv.h"
 #include "kalorfix.h"
@@ -107,7 +106,7 @@ int steps(const Isotherm& isotherm, double target, double p_MPa, double critical
 
 int aga8_steps(const gas::Composition& composition, double T_K, double p_MPa) {
     namespace aga8 = gas::aga8;
-    const aga8::Constants& of = gas::edge::aga8_constants();
+    const aga8::Constants& of = *gas::edge::aga8_constants();
     const aga8::Mixture mixture = aga8::mix(composition, of);
     const aga8::Coefficients c = aga8::term_coefficients(T_K, mixture, of);
     const double target =
@@ -118,7 +117,7 @@ int aga8_steps(const gas::Composition& composition, double T_K, double p_MPa) {
 int vnic_steps(const gas::Composition& composition, double T_K, double p_MPa) {
     namespace vnic = gas::vnic;
     const vnic::PseudoCritical critical = vnic::pseudo_critical(
-        vnic::fold(composition.x), gas::edge::vnic_constants(), static_cast<double>(gas::molar_gas_constant));
+        vnic::fold(composition.x), *gas::edge::vnic_constants(), static_cast<double>(gas::molar_gas_constant));
     vnic::Coefficients c{};
     vnic::equation_coefficients(Akl, Bkl, critical.acentric, c);
     const vnic::Isotherm isotherm(c, T_K / static_cast<double>(critical.temperature));

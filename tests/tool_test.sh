@@ -26,6 +26,9 @@ sed -n '/^\[GAS 2\]/,/^\[HEAT 1\]/{/^\[HEAT/!p}' all.ini >one.ini
 sed 's/^d20_mm.*/d20_mm = 395/' one.ini >wide.ini
 sed '/_exponent/d' one.ini >short.ini
 rows calc_runs.txt row
+{ echo time_s,channel,t_C,p_MPa,dp_kPa
+printf '%s,GAS 2,15,5.5,%s\n' 0 25 3600 25 7200 5 10800 45; } >hours.csv
+rows uncertainty_runs.txt row
 value() { sed -n "s/.*\"$1\":\([^,}]*\).*/\1/p" "$said/out"; }
 trip() {
     # shellcheck disable=SC2086
@@ -57,7 +60,20 @@ expect 2 '^kalorfix: /none: cannot read this file' gasdat build /none -o out.dat
 expect 2 '^kalorfix: /none/x: cannot be written' gasdat build listing -o /none/x
 expect 2 'output' gasdat build listing
 expect 2 'subcommand' gasdat
+expect 2 '^kalorfix: --output sheets/./aga8_terms.csv: is the file of the table sheets/aga8_terms.csv already$' \
+    gasdat build sheets -o sheets/./aga8_terms.csv
 [ -e out.dat ] && fail "a failed build left a file"
+mkfifo pipe
+expect 2 'cannot read this gas data file$' gasdat show pipe
+expect 2 'pipe is a pipe$' --lib ./pipe id
+# A terminal takes nothing from a name: neither C0 nor C1 in UTF-8 or alone, while a name in Russian stays.
+expect 2 '^kalorfix: \?\[2J\?\?\?м: no such command' "$(printf '\033[2J\302\233\233м')"
+# Nobody reads: no word, and the status of SIGPIPE.
+for words in 'demo' 'water --t 0:800:0.1 --p 1' 'gasdat show random.dat' 'run --help'; do
+    # shellcheck disable=SC2086
+    { sleep 0.2; "$tool" $words 2>err; echo $? >status; } | :
+    [ "$(cat status)" -eq 141 ] && [ ! -s err ] || { fail "a closed pipe: $words" && cat err; }
+done
 
 [ "$("$tool" water --t 20:20.3:0.1 --p 1 --csv | wc -l)" -eq 5 ] || fail "the stop belongs to the range"
 "$tool" >out 2>err && fail "no arguments"

@@ -66,6 +66,11 @@ for fault in '[none]\nsource: s\ncolumns: case t_C -> phase\na 1 water|:1: no su
     printf "${fault%%|*}\n" >bad/bad.txt
     expect 2 "bad.txt${fault#*|}" verify --cases bad --html n.html
 done
+# A text that would be a formula in a spreadsheet, and two names of one file.
+sed 's/^c38 /=c38 /' "$cases/water_release.txt" >water/water_release.txt
+expect 0 '^MET' verify --cases water --csv f.csv
+grep -q "^t_param_1,'=c38," f.csv || fail "a formula in the CSV"
+expect 2 '^kalorfix: --csv ./n: is the file of --html n already$' verify --html n --csv ./n
 expect 2 'cannot open the library' --lib /etc/passwd --gas-data "$data" verify --html n.html
 [ -e n.html ] && fail "a refused report left a file"
 ls | grep -q '\.[a-zA-Z0-9]\{6\}$' && fail "a temporary file stayed"

@@ -6,10 +6,9 @@
 
 #include "kalorfix.h"
 #include "props/water/density.h"
-#include "props/water/ideal.h"
 #include "props/water/residual.h"
 #include "props/water/saturation.h"
-#include "props/water/viscosity.h"
+#include "props/water/water.h"
 #include "reference_residual.h"
 #include "runtime/exponential.h"
 

@@ -179,7 +179,7 @@ int run(const Installation& files, const Request& request) {
         Answer answer = metering::solve(library, described.point, q);
         all_solved = all_solved && answer.solved();
         std::vector<Cell> cells = cells_of(q, answer);
-        BudgetRecord record{described.name, {}, {answer.why}, false, {}};
+        BudgetRecord record{described.name, {}, {answer.why}, false, {}, {}};
         if (request.uncertainty) {
             if (answer.solved())
                 record.budget =

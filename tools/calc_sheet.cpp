@@ -108,8 +108,9 @@ void medium(const Answer& answer, Collector& out) {
     out.add("kappa", "isentropic exponent", m.kappa, "{:#.6g}", "", m.kappa > 0.0);
     out.add("h_kJ_kg", "specific enthalpy", m.h_kJ_kg, "{:.3f}", "kJ/kg", heat);
     const std::string_view unit = gas ? heat_unit(gas->method, gas->heat_unit, gas->heat_basis) : "";
-    out.add("lower_heat", "lower heat of combustion", m.lower_heat, "{:.4f}", unit, gas);
-    out.add("higher_heat", "higher heat of combustion", m.higher_heat, "{:.4f}", unit, gas);
+    out.add("lower_heat", "lower heat of combustion", m.lower_heat, "{:.4f}", unit, gas && m.lower_heat > 0.0);
+    out.add("higher_heat", "higher heat of combustion", m.higher_heat, "{:.4f}", unit,
+            gas && m.higher_heat > 0.0);
 }
 
 void flows(const metering::FlowResult& flow, const Answer& answer, Collector& out) {
@@ -122,7 +123,7 @@ void flows(const metering::FlowResult& flow, const Answer& answer, Collector& ou
             gas && answer.medium.rho_c > 0.0);
     out.add("q_e_GJ_h",
             natural && natural->by_higher_heat ? "energy flow, higher heat" : "energy flow, lower heat",
-            flow.energy_GJh, "{:.4f}", "GJ/h", natural);
+            flow.energy_GJh, "{:.4f}", "GJ/h", natural && flow.energy_GJh > 0.0);
     out.add("q_h_GJ_h", "heat flow", flow.energy_GJh, "{:.4f}", "GJ/h", heat);
 }
 

@@ -8,9 +8,12 @@
 #include "gas/composition.h"
 #include "tools/commands.h"
 #include "tools/composition.h"
+#include "tools/composition_sum.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/host.h"
 #include "tools/names.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/states.h"
 
 namespace kalorfix::tool {
@@ -23,7 +26,8 @@ constexpr Limits percent{0.0, 100.0, "mol %"};
 struct Request : StateRequest {
     std::string method, composition, rho_c;
     std::string nitrogen = "0", carbon_dioxide = "0";  // mole per cent
-    std::string vapour = "0", heat = "kJ20";
+    std::string vapour = "0", heat = "kJ20", composition_sum;
+    bool normalise = false;
 };
 
 // Everything about the gas that does not change from state to state.
@@ -65,8 +69,29 @@ std::string_view why_refused(double K) {
     return "refused: the method finds no compressibility here";
 }
 
+constexpr double no_column = 0.0, Pa_per_MPa = 1e6;
+
+// AGA8-92DC takes viscosity and exponent with the contents that a method by density left: here its own.
+void leave_contents(const host::Library& library, cGas2005& spare, const Gas& gas, double t, double p) {
+    constexpr double any_density = 0.7, whole_pct = 100.0;
+    std::array<double, 15> x{};
+    for (const std::size_t i : {nitrogen, carbon_dioxide}) x[i] = gas.composition.x[i];
+    if (gas.composition.volume_fractions) {
+        std::apply([&](auto... one) { library->PF1_2(static_cast<float>(one)...); }, gas.composition.x);
+        for (const std::size_t i : {nitrogen, carbon_dioxide})
+            x[i] = whole_pct * static_cast<double>(library->gas.Xi[i]);
+    }
+    double sum = 0, K = 0, rho_c = 0;
+    std::apply(
+        [&](auto... one) {
+            library->Param_gs(&spare, t, p * Pa_per_MPa, no_column, no_column, KALORFIX_GERG91, 0, one...,
+                              any_density, sum, K, rho_c);
+        },
+        x);
+}
+
 State compute(const host::Library& library, cGas2005& c, const Gas& gas, double t, double p) {
-    constexpr double no_column = 0.0, Pa_per_MPa = 1e6;
+    if (gas.method == aga8) leave_contents(library, c, gas, t, p);
     State s{.t_C = t, .p_MPa = p};
     const auto param_gs = [&](auto... x) {
         return library->Param_gs(&c, t, p * Pa_per_MPa, no_column, no_column, gas.method,
@@ -167,10 +192,17 @@ Gas read_gas(const Request& request) {
     gas.heat_unit = static_cast<char>((heat - heat_units.begin()) % 2);
     gas.heat_basis = static_cast<char>((heat - heat_units.begin()) / 2);
     gas.vapour = number_of("--vapour", request.vapour, {0.0, 1000.0, "kg/m3"});
+    if (!request.composition_sum.empty() && request.composition_sum != "any" &&
+        request.composition_sum != "100")
+        throw InputError("--composition-sum ", request.composition_sum, ": there are 100 and any");
     if (!request.composition.empty()) {
         if (!request.rho_c.empty())
             throw InputError("--rho-c: the density follows from --composition; leave one out");
         gas.composition = read_composition(request.composition);
+        judge_sum(gas.composition.x, gas.composition.volume_fractions,
+                  {request.composition_sum == "any", request.normalise}, request.composition,
+                  "--composition-sum any or --normalise insists");
+        if (gas.composition.volume_fractions && gas.method == aga8) warn_of_heats(request.composition);
         return gas;
     }
     if (!gas.by_density())
@@ -182,6 +214,7 @@ Gas read_gas(const Request& request) {
     gas.rho_c = number_of("--rho-c", request.rho_c, {0.0, 1.0, "kg/m3"});
     gas.composition.x[nitrogen] = number_of("--n2", request.nitrogen, percent);
     gas.composition.x[carbon_dioxide] = number_of("--co2", request.carbon_dioxide, percent);
+    judge_contents(gas.composition.x[nitrogen], gas.composition.x[carbon_dioxide], "--n2, --co2");
     return gas;
 }
 
@@ -213,6 +246,10 @@ int run(const Installation& files, const Request& request) {
                     range_of("--p", request.p, p_limits, "the absolute pressure in MPa, such as --p 5.5")};
     require_size(grid);
     const host::Runtime runtime(files.gas_data);
+    if (!request.composition.empty()) gasdat::require_sound(files.gas_data);
+    keep_apart(
+        {{"--composition", request.composition}, {"--lib", files.library}, {"--gas-data", files.gas_data}},
+        {{"--svg", request.svg_file}});
     const host::Library library(files.library);
     library->Init();
     if (gas.by_density() && !request.composition.empty()) reduce_to_density(library, gas);
@@ -255,13 +292,16 @@ Command gas_command() {
         "Printed: K = Z/Zc, Z, density at standard and working conditions kg/m3, dynamic\n"
         "viscosity uPa s, isentropic exponent, heats of combustion. Of these aga8 takes\n"
         "viscosity, exponent and heats from the density at standard conditions, and the\n"
-        "first two as for a gas without nitrogen and carbon dioxide.\n\n"
+        "first two with the nitrogen and carbon dioxide of the composition.\n\n"
         "A composition file has the heading component,mole_percent or\n"
         "component,volume_fraction and lines such as methane,96.5; see examples/.",
         {{"--method", "METHOD", "nx19, gerg91 (by density), aga8, vnic (by composition)", &request->method},
          {"--t", "T", "temperature, -23.15..66.85 degC", &request->t},
          {"--p", "P", "absolute pressure, 0.001..30 MPa", &request->p},
          {"--composition", "FILE", "composition file, for every method", &request->composition},
+         {"--composition-sum", "SUM", "100 (default): outside 99..101 % refused, or any",
+          &request->composition_sum},
+         {"--normalise", "", "scale the composition to 100 %", &request->normalise},
          {"--rho-c", "RHO", "nx19, gerg91: density at 20 degC and 101.325 kPa, 0..1 kg/m3", &request->rho_c},
          {"--n2", "X", "nx19, gerg91: nitrogen, 0..100 mol % (default 0)", &request->nitrogen},
          {"--co2", "X", "nx19, gerg91: carbon dioxide, 0..100 mol % (default 0)", &request->carbon_dioxide},

@@ -77,7 +77,13 @@ std::string gas_data_of(const std::string& library) {
 
 void Library::Closer::operator()(void* handle) const { dlclose(handle); }
 
-Library::Library(const std::string& path) : handle_(dlopen(library_file(path).c_str(), RTLD_NOW | RTLD_LOCAL)) {
+Library::Library(const std::string& path) {
+    const std::string file = library_file(path);
+    std::error_code failed;
+    // The loader would wait for a pipe.
+    if (std::filesystem::is_fifo(file, failed))
+        throw std::runtime_error("cannot open the library: " + file + " is a pipe");
+    handle_.reset(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL));
     if (!handle_) throw std::runtime_error(std::string("cannot open the library: ") + dlerror());
     try {
         exports_ = bind_all(handle_.get());

@@ -26,7 +26,7 @@ std::string sha256(const std::string& content) {
 }
 
 void print_file(const char* label, const std::string& path) {
-    fmt::print("{:<13}{}\n", label, path);
+    fmt::print("{:<13}{}\n", label, printable(path));
     fmt::print("{:<13}{}\n", "  SHA-256", file_digest(path));
 }
 
@@ -56,7 +56,8 @@ Command id_command() {
     const auto run = [](const Installation& files) {
         const host::Library library(files.library);
         const std::string path = library.path();
-        for (const auto& [name, value] : build_items(path)) fmt::print("{:<13}{}\n", name, value);
+        for (const auto& [name, value] : build_items(path))
+            fmt::print("{:<13}{}\n", printable(name), printable(value));
         print_file("library", path);
         const CSRV_PATH& p = *library->SRV_Path;
         print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
@@ -66,7 +67,8 @@ Command id_command() {
                                    "DIC",      "SETTINGS", "PRG_DEBUG", "XML_SETTINGS"};
         const std::array paths{p.TORNPATH, p.PATHDB,   p.PRG,       p.SYSTEM,      p.LIB,
                                p.DIC,      p.SETTINGS, p.PRG_DEBUG, p.XML_SETTINGS};
-        for (std::size_t k = 0; k < names.size(); ++k) fmt::print("  {:<14}{}\n", names[k], paths[k]);
+        for (std::size_t k = 0; k < names.size(); ++k)
+            fmt::print("  {:<14}{}\n", names[k], printable(paths[k]));
         return 0;
     };
     return {"id", "Version, build, digests of library and gas data, paths.", "", {}, {}, run};

@@ -1,13 +1,19 @@
 // The command-line tool: it opens kalorfix.so as a host does.
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
-#include <iostream>
+#include <sstream>
+#include <system_error>
 
 #include "tools/commands.h"
 #include "tools/host.h"
+#include "tools/output_file.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -71,11 +77,14 @@ int complain(const std::string& what) {
     return bad_input;
 }
 
+// As if the signal had ended the program, but with its temporary files removed.
+constexpr int closed_pipe = 128 + SIGPIPE;
+
 // Output may fail as late as here, on a full disk for one.
 int finish(int status) {
-    std::cout.flush();
-    if (!std::cout || std::fflush(stdout) != 0 || std::ferror(stdout))
-        return complain("cannot write the output");
+    errno = 0;
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+        return errno == EPIPE ? closed_pipe : complain("cannot write the output");
     return status;
 }
 
@@ -109,7 +118,10 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& asked) {
-        return finish(app.exit(asked));
+        std::ostringstream text;
+        const int status = app.exit(asked, text, text);
+        fmt::print("{}", text.str());
+        return finish(status);
     } catch (const CLI::ParseError& error) {
         return complain(explain(app, all, error));
     }
@@ -129,8 +141,15 @@ int run(int argc, char** argv) {
 }  // namespace kalorfix::tool
 
 int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return kalorfix::tool::run(argc, argv);
+    } catch (const kalorfix::tool::ClosedPipe&) {
+        return kalorfix::tool::closed_pipe;
+    } catch (const std::system_error& error) {
+        // Printing to a pipe that nobody reads.
+        return error.code().value() == EPIPE ? kalorfix::tool::closed_pipe
+                                             : kalorfix::tool::complain(error.what());
     } catch (const std::exception& error) {
         return kalorfix::tool::complain(error.what());
     }

@@ -1,5 +1,6 @@
 #include "tools/output_file.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "tools/separate_files.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -19,6 +21,22 @@ mode_t usual_permissions() {
     const mode_t mask = umask(0);
     umask(mask);
     return 0666 & ~mask;
+}
+
+// On the disk, as far as what is behind the descriptor has one.
+bool synchronise(int descriptor) { return fsync(descriptor) == 0 || errno == EINVAL || errno == ENOTSUP; }
+
+// The new name of a file is on the disk when its directory is. A directory that may not be read is left to the system.
+bool synchronise_directory_of(const std::string& file) {
+    const std::string directory = std::filesystem::path(file).parent_path().string();
+    const int descriptor =
+        open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return true;
+    const bool done = synchronise(descriptor);
+    const int error = errno;
+    close(descriptor);
+    errno = error;
+    return done;
 }
 
 }  // namespace
@@ -33,7 +51,7 @@ OutputFile::OutputFile(const std::string& name)
     if (fs::exists(there) && !fs::is_regular_file(there)) {
         file_ = std::fopen(name.c_str(), "w");
     } else {
-        if (fs::exists(there)) target_ = fs::canonical(name, failed).string();
+        target_ = behind_links(name);
         temporary_ = target_ + ".XXXXXX";
         const int descriptor = mkstemp(temporary_.data());
         if (descriptor < 0) {
@@ -52,22 +70,34 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::fail() const {
+    if (errno == EPIPE) throw ClosedPipe();
     throw InputError((name_.empty() ? "standard output" : name_) +
                      ": cannot be written: " + std::strerror(errno));
 }
 
-void OutputFile::write(std::string_view text) {
-    if (std::fwrite(text.data(), 1, text.size(), file_) != text.size()) fail();
+void OutputFile::flush() {
+    const std::size_t written = std::fwrite(buffer_.data(), 1, buffer_.size(), file_);
+    const bool whole = written == buffer_.size();
+    buffer_.clear();
+    if (!whole) fail();
+}
+
+void OutputFile::complete() {
+    if (!file_) return;
+    flush();
+    if (std::fflush(file_) != 0) fail();
+    // A pipe or a device has no disk to reach.
+    struct stat about {};
+    if (fstat(fileno(file_), &about) == 0 && S_ISREG(about.st_mode) && !synchronise(fileno(file_))) fail();
+    if (file_ != stdout && std::fclose(std::exchange(file_, nullptr)) != 0) fail();
 }
 
 void OutputFile::finish() {
-    if (std::fflush(file_) != 0) fail();
-    if (file_ == stdout) return;
-    // A device has no disk to reach.
-    if (!temporary_.empty() && fsync(fileno(file_)) != 0) fail();
-    if (std::fclose(std::exchange(file_, nullptr)) != 0) fail();
-    if (!temporary_.empty() && std::rename(temporary_.c_str(), target_.c_str()) != 0) fail();
+    complete();
+    if (temporary_.empty()) return;
+    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) fail();
     temporary_.clear();
+    if (!synchronise_directory_of(target_)) fail();
 }
 
 void write_file(const std::string& name, std::string_view content) {

@@ -12,6 +12,26 @@ namespace {
 
 constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
+// Bytes of the character of UTF-8 that the text begins with; 0 for a control character and for what is no UTF-8. The bytes
+// 0x80..0x9F alone, and U+0080..U+009F, are the control characters C1.
+std::size_t printable_length(std::string_view text) {
+    constexpr unsigned del = 0x7F, first_behind_C1 = 0xA0;
+    const auto byte = [text](std::size_t k) {
+        return static_cast<unsigned>(static_cast<unsigned char>(text[k]));
+    };
+    const unsigned lead = byte(0);
+    if (lead < 0x80) return lead < ' ' || lead == del ? 0 : 1;
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || length > text.size()) return 0;
+    unsigned code = lead & (0xFFU >> (length + 1));
+    for (std::size_t k = 1; k < length; ++k) {
+        if ((byte(k) & 0xC0U) != 0x80U) return 0;
+        code = code << 6U | (byte(k) & 0x3FU);
+    }
+    constexpr unsigned least[] = {first_behind_C1, 0x800, 0x10000};  // else it is longer than it need be
+    return code < least[length - 2] ? 0 : length;
+}
+
 }  // namespace
 
 std::string plain(double value) {
@@ -20,9 +40,11 @@ std::string plain(double value) {
 }
 
 std::string printable(std::string text) {
-    constexpr unsigned char del = 0x7F;
-    std::ranges::replace_if(
-        text, [](unsigned char c) { return c < ' ' || c == del; }, '?');
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = printable_length(std::string_view(text).substr(i));
+        if (length == 0) text[i] = '?';
+        i += std::max<std::size_t>(length, 1);
+    }
     return text;
 }
 
@@ -56,10 +78,16 @@ std::string_view trimmed(std::string_view text, std::string_view blanks) {
 }
 
 std::string csv_cell(const std::string& text) {
-    if (text.find_first_of(",\"\n") == std::string::npos) return text;
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
     std::string out = "\"";
     for (const char c : text) out.append(c == '"' ? 2 : 1, c);
     return out + '"';
+}
+
+std::string csv_text(const std::string& text) {
+    const bool formula =
+        !text.empty() && std::string_view("=+-@\t\r").find(text.front()) != std::string_view::npos;
+    return csv_cell(formula ? "'" + text : text);
 }
 
 void split(std::string_view text, char separator, std::vector<std::string_view>& cells) {
@@ -104,18 +132,26 @@ std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size
     return text;
 }
 
+std::ifstream open_regular(const std::string& file) {
+    std::error_code failed;
+    std::ifstream in;
+    if (std::filesystem::is_regular_file(file, failed))
+        in.open(file, std::ios::binary);
+    else
+        in.setstate(std::ios::failbit);
+    return in;
+}
+
 std::optional<std::string> content_of(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
+    std::ifstream in = open_regular(file);
     if (!in) return std::nullopt;
     std::string content{std::istreambuf_iterator<char>(in), {}};
     return in.bad() ? std::nullopt : std::optional(std::move(content));
 }
 
 Lines::Lines(const std::string& file, const std::string& what)
-    : file_(file, std::ios::binary), in_(file_), name_(file), buffer_(longest + 1) {
-    std::error_code failed;
-    if (!std::filesystem::is_regular_file(file, failed) || !file_)
-        throw InputError(file + ": cannot read " + what);
+    : file_(open_regular(file)), in_(file_), name_(file), buffer_(longest + 1) {
+    if (!file_) throw InputError(file + ": cannot read " + what);
     start_ = in_.tellg();
 }
 
@@ -131,7 +167,8 @@ bool Lines::next(std::string_view& line) {
     consumed_ += taken;
     if (in_.fail()) fail("longer than " + std::to_string(longest) + " characters");
     // What ended it was taken as well, but for the end of the file.
-    line = {buffer_.data(), in_.eof() ? taken : taken - 1};
+    cut_ = in_.eof();
+    line = {buffer_.data(), cut_ ? taken : taken - 1};
     if (number_ == 1 && line.starts_with(byte_order_mark)) line.remove_prefix(byte_order_mark.size());
     if (line.ends_with('\r')) line.remove_suffix(1);
     begin_ = line.data();

@@ -33,7 +33,8 @@ template <class... Parts>
     return all;
 }
 
-/// With a question mark for each control character, so that a message is one line.
+/// With a question mark for each control character, C1 included, and for what is no UTF-8: a message is one line that commands no
+/// terminal.
 [[nodiscard]] std::string printable(std::string text);
 
 /// Thrown for input that the user can put right: one line that says what, where and what would be right.
@@ -75,6 +76,9 @@ struct Limits {
 /// A cell of CSV, in quotes if it needs them.
 [[nodiscard]] std::string csv_cell(const std::string& text);
 
+/// The same for a text that others wrote: an apostrophe keeps a spreadsheet from taking it for a formula.
+[[nodiscard]] std::string csv_text(const std::string& text);
+
 /// The cells between separators, trimmed.
 void split(std::string_view text, char separator, std::vector<std::string_view>& cells);
 [[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
@@ -97,7 +101,10 @@ template <class List, class Name = std::identity>
 /// Rows in columns two blanks apart, the first `left` of them to the left and the others to the right.
 [[nodiscard]] std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size_t left);
 
-/// All bytes of a file; nothing when it cannot be read.
+/// Opens a regular file; nothing else, so that no pipe is waited for.
+[[nodiscard]] std::ifstream open_regular(const std::string& file);
+
+/// All bytes of a regular file; nothing when it cannot be read.
 [[nodiscard]] std::optional<std::string> content_of(const std::string& file);
 
 /// The lines of a text file one after another, in constant memory.
@@ -121,6 +128,9 @@ public:
     [[nodiscard]] const std::string& name() const { return name_; }
     [[nodiscard]] std::uint64_t number() const { return number_; }  ///< of the line at hand, from 1
     [[nodiscard]] std::uint64_t bytes_read() const { return consumed_; }
+    [[nodiscard]] bool cut() const {
+        return cut_;
+    }  ///< the line at hand ends with the file, without an end of its own
 
     /// Throws InputError "file:line: what", or "file:line:column: what" for a part of the line.
     template <class... Parts>
@@ -140,6 +150,7 @@ private:
     std::vector<char> buffer_;
     const char* begin_ = nullptr;  ///< of the line at hand
     std::uint64_t number_ = 0, consumed_ = 0;
+    bool cut_ = false;
 };
 
 }  // namespace kalorfix::tool

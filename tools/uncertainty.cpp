@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <map>
 #include <memory>
 
 #include "tools/commands.h"
@@ -12,6 +11,8 @@
 #include "tools/output_file.h"
 #include "tools/point_options.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
+#include "tools/station/cycle.h"
 #include "tools/station/point.h"
 #include "tools/station/readings.h"
 #include "tools/text.h"
@@ -45,12 +46,20 @@ By by_of(const Request& request, TimeKind kind) {
     return by;
 }
 
-// The period that a time lies in, as it is printed.
-std::string period_of(By by, TimeKind kind, double time_s) {
+// The hour or day that a time lies in, by its beginning: a day of the calendar begins at the contract hour.
+struct Slot {
+    double begin_s, end_s;
+};
+Slot slot_of(By by, const station::Channel& channel, double time_s) {
+    const double length_s = by == By::hour ? hour_s : day_s;
+    const double shift_s = by == By::hour ? 0.0 : hour_s * channel.contract_hour;
+    const double begin_s = shift_s + length_s * std::floor((time_s - shift_s) / length_s);
+    return {begin_s, begin_s + length_s};
+}
+
+std::string label_of(By by, TimeKind kind, const Slot& slot) {
     constexpr std::size_t to_hour = 13, to_day = 10, to_month = 7;
-    if (by == By::all) return "all";
-    const double length = by == By::hour ? hour_s : day_s;
-    const std::string begin = station::print_time(kind, length * std::floor(time_s / length));
+    const std::string begin = station::print_time(kind, slot.begin_s);
     if (kind == TimeKind::seconds) return begin;
     return begin.substr(0, by == By::hour ? to_hour : by == By::day ? to_day : to_month);
 }
@@ -66,15 +75,31 @@ struct Account {
     double most_dp_Pa = 0;
     std::string first_refusal{};
 
-    void add(const Budget& budget, const metering::Reading& reading, std::string period, double hours) {
-        whole.add(budget, hours);
-        if (periods.empty() || periods.back().first != period)
-            periods.emplace_back(std::move(period), Period{});
-        periods.back().second.add(budget, hours);
-        if (!budget.accepted()) return;
-        mean.t_C += reading.t_C;
-        mean.p_Pa += reading.p_Pa;
-        most_dp_Pa = std::max(most_dp_Pa, reading.dp_Pa);
+    // As the totals count: a flow lasts from the reading before it, unless that is too long ago.
+    void add(const Budget& budget, const metering::Reading& reading, double time_s, By by, TimeKind kind) {
+        const double from_s = last_s.value_or(time_s);
+        last_s = time_s;
+        const station::Elapsed elapsed{time_s - from_s, channel->longest_step_s};
+        const bool counts = !elapsed.is_passed_over();
+        whole.add(budget, counts ? elapsed.seconds / hour_s : 0.0);
+        if (budget.accepted()) {
+            mean.t_C += reading.t_C;
+            mean.p_Pa += reading.p_Pa;
+            most_dp_Pa = std::max(most_dp_Pa, reading.dp_Pa);
+        }
+        if (by == By::all || by == By::reading || !counts) return;
+        for (double at_s = from_s; at_s < time_s;) {
+            const Slot slot = slot_of(by, *channel, at_s);
+            const double to_s = std::min(slot.end_s, time_s);
+            const std::string label = label_of(by, kind, slot);
+            if (periods.empty() || periods.back().first != label) periods.emplace_back(label, Period{});
+            periods.back().second.add(budget, (to_s - at_s) / hour_s);
+            at_s = to_s;
+        }
+    }
+    [[nodiscard]] bool is_empty() const { return whole.computed() + whole.refused() == 0; }
+    [[nodiscard]] bool is_complete() const {
+        return tool::is_complete(whole.budget()) && !(whole.uncovered(0) > 0.0);
     }
     [[nodiscard]] metering::Reading typical() const {
         const auto n = static_cast<double>(whole.computed());
@@ -83,7 +108,7 @@ struct Account {
 };
 
 BudgetRecord record_of(const Account& account, const std::string& when, const Period& period) {
-    BudgetRecord record{account.channel->name, when, period.budget(), true, {}};
+    BudgetRecord record{account.channel->name, when, period.budget(), true, {}, period.why_uncovered()};
     for (std::size_t k = 0; k < record.uncovered.size(); ++k) record.uncovered[k] = period.uncovered(k);
     return record;
 }
@@ -121,6 +146,10 @@ std::vector<std::vector<std::string>> lines_with_head(bool amount) {
 
 void print_account(const Account& account, By by, const std::vector<std::vector<std::string>>& readings) {
     const Period& whole = account.whole;
+    if (account.is_empty()) {
+        fmt::print("{}: no readings\n", account.channel->name);
+        return;
+    }
     fmt::print("{}: {} readings, {} of them without a flow{}\n", account.channel->name,
                whole.computed() + whole.refused(), whole.refused(),
                account.first_refusal.empty() ? "" : ", the first: " + account.first_refusal);
@@ -134,7 +163,7 @@ void print_account(const Account& account, By by, const std::vector<std::vector<
     if (rows.size() > 2)
         fmt::print("{} by {}\n{}", account.channel->name, by_words[static_cast<std::size_t>(by)],
                    aligned(rows, 1));
-    fmt::print("{}", budget_words(record.budget, true));
+    if (record.budget.accepted()) fmt::print("{}", budget_words(record.budget, true));
 }
 
 // The channels asked for; a meter has no differential pressure and is passed over.
@@ -170,6 +199,32 @@ void check_request(const Request& request) {
     if (request.csv && request.json) throw InputError("--csv, --json: give one of them");
 }
 
+Budget budget_at(const host::Library& library, const Account& account, const metering::Reading& reading) {
+    const double cut_off_Pa = static_cast<double>(account.channel->cut_off_Pa);
+    if (!std::isfinite(reading.t_C + reading.p_Pa + reading.dp_Pa))
+        return {.refused = "a measured value is missing"};
+    if (reading.dp_Pa < cut_off_Pa) return {.refused = "no flow: dp below the cut-off"};
+    return metering::budget_of(library, account.point, account.channel->instruments, reading);
+}
+
+// The drawing does not take the place of what it is made from.
+void keep_apart(const Installation& files, const Request& request, const station::Station& station) {
+    std::vector<NamedFile> inputs{{"--lib", files.library},
+                                  {"--gas-data", files.gas_data},
+                                  {"STATION", request.station},
+                                  {"READINGS", request.readings}};
+    for (const station::Channel& channel : station.channels)
+        inputs.push_back({"the composition of " + channel.name, channel.gas.composition_file});
+    tool::keep_apart(inputs, {{"--svg", request.svg}});
+}
+
+void draw(const host::Library& library, const Account& one, OutputFile& file) {
+    if (one.whole.computed() == 0)
+        throw InputError("--svg: nothing to draw: ", one.is_empty() ? "no readings" : one.first_refusal);
+    file.write(budget_drawing(library, one.channel->name, one.point, one.channel->instruments, one.typical()));
+    file.finish();
+}
+
 int run(const Installation& files, const Request& request) {
     static const volatile std::sig_atomic_t interrupted = 0;
     check_request(request);
@@ -177,6 +232,7 @@ int run(const Installation& files, const Request& request) {
     const host::Library library(files.library);
     const station::Station station = station::read_station(library, request.station);
     std::vector<Account> accounts = accounts_of(station, request);
+    keep_apart(files, request, station);
     for (const Account& one : accounts)
         if (one.channel) require_gas_data(files, one.point);
     const std::unique_ptr<std::istream> in = station::open_readings(request.readings, interrupted);
@@ -189,6 +245,8 @@ int run(const Installation& files, const Request& request) {
     readings.rewind();
     library->Init();
 
+    std::optional<OutputFile> drawing;
+    if (!request.svg.empty()) drawing.emplace(request.svg);
     const bool table = !request.csv && !request.json;
     if (request.csv) fmt::print("{}", budget_csv_head());
     std::vector<std::vector<std::vector<std::string>>> lines(accounts.size());
@@ -197,34 +255,29 @@ int run(const Installation& files, const Request& request) {
         if (!account.channel) continue;
         const metering::Reading reading{row[station::Quantity::t_C], row[station::Quantity::p_Pa],
                                         row[station::Quantity::dp_Pa]};
-        const Budget budget =
-            metering::budget_of(library, account.point, account.channel->instruments, reading);
+        const Budget budget = budget_at(library, account, reading);
         const std::string when = station::print_time(kind, row.time_s);
         if (!budget.accepted() && account.first_refusal.empty())
             account.first_refusal = when + ", " + budget.refused;
-        // As the totals count: a flow lasts from the reading before it. A period has it whose part its middle is.
-        const double begin_s = account.last_s.value_or(row.time_s);
-        account.add(budget, reading, period_of(by, kind, (begin_s + row.time_s) / 2.0),
-                    (row.time_s - begin_s) / hour_s);
-        account.last_s = row.time_s;
+        account.add(budget, reading, row.time_s, by, kind);
         if (by != By::reading) continue;
-        const BudgetRecord record{account.channel->name, when, budget, false, {}};
+        const BudgetRecord record{account.channel->name, when, budget, false, {}, {}};
         table ? lines[row.channel].push_back(line_of(record)) : print_machine(request, record);
     }
-    bool complete = true;
+    bool any = false, complete = true;
     for (std::size_t i = 0; i < accounts.size(); ++i) {
         const Account& one = accounts[i];
         if (!one.channel) continue;
-        complete = complete && is_complete(one.whole.budget()) && !(one.whole.uncovered(0) > 0.0);
+        any = any || !one.is_empty();
+        complete = complete && (one.is_empty() || one.is_complete());
+        if (drawing) draw(library, one, *drawing);
         if (table) print_account(one, by, lines[i]);
         if (!table && by != By::reading)
             for (const auto& [when, period] : one.periods) print_machine(request, record_of(one, when, period));
-        if (request.svg.empty()) continue;
-        if (one.whole.computed() == 0) throw InputError("--svg: nothing to draw: ", one.first_refusal);
-        write_file(request.svg, budget_drawing(library, one.channel->name, one.point, one.channel->instruments,
-                                               one.typical()));
+        if (!table && by == By::all && !one.is_empty())
+            print_machine(request, record_of(one, "all", one.whole));
     }
-    return complete ? 0 : 1;
+    return any && complete ? 0 : 1;
 }
 
 }  // namespace

@@ -80,7 +80,7 @@ std::string table(const Budget& budget, std::size_t k) {
         rows.push_back(
             {"  " + entry.name,
              entry.standing == Standing::document ? entry.source : std::string(word_of(entry.standing)),
-             entry.key == "composition"
+             entry.value == 0.0 && !entry.absolute
                  ? "-"
                  : fmt::format("{:.6g}{}{}", entry.value, entry.unit.empty() ? "" : " ", entry.unit),
              figure ? fmt::format("{:.4g} {}", entry.expanded, unit_of_uncertainty(entry)) : "-",
@@ -96,6 +96,7 @@ std::string outcome(const BudgetRecord& record, std::size_t k) {
     const std::optional<double> expanded = metering::expanded_pct(budget, k);
     if (!expanded) return "  not computed: an input lies outside the range of its figure\n";
     const bool bound = !metering::lacking(budget, k, Standing::not_stated).empty();
+    if (bound && *expanded == 0.0) return "  not computed: nothing is stated\n";
     std::string text = fmt::format("  combined{} {:.3f} %, expanded (k = 2, 95 %) {:.3f} %, {:.6g} {}\n",
                                    bound ? ", at least" : "", *expanded / metering::coverage, *expanded,
                                    *expanded / 100.0 * budget.flow[k], unit_of(record, k));
@@ -144,7 +145,11 @@ bool is_complete(const Budget& budget) {
 std::string budget_sheet(const BudgetRecord& record) {
     const Budget& budget = record.budget;
     if (!budget.accepted()) return "  refused: " + budget.refused + "\n";
-    std::string text = lacks(budget);
+    std::string text;
+    if (record.uncovered[0] > 0.0 && record.uncovered[0] < 1.0)
+        text = fmt::format("  NOT COMPUTED  {:.3g} % of the amount, {}\n", 100.0 * record.uncovered[0],
+                           record.why_uncovered);
+    text += lacks(budget);
     for (std::size_t k = 0; k < titles.size(); ++k)
         if (exists(budget, k))
             text += fmt::format("{}, {:.7g} {}\n", titles[k].name, budget.flow[k], unit_of(record, k)) +

@@ -14,6 +14,7 @@ struct BudgetRecord {
     metering::Budget budget{};
     bool amount = false;
     metering::Flows uncovered{};  ///< shares of the amount without a figure, 0..1
+    std::string why_uncovered{};
 };
 
 /// complete, lower bound (an entry is not stated), not computed (an entry is outside its range), refused.

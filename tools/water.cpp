@@ -6,6 +6,7 @@
 #include "tools/commands.h"
 #include "tools/host.h"
 #include "tools/names.h"
+#include "tools/separate_files.h"
 #include "tools/states.h"
 
 namespace kalorfix::tool {
@@ -131,6 +132,7 @@ void draw(const host::Library& library, const Request& request, const Grid& grid
 
 int run(const Installation& files, Request& request) {
     const Grid grid = check(request);
+    keep_apart({{"--lib", files.library}, {"--gas-data", files.gas_data}}, {{"--svg", request.svg_file}});
     const host::Library library(files.library);
     draw(library, request, grid);
     const bool single = !request.csv && grid.size() == 1;

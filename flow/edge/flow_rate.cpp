@@ -2,8 +2,6 @@
 #include "flow/flow_rate.h"
 
 #include "flow/amounts.h"
-#include "flow/averaging.h"
-#include "flow/expansibility.h"
 #include "flow/fixed_point.h"
 #include "kalorfix_calculators.h"
 #include "runtime/judged.h"

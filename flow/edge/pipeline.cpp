@@ -2,7 +2,6 @@
 #include <numbers>
 
 #include "flow/geometry.h"
-#include "flow/material.h"
 #include "kalorfix_calculators.h"
 #include "runtime/judged.h"
 #include "runtime/units.h"

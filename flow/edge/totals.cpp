@@ -1,6 +1,7 @@
-// Totalising: the members that integrate a channel's flows over real time.
+// Totalising: the birth of the calculators, from which their integrators count, and the members that integrate a channel's flows over real time.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
@@ -8,8 +9,8 @@
 #include "flow/device.h"
 #include "flow/integration.h"
 #include "kalorfix_calculators.h"
+#include "runtime/clock.h"
 #include "runtime/judged.h"
-#include "runtime/tick_source.h"
 
 namespace flow = kalorfix::flow;
 using kalorfix::all_finite;
@@ -91,33 +92,46 @@ char integrate(Calculator& c, unsigned short integrator, double q_ext, float tot
     return judged(c, counted);
 }
 
-struct IntervalInputs {
-    unsigned short integrator, set;
-    float time_host, start_host;
-    double last_result;
-};
-
 template <class Calculator>
-char carry_interval_on(Calculator& c, const IntervalInputs& in, double& time_out, double& start_out,
+char carry_interval_on(Calculator& c, unsigned short integrator, unsigned short set, float time_host,
+                       float start_host, double last_result, double& time_out, double& start_out,
                        double& result) {
-    if (c.valid == 0 || in.set >= flow::interval_length_s.size()) return 0;
-    const std::size_t k = index_of(c, in.integrator);
-    flow::Interval interval{c.interval_time[in.set][k], c.interval_start[in.set][k], in.last_result};
-    take_host_value(interval.start_total, in.start_host);
-    take_host_value(interval.time_s, in.time_host);
+    if (c.valid == 0 || set >= flow::interval_length_s.size()) return 0;
+    const std::size_t k = index_of(c, integrator);
+    flow::Interval interval{c.interval_time[set][k], c.interval_start[set][k], last_result};
+    take_host_value(interval.start_total, start_host);
+    take_host_value(interval.time_s, time_host);
     const flow::Interval next = flow::carry_on(interval, {c.dt[k], c.downtime_min[k], c.total[k], tick_s()},
-                                               flow::interval_length_s[in.set]);
+                                               flow::interval_length_s[set]);
     // A register of the host's that is no number stops its own interval alone.
-    if (!all_finite(in.time_host, in.start_host, static_cast<float>(next.time_s),
+    if (!all_finite(time_host, start_host, static_cast<float>(next.time_s),
                     static_cast<float>(next.start_total), static_cast<float>(next.result)))
         return 0;
-    c.interval_time[in.set][k] = time_out = next.time_s;
-    c.interval_start[in.set][k] = start_out = next.start_total;
+    c.interval_time[set][k] = time_out = next.time_s;
+    c.interval_start[set][k] = start_out = next.start_total;
     result = next.result;
     return static_cast<char>(c.valid);
 }
 
+// The first interval of every integrator runs from the making of the object.
+template <class Calculator>
+void start_integrators(Calculator& calculator) {
+    std::ranges::fill(calculator.first_call, static_cast<unsigned char>(1));
+    std::ranges::fill(calculator.last_tick, kalorfix::tick_count());
+}
+
 }  // namespace
+
+cCommon2005::cCommon2005() = default;
+cCommon2005::~cCommon2005() = default;
+
+cGas2005::cGas2005() { start_integrators(*this); }
+cGas2005::~cGas2005() = default;
+bool cGas2005::IsGas() { return true; }
+
+cTeplo2005::cTeplo2005() { start_integrators(*this); }
+cTeplo2005::~cTeplo2005() = default;
+bool cTeplo2005::IsGas() { return false; }
 
 char cCommon2005::in_Param(double q, double total_prev, double dt_s, short exp10, double q_subst,
                            char apply_downtime, double& downtime_min_out, double& total_out,
@@ -149,7 +163,7 @@ char cGas2005::int_Param(unsigned short integrator, double q_ext, float total_ho
 char cGas2005::int2_Param(unsigned short integrator, unsigned short set, float interval_time_host,
                           float interval_start_host, double last_result, double& interval_time_out,
                           double& interval_start_out, double& result) {
-    return carry_interval_on(*this, {integrator, set, interval_time_host, interval_start_host, last_result},
+    return carry_interval_on(*this, integrator, set, interval_time_host, interval_start_host, last_result,
                              interval_time_out, interval_start_out, result);
 }
 
@@ -162,6 +176,6 @@ char cTeplo2005::int_Param(unsigned short integrator, double q_ext, float total_
 char cTeplo2005::int2_Param(unsigned short integrator, unsigned short set, float interval_time_host,
                             float interval_start_host, double last_result, double& interval_time_out,
                             double& interval_start_out, double& result) {
-    return carry_interval_on(*this, {integrator, set, interval_time_host, interval_start_host, last_result},
+    return carry_interval_on(*this, integrator, set, interval_time_host, interval_start_host, last_result,
                              interval_time_out, interval_start_out, result);
 }

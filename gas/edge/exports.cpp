@@ -1,4 +1,5 @@
 // The exported routines of composition and compressibility.
+#include "gas/edge/loaded_constants.h"
 #include "gas/edge/methods.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
@@ -71,7 +72,7 @@ float PF4_1() {
     const FloatEnvironment guard;
     Plotnomer = 0;
     if (VNIC_FLAG == 0) {
-        if (!edge::vnic_tables_loaded()) return Ro = 0.0F;
+        if (!edge::vnic_constants()) return Ro = 0.0F;
         static_cast<void>(edge::vnic(edge::working_composition(), {T, DeltaP, P}));
     }
     return Ro = Rom * SM;

@@ -76,10 +76,8 @@ bool fill_tables(std::FILE* file) {
 
 }  // namespace
 
-bool gas::some_table_not_whole() { return some_not_whole; }
-
-bool gas::table_not_whole(const float* table) {
-    return std::find(not_whole.begin(), not_whole.end(), table) != not_whole.end();
+bool gas::table_loaded(const float* table) {
+    return table && !(some_not_whole && std::ranges::find(not_whole, table) != not_whole.end());
 }
 
 int Step_Init(int block) {

@@ -20,8 +20,7 @@ inline constexpr std::size_t file_bytes = 4 * file_values;
 /// The blocks in the order of the file.
 extern const std::array<Block, block_count> blocks;
 
-/// Whether a table was allocated but not filled to its end by the file; it then counts as absent.
-[[nodiscard]] bool table_not_whole(const float* table);
-[[nodiscard]] bool some_table_not_whole();
+/// Whether a table is there. One that was allocated but not filled to its end by the file counts as absent.
+[[nodiscard]] bool table_loaded(const float* table);
 
 }  // namespace kalorfix::gas::edge

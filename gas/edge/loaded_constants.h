@@ -7,11 +7,12 @@
 
 namespace kalorfix::gas::edge {
 
-/// The constants of the tables in place, all of which must be there.
-[[nodiscard]] const aga8::Constants& aga8_constants();
-/// The mixture of a composition by these constants; that of the composition before is kept.
+/// The constants of the tables in place; null while one is missing.
+[[nodiscard]] const aga8::Constants* aga8_constants();
+[[nodiscard]] const vnic::Constants* vnic_constants();
+
+/// The mixture of a composition by the constants that were asked for last; that of the composition before is kept.
 [[nodiscard]] const aga8::Mixture& aga8_mixture(const Composition& gas);
-[[nodiscard]] const vnic::Constants& vnic_constants();
 
 /// Makes them anew. To be called whenever tables were loaded, replaced or released.
 void tables_changed();

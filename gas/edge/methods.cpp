@@ -4,11 +4,9 @@
 #include <cmath>
 #include <cstring>
 
-#include "gas/aga8_isotherm.h"
+#include "gas/by_density.h"
+#include "gas/edge/gas_data.h"
 #include "gas/edge/loaded_constants.h"
-#include "gas/edge/module_state.h"
-#include "gas/gerg91.h"
-#include "gas/nx19.h"
 #include "kalorfix_gas.h"
 
 namespace kalorfix::gas::edge {
@@ -71,22 +69,21 @@ Found by_density_of_composition(DensityMethod method, const Query& q) {
 Found aga8(const Composition& gas, const Query& q) {
     VNIC_FLAG = 0;
     store(q);
-    if (!accepted(q) || !aga8_tables_loaded()) return failed;
+    const aga8::Constants* const constants = accepted(q) ? aga8_constants() : nullptr;
+    if (!constants) return failed;
     K = 0.0F;
     if (gas.count == 0) return failed;
-    const aga8::Constants& constants = aga8_constants();
     const aga8::Mixture& mixture = aga8_mixture(gas);
-    const aga8::Coefficients coefficients = aga8::term_coefficients(q.T_K, mixture, constants);
-    for (std::size_t n = 0; n < gas.count; ++n) {
-        const std::size_t i = gas.present[n];
-        std::memcpy(EIJM[i], constants.pair_energy[i].data(), sizeof EIJM[i]);
-        std::memcpy(GIJM[i], constants.pair_orientation[i].data(), sizeof GIJM[i]);
+    const aga8::Coefficients coefficients = aga8::term_coefficients(q.T_K, mixture, *constants);
+    for (const std::size_t i : gas.components()) {
+        std::memcpy(EIJM[i], constants->pair_energy[i].data(), sizeof EIJM[i]);
+        std::memcpy(GIJM[i], constants->pair_orientation[i].data(), sizeof GIJM[i]);
     }
     std::copy(mixture.virial_factors.begin(), mixture.virial_factors.end(), B);
     std::copy(coefficients.begin() + aga8::first_density_term, coefficients.end(),
               C + aga8::first_density_term);
 
-    const aga8::Isotherm isotherm = aga8::isotherm(q.T_K, mixture, coefficients, constants);
+    const aga8::Isotherm isotherm = aga8::isotherm(q.T_K, mixture, coefficients, *constants);
     const double target = 1000.0 * q.p_MPa / RT_of(q) * mixture.size_cubed;
     const GasRoot root = gas_root(isotherm, target, q, aga8::Isotherm::start_pressure_MPa);
     const auto found = static_cast<float>(target / root.x / standard_compressibility(gas));
@@ -99,11 +96,12 @@ Found vnic(const Composition& gas, const Query& q) {
     FP = 0.0F;
     Z = 0.0F;
     store(q);
-    if (!accepted(q) || !vnic_tables_loaded()) return failed;
+    const vnic::Constants* const constants = accepted(q) ? vnic_constants() : nullptr;
+    if (!constants) return failed;
     const vnic::Fractions folded = vnic::fold(gas.x);
     std::copy(folded.begin(), folded.end(), Tmp_Xi);
 
-    const vnic::PseudoCritical critical = vnic::pseudo_critical(folded, vnic_constants(), molar_gas_constant);
+    const vnic::PseudoCritical critical = vnic::pseudo_critical(folded, *constants, molar_gas_constant);
     FP = critical.acentric;
     Tnk = critical.temperature;
     Pnk = critical.pressure;
@@ -124,11 +122,11 @@ Found vnic(const Composition& gas, const Query& q) {
 }
 
 float standard_density(const Composition& gas) {
-    return Roc = standard_density_tables_loaded() ? gas::standard_density(gas, Bi, Rocui) : 0.0F;
+    return Roc = table_loaded(Bi) && table_loaded(Rocui) ? gas::standard_density(gas, Bi, Rocui) : 0.0F;
 }
 
 Composition from_volume_fractions(const Fractions& volume) {
-    return mole_fraction_tables_loaded() ? gas::from_volume_fractions(volume, Zci) : Composition{};
+    return table_loaded(Zci) ? gas::from_volume_fractions(volume, Zci) : Composition{};
 }
 
 }  // namespace kalorfix::gas::edge

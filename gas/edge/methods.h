@@ -1,9 +1,8 @@
 // The four methods as they are handed out: run on a gas, with the module state left filled.
 #pragma once
 
+#include "gas/by_density.h"
 #include "gas/composition.h"
-#include "gas/cube_root.h"
-#include "gas/density_gas.h"
 
 namespace kalorfix::gas::edge {
 

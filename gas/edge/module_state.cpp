@@ -1,4 +1,4 @@
-// The module state of the gas methods: its one definition, and what the edge asks of it.
+// The module state of the gas methods: its one definition.
 #include "gas/edge/module_state.h"
 
 #include <algorithm>
@@ -53,15 +53,6 @@ constexpr std::size_t total_values() {
 }
 static_assert(total_values() == file_values);
 
-namespace {
-
-template <class... Pointers>
-bool all_loaded(Pointers... tables) {
-    return (... && (tables != nullptr)) && !(some_table_not_whole() && (... || table_not_whole(tables)));
-}
-
-}  // namespace
-
 void store(const Composition& gas) {
     std::copy(gas.x.begin(), gas.x.end(), Xi);
     for (std::size_t n = 0; n < gas.count; ++n) Index[n] = static_cast<short>(gas.present[n]);
@@ -77,19 +68,5 @@ Composition working_composition() {
             gas.present[gas.count++] = static_cast<std::size_t>(Index[n]);
     return gas;
 }
-
-bool aga8_tables_loaded() {
-    return all_loaded(Ei, Ki, Gi, Qi, Fi, Eij_, Uij, Kij, Gij_, an, bn, cn, kn, un, gn, qn, fn);
-}
-
-bool vnic_tables_loaded() { return all_loaded(V_Mi, Roki, Tki, FPi, Lij, Xij, Akl, Bkl); }
-
-bool mole_fraction_tables_loaded() { return all_loaded(Zci); }
-
-bool standard_density_tables_loaded() { return all_loaded(Bi, Rocui); }
-
-bool molar_mass_table_loaded() { return all_loaded(Mi); }
-
-bool heat_capacity_tables_loaded() { return all_loaded(L1ij, B1ij); }
 
 }  // namespace kalorfix::gas::edge

@@ -1,9 +1,10 @@
 // Gas channel: the properties at working conditions.
 #include "gas/composition.h"
-#include "gas/edge/module_state.h"
+#include "gas/edge/gas_data.h"
+#include "gas/edge/loaded_constants.h"
 #include "kalorfix_calculators.h"
+#include "kalorfix_gas.h"
 #include "props/edge/gas_properties.h"
-#include "props/gas_by_density.h"
 #include "props/heat_of_combustion.h"
 #include "props/humid_gas.h"
 #include "runtime/judged.h"
@@ -17,7 +18,8 @@ using kalorfix::judged;
 namespace {
 
 bool property_tables_loaded() {
-    return edge::vnic_tables_loaded() && edge::molar_mass_table_loaded() && edge::heat_capacity_tables_loaded();
+    return edge::vnic_constants() && edge::table_loaded(Mi) && edge::table_loaded(L1ij) &&
+           edge::table_loaded(B1ij);
 }
 
 // Viscosity, exponent and heats of combustion: from the composition after VNIC SMV, else from density, nitrogen and carbon dioxide.

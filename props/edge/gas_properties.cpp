@@ -1,11 +1,12 @@
 // The exported property routines of gas.
 #include "props/edge/gas_properties.h"
 
+#include "gas/edge/gas_data.h"
+#include "gas/edge/loaded_constants.h"
 #include "gas/edge/methods.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
-#include "props/gas_by_composition.h"
-#include "props/gas_by_density.h"
+#include "props/gas_properties.h"
 #include "runtime/float_environment.h"
 
 namespace gas = kalorfix::gas;
@@ -22,7 +23,7 @@ float isentropic_exponent_by_density() {
 
 float viscosity_by_composition() {
     const bool prepared = VNIC_FLAG != 0;
-    if (!molar_mass_table_loaded() || !(prepared || vnic_tables_loaded())) return Mu = 0.0F;
+    if (!table_loaded(Mi) || !(prepared || vnic_constants())) return Mu = 0.0F;
     const Composition composition = working_composition();
     if (!prepared) static_cast<void>(vnic(composition, {T, DeltaP, P}));
     SM = molar_mass(composition, Mi);
@@ -30,7 +31,7 @@ float viscosity_by_composition() {
 }
 
 float isentropic_exponent_by_composition() {
-    if (!heat_capacity_tables_loaded()) return kk = 0.0F;
+    if (!table_loaded(L1ij) || !table_loaded(B1ij)) return kk = 0.0F;
     const float ideal_cp = ideal_heat_capacity(std::to_array(Tmp_Xi), T, L1ij, B1ij);
     return kk = isentropic_exponent(Ckl, Tn, Ron, Z, ideal_cp);
 }

@@ -1,7 +1,7 @@
-#include "props/water/nonanalytic.h"
-
+// Terms 55 and 56 of the residual part of IAPWS-95.
 #include <cmath>
 
+#include "props/water/residual.h"
 #include "runtime/exponential.h"
 
 namespace kalorfix::water {

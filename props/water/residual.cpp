@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "props/water/nonanalytic.h"
 #include "runtime/exponential.h"
-#include "runtime/pair.h"
 #include "runtime/unrolled.h"
 
 namespace kalorfix::water {
@@ -77,62 +75,34 @@ static_assert(layout_holds(), "the printed table must be sorted by c, with known
 
 // --- Powers of tau -----------------------------------------------------------------------------------
 
-// Each integer power as a product of two lower ones.
-struct PowerStep {
-    int power, a, b;
-};
-constexpr std::array<PowerStep, 18> tau_chain{{
-    {2, 1, 1},
-    {3, 2, 1},
-    {4, 2, 2},
-    {5, 3, 2},
-    {6, 3, 3},
-    {7, 4, 3},
-    {8, 4, 4},
-    {9, 5, 4},
-    {10, 5, 5},
-    {11, 6, 5},
-    {12, 6, 6},
-    {13, 7, 6},
-    {16, 8, 8},
-    {22, 11, 11},
-    {23, 12, 11},
-    {44, 22, 22},
-    {46, 23, 23},
-    {50, 44, 6},
-}};
+// The integer powers that the table asks for, with those that they are made of: each is the product of the two nearest to its
+// half, but 50 of 44 and 6.
+constexpr std::array<std::size_t, 18> tau_chain{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 22, 23, 44, 46, 50};
+constexpr std::size_t larger_factor(std::size_t power) { return power == 50 ? 44 : (power + 1) / 2; }
 constexpr int max_tau_power = 50;
 constexpr std::size_t polynomial_terms = 7;  // terms 1..7 have exponents in eighths, the others integers
 
 constexpr bool chain_covers_table() {
     for (std::size_t k = polynomial_terms; k < power_terms.size(); ++k) {
         bool found = power_terms[k].t == 1.0;
-        for (const PowerStep& step : tau_chain) found = found || power_terms[k].t == step.power;
+        for (const std::size_t power : tau_chain)
+            found = found || power_terms[k].t == static_cast<double>(power);
         if (!found) return false;
     }
     return true;
 }
 static_assert(chain_covers_table(), "every integer exponent of tau needs a step in the chain");
 
-// tau^(eighths/8) for the exponents of terms 1..7: -0.5, 0.375, 0.5, 0.75, 0.875, 1.
-class EighthPowers {
-public:
-    explicit EighthPowers(double tau)
-        : tau_(tau), half_(std::sqrt(tau)), quarter_(std::sqrt(half_)), eighth_(std::sqrt(quarter_)) {}
-
-    [[nodiscard]] double operator()(double exponent) const {
-        const int eighths = static_cast<int>(exponent * 8.0);
-        const int rest = (eighths + 8) % 8;
-        double power = eighths < 0 ? 1.0 / tau_ : (eighths == 8 ? tau_ : 1.0);
-        if (rest & 4) power *= half_;
-        if (rest & 2) power *= quarter_;
-        if (rest & 1) power *= eighth_;
-        return power;
-    }
-
-private:
-    double tau_, half_, quarter_, eighth_;
-};
+// tau^(eighths/8) for the exponents of terms 1..7: -0.5, 0.375, 0.5, 0.75, 0.875, 1. The roots are those of 2nd, 4th and 8th degree.
+double eighth_power(double tau, const std::array<double, 3>& roots, double exponent) {
+    const int eighths = static_cast<int>(exponent * 8.0);
+    const int rest = (eighths + 8) % 8;
+    double power = eighths < 0 ? 1.0 / tau : (eighths == 8 ? tau : 1.0);
+    if (rest & 4) power *= roots[0];
+    if (rest & 2) power *= roots[1];
+    if (rest & 1) power *= roots[2];
+    return power;
+}
 
 constexpr double square(double x) { return x * x; }
 
@@ -178,8 +148,8 @@ std::array<double, group_exponents.size()> exponential_factors(const DeltaPowers
     return x;
 }
 
-// exp(-delta^c) of a group: applied to delta^d exp(-delta^c), delta times the derivative by delta is d - u with u = c delta^c,
-// and u itself goes to c u. b1 to b4 are what that makes of the exponential alone.
+// exp(-delta^c) of a group, 1 for c = 0: applied to delta^d exp(-delta^c), delta times the derivative by delta is d - u with
+// u = c delta^c, and u itself goes to c u. b1 to b4 are what that makes of the exponential alone.
 template <int c>
 struct Decay {
     double factor, b1, b2, b3, b4;
@@ -191,51 +161,16 @@ struct Decay {
         b3 = -u * (u * (u - 3 * c) + c * c);
         b4 = u * (u * (u * (u - 6 * c) + 7 * c * c) - c * c * c);
     }
-    template <class M>
-    [[nodiscard]] auto value(const M& m) const {
-        return factor * m[0];
-    }
-    template <class M>
-    [[nodiscard]] auto first(const M& m) const {
-        return factor * (m[1] + b1 * m[0]);
-    }
-    template <class M>
-    [[nodiscard]] auto second(const M& m) const {
-        return factor * (m[2] + 2.0 * b1 * m[1] + b2 * m[0]);
-    }
-    template <class M>
-    [[nodiscard]] auto third(const M& m) const {
-        return factor * (m[3] + 3.0 * (b1 * m[2] + b2 * m[1]) + b3 * m[0]);
-    }
-    template <class M>
-    [[nodiscard]] auto fourth(const M& m) const {
-        return factor * (m[4] + 4.0 * (b1 * m[3] + b3 * m[1]) + 6.0 * b2 * m[2] + b4 * m[0]);
-    }
-};
-
-// Terms 1 to 7 have no exponential.
-template <>
-struct Decay<0> {
-    Decay(const DeltaPowers&, double) {}
-    template <class M>
-    [[nodiscard]] static auto value(const M& m) {
-        return m[0];
-    }
-    template <class M>
-    [[nodiscard]] static auto first(const M& m) {
-        return m[1];
-    }
-    template <class M>
-    [[nodiscard]] static auto second(const M& m) {
-        return m[2];
-    }
-    template <class M>
-    [[nodiscard]] static auto third(const M& m) {
-        return m[3];
-    }
-    template <class M>
-    [[nodiscard]] static auto fourth(const M& m) {
-        return m[4];
+    // That derivation n times, on the group's polynomial by its moments.
+    template <int n, class M>
+    [[nodiscard]] auto derived(const M& m) const {
+        if constexpr (c == 0) return m[n];
+        if constexpr (n == 0) return factor * m[0];
+        if constexpr (n == 1) return factor * (m[1] + b1 * m[0]);
+        if constexpr (n == 2) return factor * (m[2] + 2.0 * b1 * m[1] + b2 * m[0]);
+        if constexpr (n == 3) return factor * (m[3] + 3.0 * (b1 * m[2] + b2 * m[1]) + b3 * m[0]);
+        if constexpr (n == 4)
+            return factor * (m[4] + 4.0 * (b1 * m[3] + b3 * m[1]) + 6.0 * b2 * m[2] + b4 * m[0]);
     }
 };
 
@@ -244,16 +179,18 @@ struct Decay<0> {
 ResidualAt::ResidualAt(double tau) : tau_(tau) {
     std::array<double, max_tau_power + 1> power{};
     power[1] = tau;
-    for (const PowerStep& step : tau_chain)
-        power[static_cast<std::size_t>(step.power)] =
-            power[static_cast<std::size_t>(step.a)] * power[static_cast<std::size_t>(step.b)];
+    unrolled<tau_chain.size()>([&]<std::size_t k>() {
+        constexpr std::size_t whole = tau_chain[k], larger = larger_factor(whole);
+        power[whole] = power[larger] * power[whole - larger];
+    });
 
-    const EighthPowers eighths(tau);
+    const double half = std::sqrt(tau), quarter = std::sqrt(half);
+    const std::array roots{half, quarter, std::sqrt(quarter)};
     merged_.fill(0.0);
     unrolled<power_terms.size()>([&]<std::size_t k>() {
         constexpr PowerTerm term = power_terms[k];
         if constexpr (k < polynomial_terms)
-            term_[k] = term.n * eighths(term.t);
+            term_[k] = term.n * eighth_power(tau, roots, term.t);
         else
             term_[k] = term.n * power[static_cast<std::size_t>(term.t)];
         merged_[layout.merged_of[k]] += term_[k];
@@ -291,10 +228,10 @@ DensityDerivatives ResidualAt::density_derivatives(double delta) const {
     unrolled<group_exponents.size()>([&]<std::size_t group>() {
         const auto m = moments<4, group>(merged_, powers);
         const Decay<group_exponents[group]> e(powers, factor[group]);
-        first += e.first(m);
-        second += e.second(m);
-        third += e.third(m);
-        fourth += e.fourth(m);
+        first += e.template derived<1>(m);
+        second += e.template derived<2>(m);
+        third += e.template derived<3>(m);
+        fourth += e.template derived<4>(m);
     });
 
     if (gaussian_sum_ != 0.0) {
@@ -335,12 +272,12 @@ Helmholtz ResidualAt::all(double delta) const {
         const auto m = moments<2, group>(merged_, powers);
         const auto mt = moments<1, group>(merged_t, powers);
         const Decay<group_exponents[group]> e(powers, factor[group]);
-        sum.phi += e.value(m);
-        sum.d += e.first(m);
-        sum.dd += e.second(m) - e.first(m);
-        sum.t += e.value(mt)[0];
-        sum.tt += e.value(mt)[1];
-        sum.dt += e.first(mt)[0];
+        sum.phi += e.template derived<0>(m);
+        sum.d += e.template derived<1>(m);
+        sum.dd += e.template derived<2>(m) - e.template derived<1>(m);
+        sum.t += e.template derived<0>(mt)[0];
+        sum.tt += e.template derived<0>(mt)[1];
+        sum.dt += e.template derived<1>(mt)[0];
     });
 
     if (gaussian_sum_ != 0.0) {

@@ -1,9 +1,9 @@
-#include "props/water/viscosity.h"
-
+// Dynamic viscosity of water and steam: IAPS Formulation 1985 in its revised form (2003).
 #include <cmath>
 #include <cstddef>
 
 #include "props/water/viscosity_tables.h"
+#include "props/water/water.h"
 #include "runtime/exponential.h"
 
 namespace kalorfix::water {

@@ -42,4 +42,18 @@ enum class Phase : short { undecided = 0, water = 1, steam = 2, saturated = 3 };
 /// when the state is out of range and the phase undecided.
 [[nodiscard]] Phase phase(double p_MPa, double T_K, double tolerance_MPa, double& saturation_MPa);
 
+/// Ideal-gas part of IAPWS-95, which follows from the temperature alone.
+struct IdealGas {
+    double cv_kJ_kgK;  ///< isochoric heat capacity, -R tau^2 phi0_tt
+    double h_kJ_kg;    ///< enthalpy, R T (1 + tau phi0_t)
+};
+
+/// The ideal-gas part at T_K > 0 (IAPWS R6-95(2018), eq. 5 and table 4).
+[[nodiscard]] IdealGas ideal_gas(double T_K);
+
+/// Dynamic viscosity by the IAPS Formulation 1985 in its revised form (2003), in uPa s at T_K and rho_kgm3. `reduced_compressibility` is chi = (p_c / rho_c^2)
+/// rho (drho/dp) in the reducing values of IAPWS-95; at and above 21.93 (after conversion to the reducing
+/// values of the viscosity release) the critical enhancement 0.922 chi^0.0263 applies.
+[[nodiscard]] double viscosity_uPas(double T_K, double rho_kgm3, double reduced_compressibility);
+
 }  // namespace kalorfix::water

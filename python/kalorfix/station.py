@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import os
+import re
 from collections.abc import Iterator, Mapping
 from pathlib import Path
 from typing import TYPE_CHECKING, Any
@@ -16,6 +17,8 @@ if TYPE_CHECKING:
     import pandas
 
 _WORDS = ("device", "edge_radius", "method", "composition", "energy_by", "heat_unit", "heat_basis_C", "phase")
+# What `kalorfix uncertainty` reads.
+_INSTRUMENTS = re.compile(r"(dp|p|t)_(range|class|error)_\w+|\w+_uncertainty(_mol)?_pct")
 
 
 class Station(Mapping[str, Channel]):
@@ -62,6 +65,8 @@ class Station(Mapping[str, Channel]):
         given: dict[str, Any] = {}
         contents: dict[str, float] = {}
         for key, value in keys.items():
+            if _INSTRUMENTS.fullmatch(key):
+                continue
             if key in _WORDS:
                 given[key] = value
             else:

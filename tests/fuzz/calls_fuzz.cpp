@@ -19,7 +19,7 @@
 #include <vector>
 
 #include "arguments.h"
-#include "frame/registry.h"
+#include "frame/channels.h"
 #include "kalorfix.h"
 #include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"

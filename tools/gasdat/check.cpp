@@ -151,4 +151,12 @@ std::vector<std::string> faults(const GasFile& file) {
     return judge.found;
 }
 
+void require_sound(const std::string& path) {
+    const std::vector<std::string> found = faults(read_gas_file(path));
+    if (found.empty()) return;
+    const std::string others =
+        found.size() == 1 ? "" : cat("; and ", found.size() - 1, " more, see kalorfix gasdat check");
+    throw InputError(path, ": these gas data are not used: ", found.front(), others);
+}
+
 }  // namespace kalorfix::tool::gasdat

@@ -1,11 +1,13 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 
 #include "tools/commands.h"
 #include "tools/gasdat/gas_file.h"
 #include "tools/output_file.h"
+#include "tools/separate_files.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -18,9 +20,13 @@ struct Request {
 };
 
 int build(const Request& request) {
+    std::vector<NamedFile> inputs{{"SOURCE", request.source}};
+    for (const gasdat::Sheet& sheet : gasdat::sheets())
+        inputs.push_back({"the table", fmt::format("{}/{}.csv", request.source, sheet.name)});
+    keep_apart(inputs, {{"--output", request.output}});
     const gasdat::Values values = gasdat::read_sheets(request.source);
     write_file(request.output, gasdat::packed(values));
-    fmt::print("{}: {} bytes from {}\n", request.output, file_size, request.source);
+    fmt::print("{}: {} bytes from {}\n", printable(request.output), file_size, printable(request.source));
     return 0;
 }
 
@@ -37,11 +43,15 @@ int show(const Request& request) {
     std::error_code failed;
     std::filesystem::create_directories(directory, failed);
     if (failed) throw InputError(directory, ": cannot make this directory: ", failed.message());
+    std::vector<NamedFile> tables;
     for (const gasdat::Sheet& sheet : gasdat::sheets())
-        write_file(fmt::format("{}/{}.csv", directory, sheet.name), gasdat::csv(sheet, file.values));
-    fmt::print("{}: {} tables", directory, gasdat::sheets().size());
+        tables.push_back({"--csv", fmt::format("{}/{}.csv", directory, sheet.name)});
+    keep_apart({{"FILE", request.file}}, tables);
+    for (std::size_t k = 0; k < tables.size(); ++k)
+        write_file(tables[k].file, gasdat::csv(gasdat::sheets()[k], file.values));
+    fmt::print("{}: {} tables", printable(directory), gasdat::sheets().size());
     if (file.size > file_size)
-        fmt::print("; the last {} bytes of {} are ignored", file.size - file_size, request.file);
+        fmt::print("; the last {} bytes of {} are ignored", file.size - file_size, printable(request.file));
     fmt::print("\n");
     return 0;
 }
@@ -52,10 +62,11 @@ int check(const Request& request) {
     for (std::size_t k = 0; k < std::min(found.size(), most_lines); ++k) fmt::print("{}\n", found[k]);
     if (found.size() > most_lines) fmt::print("... and {} more\n", found.size() - most_lines);
     if (found.empty())
-        fmt::print("{}: {} bytes, {} tables, {} values: no faults\n", request.file, file_size,
+        fmt::print("{}: {} bytes, {} tables, {} values: no faults\n", printable(request.file), file_size,
                    gasdat::blocks().size(), value_count);
     else
-        fmt::print("{}: {} {}\n", request.file, found.size(), found.size() == 1 ? "fault" : "faults");
+        fmt::print("{}: {} {}\n", printable(request.file), found.size(),
+                   found.size() == 1 ? "fault" : "faults");
     return found.empty() ? 0 : 1;
 }
 

@@ -22,8 +22,8 @@ constexpr int hexadecimal = 16;
 GasFile read_gas_file(const std::string& path) {
     namespace fs = std::filesystem;
     std::error_code failed;
-    std::ifstream in(path, std::ios::binary);
-    if (!fs::is_regular_file(path, failed) || !in) throw InputError(path + ": cannot read this gas data file");
+    std::ifstream in = open_regular(path);
+    if (!in) throw InputError(path + ": cannot read this gas data file");
     GasFile file;
     file.size = static_cast<std::size_t>(fs::file_size(path, failed));
     std::string bytes(std::min(file.size, file_size), '\0');

@@ -35,6 +35,9 @@ struct GasFile {
 /// values that are there are judged one by one.
 [[nodiscard]] std::vector<std::string> faults(const GasFile& file);
 
+/// Throws InputError with the first fault of a file and their number.
+void require_sound(const std::string& path);
+
 /// Reads all sheets from a directory of CSV files, named after the sheets, or from a listing. Throws InputError naming file,
 /// line and what would be right; also when anything is missing, surplus or given twice.
 [[nodiscard]] Values read_sheets(const std::string& source);

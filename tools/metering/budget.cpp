@@ -58,7 +58,10 @@ void Period::add(const Budget& budget, double hours) {
 
 Budget Period::budget() const {
     Budget mean = sum_;
-    if (computed_ == 0) mean.refused = "no reading has a flow";
+    if (computed_ == 0)
+        mean.refused = "no reading has a flow";
+    else if (!(sum_.flow[0] > 0.0))
+        mean.refused = "the readings span no time";
     if (mean.entries.empty()) mean.entries = outside_;
     if (!(covered_[0] > 0.0)) return mean;
     for (Entry& entry : mean.entries) {
@@ -71,6 +74,12 @@ Budget Period::budget() const {
         }
     }
     return mean;
+}
+
+std::string Period::why_uncovered() const {
+    for (const Entry& entry : outside_)
+        if (entry.standing == Standing::outside) return entry.name + ": " + entry.source;
+    return {};
 }
 
 double Period::uncovered(std::size_t k) const {

@@ -63,6 +63,8 @@ public:
     [[nodiscard]] Budget budget() const;
     /// Share of the amount whose readings have an entry outside its range, 0..1.
     [[nodiscard]] double uncovered(std::size_t k) const;
+    /// Why the first of them has one; empty where all the amount is covered.
+    [[nodiscard]] std::string why_uncovered() const;
     [[nodiscard]] std::uint64_t computed() const { return computed_; }
     [[nodiscard]] std::uint64_t refused() const { return refused_; }
 

@@ -8,7 +8,6 @@
 #include <numeric>
 
 #include "flow/geometry.h"
-#include "flow/material.h"
 #include "runtime/units.h"
 #include "tools/metering/refusal.h"
 #include "tools/names.h"
@@ -128,6 +127,9 @@ void composition(const Gas& gas, std::vector<Rule>& rules) {
     if (tool::is_by_density(gas.method)) return;
     const double whole = gas.volume_fractions ? 1.0 : 100.0;
     const double sum = std::accumulate(gas.x.begin(), gas.x.end(), 0.0);
+    if (gas.volume_fractions && gas.method == tool::aga8)
+        rules.push_back({Verdict::warn, "energy", "volume fractions", "heats of combustion take mole per cent",
+                         "limit of this library"});
     constexpr double fine = 1e-4, coarse = 1e-2;
     const auto within = [&](double share) { return Range{whole * (1.0 - share), whole * (1.0 + share)}; };
     const bool far = !within(coarse).contains(sum);

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "flow/limit.h"
+#include "flow/device.h"
 #include "tools/metering/limits.h"
 
 namespace kalorfix::metering {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "flow/limit.h"
+#include "flow/device.h"
 #include "tools/metering/medium.h"
 #include "tools/metering/units.h"
 

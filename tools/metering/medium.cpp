@@ -58,10 +58,12 @@ void find(const host::Library& library, const Point& point, const Gas& gas, doub
                                      out.mu_uPas, out.kappa, out.lower_heat, out.higher_heat) != 1) {
         out.refused = properties_refusal(library, point, out);
     }
-    // The sums of VNIC SMV assume mole per cent and are a hundredth for fractions.
-    if (gas.volume_fractions && gas.method == tool::vnic) {
-        out.lower_heat *= 100.0;
-        out.higher_heat *= 100.0;
+    // Heats of combustion are made for mole per cent: of fractions VNIC SMV gives a hundredth, and AGA8-92DC takes nitrogen and
+    // carbon dioxide for almost none.
+    if (gas.volume_fractions) {
+        const double factor = gas.method == tool::vnic ? 100.0 : 0.0;
+        out.lower_heat *= factor;
+        out.higher_heat *= factor;
     }
     out.energy_MJ_m3 = energy_MJ_m3(gas, out);
 }

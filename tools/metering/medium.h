@@ -15,7 +15,7 @@ struct Properties {
     double t_C = 0, p_Pa = 0;  ///< p at the device: less the column, or on the saturation line for wet steam
     short phase = 0;           ///< heat carriers
     double ps_MPa = 0, ts_C = 0, h_kJ_kg = 0;
-    double sum = 0, K = 0, rho_c = 0, lower_heat = 0, higher_heat = 0;  ///< gas
+    double sum = 0, K = 0, rho_c = 0, lower_heat = 0, higher_heat = 0;  ///< gas; heats 0: unknown
     double energy_MJ_m3 = 0;  ///< of a cubic metre at standard conditions, by the heat chosen
     double rho = 0, mu_uPas = 0, kappa = 0;
 };

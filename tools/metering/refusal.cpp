@@ -5,11 +5,9 @@
 #include <limits>
 #include <numbers>
 
-#include "flow/averaging.h"
 #include "flow/fixed_point.h"
 #include "flow/flow_rate.h"
 #include "flow/geometry.h"
-#include "flow/material.h"
 #include "runtime/units.h"
 #include "tools/names.h"
 

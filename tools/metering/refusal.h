@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "flow/limit.h"
+#include "flow/device.h"
 #include "tools/metering/flow.h"
 
 namespace kalorfix::metering {

@@ -90,10 +90,13 @@ void search(const Varied& flow, const Question& q, double target, const Accepted
         answer.why = range.refused;
         return;
     }
-    const std::vector<Root> found = roots(flow, target, range);
+    constexpr double rounding = 1e-12;
+    std::vector<Root> found = roots(flow, target, range);
+    const bool more = target > range.low.flow.mass_th;
+    const End& end = more == (range.high.flow.mass_th > range.low.flow.mass_th) ? range.high : range.low;
+    if (found.empty() && std::fabs(end.flow.mass_th - target) <= rounding * target)
+        found.push_back({end.at, end.flow});
     if (found.empty()) {
-        const bool more = target > range.low.flow.mass_th;
-        const End& end = more == (range.high.flow.mass_th > range.low.flow.mass_th) ? range.high : range.low;
         unknown = end.at;
         return no_such_flow(q, end, more, answer);
     }
@@ -126,13 +129,15 @@ void solve_bore(const host::Library& library, const Question& q, double target, 
         tried.pipe.d20_mm = d20_mm;
         return flow_at(library, tried, answer.medium, q.dp_Pa);
     };
-    // A little beyond both ends, so that these are found as the library sees them.
+    // A little beyond both ends at the working temperature, so that these are found as the library sees them.
     constexpr int steps = 80;
     constexpr double beyond = 0.02;
+    const double D20_mm = answer.point.pipe.D20_mm;
+    const FlowResult same = flow(D20_mm);
+    const double beta_1_mm = same.d_mm > 0.0 ? D20_mm * (same.D_mm / same.d_mm) : D20_mm;
     const double low = device.beta_min * (1.0 - beyond), high = device.beta_max * (1.0 + beyond);
     std::vector<double> values;
-    for (int k = 0; k <= steps; ++k)
-        values.push_back(answer.point.pipe.D20_mm * (low + (high - low) * k / steps));
+    for (int k = 0; k <= steps; ++k) values.push_back(beta_1_mm * (low + (high - low) * k / steps));
     search(flow, q, target, accepted_range(flow, values), answer, answer.point.pipe.d20_mm);
     if (!answer.solved() || !(q.round_mm > 0.0)) return;
     const double rounded = std::round(answer.point.pipe.d20_mm / q.round_mm) * q.round_mm;

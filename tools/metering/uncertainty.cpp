@@ -157,9 +157,7 @@ private:
         const bool liquid = !is_gas(point_.medium) && flow.epsilon == 1.0;
         put_factor({.key = "C",
                     .name = device.is_standard() ? "discharge coefficient C" : "flow coefficient",
-                    .value = device.is_standard() ? flow.C
-                             : configured         ? point_.pipe.alpha_eps
-                                                  : 1.0,
+                    .value = configured ? point_.pipe.alpha_eps : flow.C,
                     .source = "C_uncertainty_pct"},
                    instruments_.C_pct, published_C(point_.pipe, flow));
         if (configured) return;  // its coefficient contains the expansibility
@@ -203,6 +201,11 @@ private:
             entry.standing = Standing::outside;
             entry.source =
                 broken(entry.key, entry.value, "above the range of", *stated.range * factor, entry.unit);
+        }
+        if (expanded && *expanded > 0.0) {
+            const double off = entry.per_unit ? *expanded : *expanded / entry.value;
+            if (!move(off) || !move(-off))
+                note(entry.name + ": within its uncertainty the phase changes or the library refuses");
         }
         add(std::move(entry), expanded, move, step);
     }

@@ -12,6 +12,7 @@
 #include "tools/report/html.h"
 #include "tools/report/quantities.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -33,9 +34,11 @@ void print_failures(const Verification& verification) {
         for (const Value& f : section.values) {
             if (f.passed() || ++shown > most_lines) continue;
             const auto& declared = f.expected->declared;
-            fmt::print("FAILED {}: {}: {} expected {}, computed {}, permitted deviation {}{}\n", f.place(),
-                       f.where->id, f.expected->column, f.expected->text, f.computed, short_number(f.permitted),
-                       declared ? ", declared at most " + bound_text(declared->bound) : "");
+            fmt::print("{}\n", printable(fmt::format(
+                                   "FAILED {}: {}: {} expected {}, computed {}, permitted deviation {}{}",
+                                   f.place(), f.where->id, f.expected->column, f.expected->text, f.computed,
+                                   short_number(f.permitted),
+                                   declared ? ", declared at most " + bound_text(declared->bound) : "")));
         }
     if (shown > most_lines) fmt::print("... and {} more\n", shown - most_lines);
 }
@@ -53,12 +56,12 @@ void print_summary(const Verification& verification) {
         const auto figure = [&s](double value) { return s.worst ? short_number(value) : "-"; };
         fmt::print(fmt::runtime(row_layout), section.subject.key, s.cases, s.values, s.exact, s.differing,
                    figure(s.worst_ratio), figure(s.mean_ratio), s.failed == 0 ? "met" : "FAILED",
-                   s.worst ? s.worst->place() : "");
+                   s.worst ? printable(s.worst->place()) : "");
     }
     fmt::print("worst, mean: deviation over permitted or declared deviation; exact values have none\n");
     for (const Declaration& d : declarations(verification, false))
-        fmt::print("differ as declared, {}: {} of {} values{}\n", d.reason, d.differing, d.values,
-                   d.at ? fmt::format(", largest {} at {}", percent(d.largest), d.at->place()) : "");
+        fmt::print("differ as declared, {}: {} of {} values{}\n", printable(d.reason), d.differing, d.values,
+                   d.at ? printable(fmt::format(", largest {} at {}", percent(d.largest), d.at->place())) : "");
     print_failures(verification);
     const Statistics all = totals(verification);
     fmt::print("{}: {} points, {} values from {} files, {} differ as declared, {} failed\n",
@@ -74,11 +77,11 @@ std::string csv(const Verification& verification) {
         for (const Value& f : section.values)
             // An exact value has no deviation worth a number.
             out += fmt::format(
-                "{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key, csv_cell(f.where->id),
-                csv_cell(f.file->name), f.where->line, csv_cell(all_inputs(*f.where)), f.expected->column,
+                "{},{},{},{},{},{},{},{},{},{},{},{},{},{}\n", section.subject.key, csv_text(f.where->id),
+                csv_text(f.file->name), f.where->line, csv_text(all_inputs(*f.where)), f.expected->column,
                 f.expected->text, f.computed, std::isfinite(f.deviation) ? fmt::format("{}", f.deviation) : "",
                 f.permitted, f.declared, verdict_word(f.verdict),
-                f.expected->declared ? csv_cell(f.expected->declared->reason) : "", csv_cell(f.table->source));
+                f.expected->declared ? csv_text(f.expected->declared->reason) : "", csv_text(f.table->source));
     return out;
 }
 
@@ -95,6 +98,10 @@ int run(const Installation& files, const Request& request) {
     if (files.gas_data.empty() && need_gas_data(case_files))
         throw InputError(
             "--gas-data: there is no gas.dat beside the library, and some cases need it; give the file");
+    std::vector<NamedFile> inputs{{"--lib", files.library}, {"--gas-data", files.gas_data}};
+    for (const CaseFile& file : case_files)
+        inputs.push_back({"the cases", (fs::path(directory) / file.name).string()});
+    keep_apart(inputs, {{"--html", request.html_file}, {"--csv", request.csv_file}});
     // Before the long work: a place that cannot be written is better known at once.
     std::optional<OutputFile> page, lines;
     if (!request.html_file.empty()) page.emplace(request.html_file);
@@ -109,8 +116,10 @@ int run(const Installation& files, const Request& request) {
             html(verification, {opened, data, now(), shared("deviations.md"), shared("not_verified.md")}));
     }
     if (lines) lines->write(csv(verification));
-    if (page) page->finish();
-    if (lines) lines->finish();
+    for (auto* const file : {&page, &lines})
+        if (*file) (*file)->complete();
+    for (auto* const file : {&page, &lines})
+        if (*file) (*file)->finish();
     print_summary(verification);
     return totals(verification).failed == 0 ? 0 : 1;
 }

@@ -29,10 +29,8 @@ Subject subject_of(const std::string& function, const cases::Values& inputs) {
 }
 
 CaseFile read_file(const fs::path& path) {
-    std::error_code failed;
-    std::ifstream in(path);
-    if (!in || !fs::is_regular_file(path, failed))
-        throw InputError(path.string() + ": cannot read this case file");
+    std::ifstream in = open_regular(path.string());
+    if (!in) throw InputError(path.string() + ": cannot read this case file");
     CaseFile file{path.filename().string(), cases::read_tables(in, path.string())};
     if (file.tables.empty()) throw InputError(path.string() + ": holds no table; one begins with [function]");
     return file;

@@ -15,7 +15,8 @@ enum class Step { state, properties, geometry, flow, totals, done };
 /// Hour or day of one integrator, as the host holds it between two cycles.
 struct Interval {
     float time_s = 0, start = 0, result = 0;
-    bool closed = false;  ///< by the last cycle, with `result`
+    bool closed = false;    ///< by the last cycle, with `result`
+    double length_s = 0.0;  ///< of the one that closed
 };
 
 struct Register {
@@ -30,10 +31,17 @@ struct Input {
     std::array<float, most_integrators> external{};  ///< flows of device 23, per hour
 };
 
+/// An amount of each integrator in its unit, whatever the exponent of its register.
+using Amounts = std::array<double, most_integrators>;
+
 /// Results of the steps before `reached`; of the refused step what it handed out.
 struct Outcome {
     Step reached = Step::state;  ///< the step that was refused, or done
     std::string reason;          ///< empty when done
+    bool at_rest = false;        ///< below the cut-off: no flow, the time counts
+    std::size_t accepted = 0;    ///< integrators that took the cycle
+    Amounts counted{};           ///< over the time since the cycle before
+    Amounts filled{};            ///< with the substitute flow, for a downtime
     Input input;
     short phase = 0;
     float ps_MPa = 0, ts_C = 0, h_kJ_kg = 0;                           // heat carrier
@@ -56,16 +64,30 @@ struct Cycle {
     [[nodiscard]] bool done() const { return outcome.reached == Step::done; }
 };
 
+/// The time that a cycle counts: since the channel's cycle before, or since it was made. Time that is not to be counted is passed over
+/// as that of a refused cycle is.
+struct Elapsed {
+    double seconds = 0.0;
+    double longest_s = 0.0;  ///< that may count; 0 for any
+    [[nodiscard]] bool is_passed_over() const { return longest_s > 0.0 && seconds > longest_s; }
+};
+
 /// Stores the constants of a channel. Throws InputError when the library refuses them.
 void set_up(const host::Library& library, const Station& station, const Channel& channel);
+
+/// The same for the spare channel that AGA8-92DC takes its contents from, behind all others. Nothing where no channel has one.
+void set_up_contents(const host::Library& library, const Station& station);
 
 /// State and properties of every channel by density once, at a state in mid-range: AGA8-92DC takes its
 /// viscosity and exponent with the nitrogen and carbon dioxide that the last such calculation left, so that without it the
 /// first cycle would differ from all others.
 void prime_gas_state(const host::Library& library, const Station& station);
 
+/// State, properties, geometry and flow, without the totals; `reached` is Step::totals when all succeeded.
+[[nodiscard]] Outcome run_steps(const host::Library& library, const Channel& channel, const Measured& row);
+
 /// Runs a cycle: state, properties, geometry, flow, then totals and both intervals of every integrator.
 [[nodiscard]] Outcome run_cycle(const host::Library& library, const Channel& channel, const Measured& row,
-                                Registers& registers);
+                                const Elapsed& elapsed, Registers& registers);
 
 }  // namespace kalorfix::tool::station

@@ -33,7 +33,8 @@ constexpr BuiltIn channels[] = {
     {"GAS 2",
      "device=orifice_flange D20_mm=400 d20_mm=220 roughness_mm=0.05 edge_radius_mm=0.05 check_interval_years=1 "
      "method=aga8 x_methane_pct=96.5 x_ethane_pct=1.8 x_propane_pct=0.45 x_n-butane_pct=0.1 x_i-butane_pct=0.1 "
-     "x_n-pentane_pct=0.03 x_i-pentane_pct=0.05 x_hexanes_pct=0.07 x_nitrogen_pct=0.3 x_carbon_dioxide_pct=0.6",
+     "x_n-pentane_pct=0.03 x_i-pentane_pct=0.05 x_hexanes_pct=0.07 x_nitrogen_pct=0.3 x_carbon_dioxide_pct=0.6 "
+     "standard_volume_exponent=1",
      15, 5.5e6, 25000}};
 constexpr int cycle_s = 5, hour_s = 3600;
 
@@ -103,9 +104,10 @@ private:
             const Integrator& one = integrator(channel.medium, k);
             std::string name(one.name);
             std::ranges::replace(name, '_', ' ');
-            out_.write(sheet_row(name + " of the hour", fmt::format("{:.4f}", registers[k].interval[0].result),
-                                 one.unit));
-            out_.write(sheet_row("sum over the cycles", fmt::format("{:.4f}", sums[k]), one.unit));
+            const double unit = std::pow(10.0, channel.accounting[k].exponent);
+            const double result = static_cast<double>(registers[k].interval[0].result) * unit;
+            out_.write(sheet_row(name + " of the hour", fmt::format("{:#.7g}", result), one.unit));
+            out_.write(sheet_row("sum over the cycles", fmt::format("{:#.7g}", sums[k]), one.unit));
         }
     }
 

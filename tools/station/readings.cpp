@@ -12,6 +12,8 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <limits>
+#include <span>
 
 #include "tools/text.h"
 
@@ -20,6 +22,8 @@ namespace {
 
 constexpr std::size_t most_columns = 64;
 constexpr double largest_value = 1e12;
+// Two ticks: an interval does not bear two cycles within one.
+constexpr double shortest_step_s = 0.02;
 // The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
 constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr double zero_celsius_K = 273.15;
@@ -56,6 +60,11 @@ bool needs(const Channel& channel, Quantity quantity) {
            (channel.device != external_flow && quantity == measured_by(channel));
 }
 
+// A transmitter that failed leaves no value, or none that is a number.
+bool is_no_reading(std::string_view cell) {
+    return cell.empty() || (cell.size() == 3 && strncasecmp(cell.data(), "nan", 3) == 0);
+}
+
 bool takes(const Channel& channel, Quantity quantity) {
     if (needs(channel, quantity)) return true;
     if (channel.device != external_flow) return false;
@@ -64,22 +73,38 @@ bool takes(const Channel& channel, Quantity quantity) {
            (quantity == Quantity::heat && !channel.is_gas());
 }
 
+// Whether a text has digits where the pattern has zeros, and else the same characters; the numbers of its runs of digits.
+template <std::size_t count>
+bool read_digits(std::string_view text, std::string_view pattern, std::array<int, count>& numbers) {
+    if (text.size() != pattern.size()) return false;
+    numbers = {};
+    std::size_t k = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (pattern[i] != '0') {
+            if (text[i] != pattern[i]) return false;
+            ++k;
+        } else {
+            if (text[i] < '0' || text[i] > '9') return false;
+            numbers[k] = 10 * numbers[k] + (text[i] - '0');
+        }
+    }
+    return true;
+}
+
 std::optional<double> parse_date(std::string_view text) {
     constexpr std::size_t length = std::string_view("2026-03-01T06:00:00").size();
     if (text.ends_with('Z')) text.remove_suffix(1);
-    std::string whole(text.substr(0, length));
-    if (whole.size() == length && whole[10] == ' ') whole[10] = 'T';
-    int year = 0, hour = 0, minute = 0, second = 0;
-    unsigned month = 0, day = 0;
-    if (std::sscanf(whole.c_str(), "%4d-%2u-%2uT%2d:%2d:%2d", &year, &month, &day, &hour, &minute, &second) !=
-        6)
+    std::array<int, 6> part{};  // year, month, day, hour, minute, second
+    if (!read_digits(text.substr(0, length), "0000-00-00T00:00:00", part) &&
+        !read_digits(text.substr(0, length), "0000-00-00 00:00:00", part))
         return std::nullopt;
-    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
-                                           std::chrono::day(day)};
+    const auto [year, month, day, hour, minute, second] = part;
+    const std::chrono::year_month_day date{std::chrono::year(year),
+                                           std::chrono::month(static_cast<unsigned>(month)),
+                                           std::chrono::day(static_cast<unsigned>(day))};
     const auto days = std::chrono::sys_days(date).time_since_epoch().count();
+    if (!date.ok() || days < 0 || hour > 23 || minute > 59 || second > 59) return std::nullopt;
     const double seconds = static_cast<double>(days) * 86400.0 + 3600.0 * hour + 60.0 * minute + second;
-    // Whatever is no date reads otherwise when it is printed.
-    if (!date.ok() || seconds < 0.0 || print_time(TimeKind::date, seconds) != whole) return std::nullopt;
     // Microseconds are what a double holds beside the seconds since 1970, and what is printed.
     constexpr std::size_t most_digits = 6;
     const std::string_view rest = text.substr(length);
@@ -129,9 +154,18 @@ std::string print_time(TimeKind kind, double seconds) {
     const auto days = std::chrono::floor<std::chrono::days>(since);
     const std::chrono::year_month_day date{std::chrono::sys_days(days)};
     const std::chrono::hh_mm_ss clock(since - days);
-    std::string text = fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", static_cast<int>(date.year()),
-                                   static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                                   clock.hours().count(), clock.minutes().count(), clock.seconds().count());
+    std::string text = fmt::format("{:04}-00-00T00:00:00", static_cast<int>(date.year()));
+    // Two digits, so far before the end.
+    const auto put = [&text](std::size_t before_end, auto value) {
+        const auto number = static_cast<unsigned>(value);
+        text[text.size() - before_end] = static_cast<char>('0' + number / 10);
+        text[text.size() - before_end + 1] = static_cast<char>('0' + number % 10);
+    };
+    put(14, static_cast<unsigned>(date.month()));
+    put(11, static_cast<unsigned>(date.day()));
+    put(8, clock.hours().count());
+    put(5, clock.minutes().count());
+    put(2, clock.seconds().count());
     if (seconds > whole) {
         std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
         fraction.erase(fraction.find_last_not_of('0') + 1);
@@ -153,6 +187,7 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
     };
     // A descriptor of its own: that of the process stays open.
     const int descriptor = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0 && interrupted) return nullptr;
     if (descriptor < 0) throw refused(std::strerror(errno));
     auto stream = std::make_unique<FileStream>(descriptor);
     struct stat about {};
@@ -170,7 +205,8 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
 Readings::Readings(const Station& station, std::istream& in, const std::string& name)
     : station_(station),
       lines_(in, name == "-" ? "standard input" : name),
-      last_time_(station.channels.size()) {
+      last_time_(station.channels.size()),
+      index_(station) {
     read_heading();
 }
 
@@ -230,21 +266,18 @@ double Readings::read_time(std::string_view cell) const {
     lines_.fail_at(cell, "time: expected a date such as 2026-03-01T06:00:00, not ", quoted(cell));
 }
 
-std::size_t Readings::find_channel(std::string_view cell) {
-    const std::size_t count = station_.channels.size();
-    // Channels mostly follow each other as in the station file.
-    for (std::size_t k = 0; k < count; ++k) {
-        const std::size_t i = (last_channel_ + 1 + k) % count;
-        if (station_.channels[i].name == cell) return last_channel_ = i;
-    }
+std::size_t Readings::find_channel(std::string_view cell) const {
+    if (const std::optional<std::size_t> found = index_.find(cell)) return *found;
+    constexpr std::size_t most_told = 20;
+    const std::span told(station_.channels.data(), std::min(most_told, station_.channels.size()));
     lines_.fail_at(cell, "no such channel: ", quoted(cell), "; ", station_.file, " describes ",
-                   joined(station_.channels, &Channel::name));
+                   joined(told, &Channel::name), told.size() < station_.channels.size() ? ", ..." : "");
 }
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) const {
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
+    if (is_no_reading(cell)) return std::numeric_limits<double>::quiet_NaN();
     const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
-    if (cell.empty()) fail(channel.name, " needs a value here");
     if (!takes(channel, column.quantity))
         fail("the device of ", channel.name, " does not take it; leave the cell empty");
     const std::optional<double> value = number(cell);
@@ -261,6 +294,9 @@ void Readings::check_order(const Measured& row, std::string_view time) {
     std::optional<double>& last = last_time_[row.channel];
     const std::string& name = station_.channels[row.channel].name;
     if (last && row.time_s == *last) lines_.fail_at(time, name, " has a row for ", time, " already");
+    if (last && row.time_s - *last < shortest_step_s)
+        lines_.fail_at(time, "less than ", shortest_step_s, " s after the row of ", name,
+                       " before; the library tells hundredths of a second apart");
     if (last && row.time_s - *last > longest_gap_s)
         lines_.fail_at(time, "more than ", longest_gap_s / 86400.0, " days after the row of ", name, " before");
     last = row.time_s;

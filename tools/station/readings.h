@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/station/channel_index.h"
 #include "tools/station/station.h"
 #include "tools/text.h"
 
@@ -50,7 +51,8 @@ struct Measured {
 [[nodiscard]] Quantity measured_by(const Channel& channel);
 
 /// The readings of a file, or with the name "-" of standard input, as a stream that can be walked through twice: a pipe is copied
-/// to an unnamed temporary file, which an interruption ends behind a whole line. Throws InputError when they cannot be read.
+/// to an unnamed temporary file, which an interruption ends behind a whole line. Null when it comes before a pipe is open. Throws InputError when they cannot
+/// be read.
 [[nodiscard]] std::unique_ptr<std::istream> open_readings(const std::string& name,
                                                           const volatile std::sig_atomic_t& interrupted);
 
@@ -81,7 +83,7 @@ private:
     void add_column(std::string_view name);
     void require_columns();
     double read_time(std::string_view cell) const;
-    std::size_t find_channel(std::string_view cell);
+    std::size_t find_channel(std::string_view cell) const;
     double read_value(std::string_view cell, const Column& column, const Channel& channel) const;
     void check_order(const Measured& row, std::string_view time);
 
@@ -93,7 +95,7 @@ private:
     std::vector<std::string_view> cells_;
     std::vector<std::optional<double>> last_time_;  ///< of each channel
     double latest_ = 0.0;
-    std::size_t last_channel_ = 0;
+    ChannelIndex index_;
 };
 
 }  // namespace kalorfix::tool::station

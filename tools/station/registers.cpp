@@ -4,8 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
+#include <cmath>
 
+#include "tools/station/channel_index.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool::station {
@@ -15,6 +16,9 @@ constexpr std::array<std::string_view, 12> heading{"channel",     "integrator", 
                                                    "time",        "total",      "hour_s",    "hour_start",
                                                    "hour_result", "day_s",      "day_start", "day_result"};
 constexpr std::size_t first_number = 5;
+// What a register and the numbers of its hour and day can be: the register wraps, and an interval closes at its length.
+constexpr double wrap = 1e6, hour_s = 3600.0, day_s = 86400.0;
+constexpr std::array<double, heading.size() - first_number> most{wrap, hour_s, wrap, wrap, day_s, wrap, wrap};
 constexpr std::string_view no_time = "-";
 
 using Cells = std::vector<std::string>;
@@ -55,21 +59,22 @@ std::vector<std::string_view> cells_of(std::string_view line) {
 }
 
 float number_of(const Lines& lines, const std::vector<std::string_view>& cells, std::size_t column) {
-    const std::optional<float> value = parse<float>(cells[column]);
-    if (value && 0.0F <= *value && *value <= std::numeric_limits<float>::max()) return *value;
-    lines.fail(heading[column], ": expected a number from 0 on, not ", quoted(cells[column]));
+    const Limits limits{0.0, most[column - first_number], ""};
+    const std::optional<double> value = number_within(cells[column], limits);
+    if (value) return static_cast<float>(*value);
+    lines.fail(heading[column], ": ", expected_within(cells[column], limits));
 }
 
 using Found = std::vector<std::array<bool, most_integrators>>;
 
 void read_row(const Lines& lines, const std::vector<std::string_view>& cells, const Station& station,
-              TimeKind kind, StationRegisters& registers, Found& found) {
+              const ChannelIndex& index, TimeKind kind, StationRegisters& registers, Found& found) {
     if (cells.size() != heading.size())
         lines.fail("expected ", heading.size(), " cells as in the heading of the registers");
-    const auto channel = std::ranges::find(station.channels, cells[0], &Channel::name);
-    if (channel == station.channels.end())
-        lines.fail("registers of ", cells[0], ", which ", station.file, " does not describe");
-    const auto i = static_cast<std::size_t>(channel - station.channels.begin());
+    const std::optional<std::size_t> place = index.find(cells[0]);
+    if (!place) lines.fail("registers of ", cells[0], ", which ", station.file, " does not describe");
+    const std::size_t i = *place;
+    const Channel* const channel = &station.channels[i];
     std::size_t k = 0;
     while (k < integrator_count(channel->medium) && integrator(channel->medium, k).name != cells[1]) ++k;
     if (k == integrator_count(channel->medium)) lines.fail(cells[0], " has no integrator ", quoted(cells[1]));
@@ -78,9 +83,13 @@ void read_row(const Lines& lines, const std::vector<std::string_view>& cells, co
     if (cells[3] != fmt::format("{}", channel->accounting[k].exponent))
         lines.fail(cells[0], " ", cells[1], " counts in 10^", cells[3], ", the station in 10^",
                    channel->accounting[k].exponent);
-    if (cells[4] != no_time && !(registers[i].last_s = parse_time(kind, cells[4])))
+    const std::optional<double> last_s = cells[4] == no_time ? std::nullopt : parse_time(kind, cells[4]);
+    if (cells[4] != no_time && !last_s)
         lines.fail("time: expected ", kind == TimeKind::seconds ? "seconds" : "a date",
                    " as in the readings, not ", quoted(cells[4]));
+    if (k > 0 && last_s != registers[i].last_s)
+        lines.fail("time: the registers of ", cells[0], " have one time, not ", quoted(cells[4]), " too");
+    registers[i].last_s = last_s;
     Register& reg = registers[i].reg[k];
     reg.total = number_of(lines, cells, first_number);
     std::size_t next = first_number + 1;
@@ -95,11 +104,13 @@ StationRegisters read_registers(const std::string& file, const Station& station,
     Lines lines(file, "these registers");
     StationRegisters registers(station.channels.size());
     Found found(station.channels.size());
+    const ChannelIndex index(station);
     bool begun = false;
     for (std::string_view line; lines.next(line);) {
         const std::vector<std::string_view> cells = cells_of(line);
-        if (begun && !cells.empty()) read_row(lines, cells, station, kind, registers, found);
+        if (begun && !cells.empty()) read_row(lines, cells, station, index, kind, registers, found);
         begun = begun || std::ranges::equal(cells, heading);
+        if (begun && lines.cut()) lines.fail("the file ends within this line: it was cut short");
     }
     if (!begun)
         throw InputError(file +
@@ -110,6 +121,20 @@ StationRegisters read_registers(const std::string& file, const Station& station,
                 throw InputError(file, ": lacks the ", integrator(station.channels[i].medium, k).name,
                                  " register of ", station.channels[i].name);
     return registers;
+}
+
+void require_numbers(const Station& station, const StationRegisters& registers) {
+    for (std::size_t i = 0; i < registers.size(); ++i)
+        for (std::size_t k = 0; k < integrator_count(station.channels[i].medium); ++k) {
+            const auto& [total, interval] = registers[i].reg[k];
+            bool good = std::isfinite(total);
+            for (const Interval& one : interval)
+                good =
+                    good && std::isfinite(one.time_s) && std::isfinite(one.start) && std::isfinite(one.result);
+            if (!good)
+                throw InputError("the ", integrator(station.channels[i].medium, k).name, " register of ",
+                                 station.channels[i].name, " is no number any more; nothing is written");
+        }
 }
 
 std::string print_registers(const Station& station, const StationRegisters& registers, TimeKind kind,

@@ -21,6 +21,9 @@ using StationRegisters = std::vector<ChannelRegisters>;
 /// InputError with file and line, also for registers of another station.
 [[nodiscard]] StationRegisters read_registers(const std::string& file, const Station& station, TimeKind kind);
 
+/// Throws InputError for a register that is no number: it is not to be kept.
+void require_numbers(const Station& station, const StationRegisters& registers);
+
 /// The registers as CSV lines, each after `prefix`.
 [[nodiscard]] std::string print_registers(const Station& station, const StationRegisters& registers,
                                           TimeKind kind, const std::string& prefix);

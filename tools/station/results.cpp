@@ -1,10 +1,13 @@
 #include "tools/station/results.h"
 
-#include <fmt/format.h>
+#include <fmt/compile.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <iterator>
+
+#include "tools/station/line.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -30,6 +33,7 @@ const std::vector<std::string>& column_names() {
         for (const Kind& kind : kinds) names.emplace_back(kind.flow);
         for (const char* const prefix : {"total_", "hour_", "day_"})
             for (const Kind& kind : kinds) names.push_back(std::string(prefix) + kind.amount);
+        names.insert(names.end(), {"hour_length_s", "day_length_s"});
         return names;
     }();
     return all;
@@ -50,9 +54,11 @@ void fill(const Cycle& cycle, Values& values) {
     for (const Result& one : cycle_results) {
         if (one.name.empty()) continue;
         // The Reynolds number is told of a refused flow too.
-        const bool told =
-            one.value == &Outcome::Re ? out.passed(Step::geometry) && out.Re != 0.0F : out.passed(one.step);
-        add(told && has(c, one.whose), out.*one.value);
+        const bool told = one.value == &Outcome::Re
+                              ? out.passed(Step::geometry) && out.Re != 0.0F && !std::isnan(out.input.dp)
+                              : out.passed(one.step);
+        const bool at_rest = out.at_rest && one.step == Step::flow;
+        add(told && !at_rest && has(c, one.whose), out.*one.value);
     }
     std::array<int, kinds.size()> index{};
     for (std::size_t k = 0; k < kinds.size(); ++k)
@@ -65,6 +71,44 @@ void fill(const Cycle& cycle, Values& values) {
             const Interval& interval = registers[at(k)].interval[set];
             add(k >= 0 && interval.closed, interval.result);
         }
+    for (std::size_t set = 0; set < 2; ++set) {
+        const auto closed =
+            std::ranges::find_if(registers, [set](const Register& one) { return one.interval[set].closed; });
+        add(closed != registers.end(),
+            closed == registers.end() ? 0.0F : static_cast<float>(closed->interval[set].length_s));
+    }
+}
+
+// Hours or days that are not as long as they should be say how long they were.
+std::string length_of(const Interval& interval, std::size_t set) {
+    constexpr std::array<double, 2> lengths{3600.0, 86400.0};
+    constexpr double tick_s = 0.01;
+    if (std::fabs(interval.length_s - lengths[set]) < tick_s) return {};
+    return fmt::format(" in {:.8g} s", interval.length_s);
+}
+
+// What a channel's readings came to, in lines for a person.
+std::string summary_of(const Channel& c, const ChannelSummary& summary, TimeKind kind) {
+    std::string text =
+        fmt::format("{:<11} {} cycles computed, {} refused\n", c.name, summary.computed, summary.refused);
+    if (c.needs_gas_data())
+        text += fmt::format("{:<11} composition sums to {:.7g} %{}\n", "", c.gas.sum_pct,
+                            c.gas.normalised ? ", scaled to 100 %" : "");
+    if (summary.refused > 0) text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
+    if (summary.at_rest > 0)
+        text += fmt::format("{:<11} at rest, below the cut-off: {} of the computed, lowest dp {:.7g} kPa\n", "",
+                            summary.at_rest, summary.lowest_dp_Pa * 1e-3F);
+    if (summary.passed_over > 0)
+        text += fmt::format("{:<11} steps too long to count: {}, {:.8g} s in all\n", "", summary.passed_over,
+                            summary.passed_over_s);
+    if (summary.longest_s == 0.0) return text;
+    text += fmt::format("{:<11} longest step {:.8g} s, to {}", "", summary.longest_s,
+                        print_time(kind, summary.longest_end_s));
+    if (!summary.longest_counted) return text + ", not counted\n";
+    for (std::size_t k = 0; k < integrator_count(c.medium); ++k)
+        text += fmt::format("{}{} {:.7g} {}", k == 0 ? ", counted as " : ", ", integrator(c.medium, k).name,
+                            summary.longest_amount[k], integrator(c.medium, k).unit);
+    return text + "\n";
 }
 
 // ---- The formats ----------------------------------------------------------------------------------------------
@@ -92,7 +136,7 @@ std::string unit_of(const Channel& channel, std::size_t k) {
 
 class Csv : public Results {
 public:
-    using Results::Results;
+    Csv(const Station& station, TimeKind kind, OutputFile& out) : Results(station, kind, out), line_(kind) {}
 
     void begin() override {
         out_.write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
@@ -102,70 +146,102 @@ public:
     void cycle(const Cycle& cycle) override {
         const Outcome& outcome = cycle.outcome;
         line_.clear();
-        auto to = std::back_inserter(line_);
-        fmt::format_to(to, "{},{},{},{},{},{},{}", print_time(kind_, cycle.row.time_s), cycle.channel.name,
-                       cycle.done() ? "computed" : "refused", cycle.done() ? "" : step_name(outcome.reached),
-                       csv_cell(outcome.reason), phase_title(cycle), cycle.channel.heat_unit());
+        line_.add(line_.time(cycle.row.time_s), ',', cycle.channel.name, ',');
+        if (cycle.done())
+            line_.add("computed,,");
+        else
+            line_.add("refused,", step_name(outcome.reached), ',', csv_cell(outcome.reason));
+        line_.add(',', phase_title(cycle), ',', cycle.channel.heat_unit());
         fill(cycle, values_);
-        for (const std::optional<float>& value : values_)
-            value ? fmt::format_to(to, ",{}", *value) : fmt::format_to(to, ",");
-        line_ += '\n';
-        out_.write(line_);
+        for (const std::optional<float>& value : values_) {
+            line_.add(',');
+            if (value) line_.add(*value);
+        }
+        out_.write(line_.add('\n').text());
     }
 
     void end(const RunEnd& end) override {
+        if (!end.interrupted.empty()) out_.write("# " + end.interrupted + "\n");
+        for (std::size_t i = 0; i < end.summaries.size(); ++i) {
+            const std::string text = summary_of(station_.channels[i], end.summaries[i], kind_);
+            for (const std::string_view line : split(text, '\n'))
+                if (!line.empty()) out_.write(fmt::format("# {}\n", line));
+        }
+        walk_calendar(station_, end.calendars, kind_, Calendar::hour,
+                      [this](const auto& row) { out_.write("# " + joined(row, {}, ",") + "\n"); });
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
 
 private:
-    std::string line_;
+    Line line_;
     Values values_;
 };
 
 class Json : public Results {
 public:
-    using Results::Results;
+    Json(const Station& station, TimeKind kind, OutputFile& out) : Results(station, kind, out), line_(kind) {}
 
     void cycle(const Cycle& cycle) override {
-        line_ =
-            fmt::format("{{\"record\":\"cycle\",{},\"channel\":{},\"status\":\"{}\"", time(cycle.row.time_s),
-                        json_text(cycle.channel.name), cycle.done() ? "computed" : "refused");
-        auto to = std::back_inserter(line_);
+        line_.clear();
+        line_.add(R"({"record":"cycle",)", time(cycle.row.time_s), R"(,"channel":)",
+                  json_text(cycle.channel.name), R"(,"status":")", cycle.done() ? "computed" : "refused", '"');
         if (!cycle.done())
-            fmt::format_to(to, ",\"step\":\"{}\",\"reason\":{}", step_name(cycle.outcome.reached),
-                           json_text(cycle.outcome.reason));
+            line_.add(R"(,"step":")", step_name(cycle.outcome.reached), R"(","reason":)",
+                      json_text(cycle.outcome.reason));
         if (const std::string_view phase = phase_title(cycle); !phase.empty())
-            fmt::format_to(to, ",\"phase\":\"{}\"", phase);
+            line_.add(R"(,"phase":")", phase, '"');
         if (const std::string_view unit = cycle.channel.heat_unit(); !unit.empty())
-            fmt::format_to(to, ",\"heat_unit\":\"{}\"", unit);
+            line_.add(R"(,"heat_unit":")", unit, '"');
         fill(cycle, values_);
         for (std::size_t k = 0; k < values_.size(); ++k)
-            if (values_[k]) fmt::format_to(to, ",\"{}\":{}", column_names()[k], *values_[k]);
-        line_ += "}\n";
-        out_.write(line_);
+            if (values_[k]) line_.add(",\"", column_names()[k], "\":", *values_[k]);
+        out_.write(line_.add("}\n").text());
     }
 
     void end(const RunEnd& end) override {
         for (std::size_t i = 0; i < station_.channels.size(); ++i) {
             const Channel& channel = station_.channels[i];
             const ChannelSummary& summary = end.summaries[i];
-            out_.write(fmt::format(
-                "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{}}}\n",
-                json_text(channel.name), summary.computed, summary.refused, end.interrupted));
+            std::string line = fmt::format(
+                "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{},"
+                "\"at_rest\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
+                json_text(channel.name), summary.computed, summary.refused, !end.interrupted.empty(),
+                summary.at_rest, summary.passed_over_s, summary.longest_s);
+            for (std::size_t k = 0; summary.longest_s > 0.0 && k < integrator_count(channel.medium); ++k)
+                line += fmt::format(",\"longest_step_{}\":{}", integrator(channel.medium, k).name,
+                                    summary.longest_amount[k]);
+            out_.write(line + "}\n");
             for (std::size_t k = 0; end.with_registers && k < integrator_count(channel.medium); ++k)
                 out_.write(register_line(channel, end.registers[i], k));
         }
+        std::vector<std::string> heading;
+        walk_calendar(station_, end.calendars, kind_, Calendar::hour, [&](const auto& row) {
+            heading.empty() ? void(heading = row) : out_.write(calendar_line(heading, row));
+        });
     }
 
 private:
-    [[nodiscard]] std::string time(double seconds) const {
-        return kind_ == TimeKind::date ? fmt::format("\"time\":\"{}\"", print_time(kind_, seconds))
-                                       : fmt::format("\"time_s\":{}", print_time(kind_, seconds));
+    [[nodiscard]] std::string time(double seconds) {
+        const std::string_view text = line_.time(seconds);
+        return kind_ == TimeKind::date ? fmt::format(FMT_COMPILE("\"time\":\"{}\""), text)
+                                       : fmt::format(FMT_COMPILE("\"time_s\":{}"), text);
+    }
+
+    [[nodiscard]] std::string calendar_line(const std::vector<std::string>& heading,
+                                            const std::vector<std::string>& row) const {
+        std::string line = "{\"record\":\"calendar\"";
+        for (std::size_t k = 0; k < row.size(); ++k) {
+            if (row[k].empty()) continue;
+            const bool text = k < 2 || (k == 2 && kind_ == TimeKind::date);
+            line += fmt::format(",{}:{}", json_text(k == 0 ? "period" : heading[k]),
+                                text ? json_text(row[k]) : row[k]);
+        }
+        return line + "}\n";
     }
 
     [[nodiscard]] std::string register_line(const Channel& channel, const ChannelRegisters& all,
-                                            std::size_t k) const {
+                                            std::size_t k) {
         const Register& reg = all.reg[k];
         const auto number = [](float value) {
             return std::isfinite(value) ? fmt::format("{}", value) : "null";
@@ -183,7 +259,7 @@ private:
         return line + "}\n";
     }
 
-    std::string line_;
+    Line line_;
     Values values_;
 };
 
@@ -191,7 +267,7 @@ private:
 class Table : public Results {
 public:
     Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set)
-        : Results(station, kind, out), cycles_(cycles), first_set_(first_set) {}
+        : Results(station, kind, out), cycles_(cycles), first_set_(first_set), line_(kind) {}
 
     void begin() override {
         if (!cycles_) return;
@@ -207,15 +283,11 @@ public:
     }
 
     void end(const RunEnd& end) override {
-        std::string text = end.interrupted ? "interrupted\n" : "";
-        for (std::size_t i = 0; i < end.summaries.size(); ++i) {
-            const ChannelSummary& summary = end.summaries[i];
-            text += fmt::format("{:<11} {} cycles computed, {} refused\n", station_.channels[i].name,
-                                summary.computed, summary.refused);
-            if (summary.refused > 0)
-                text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
-        }
+        std::string text = end.interrupted.empty() ? "" : end.interrupted + "\n";
+        for (std::size_t i = 0; i < end.summaries.size(); ++i)
+            text += summary_of(station_.channels[i], end.summaries[i], kind_);
         out_.write(text);
+        write_calendar(end);
         if (end.with_registers)
             out_.write("registers\n" + print_registers_table(station_, end.registers, kind_));
     }
@@ -223,24 +295,44 @@ public:
 private:
     template <class... Cells>
     void write_row(const Cells&... cells) {
-        out_.write(fmt::format("{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n",
-                               cells...));
+        out_.write(fmt::format(
+            FMT_COMPILE("{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n"),
+            std::string_view(cells)...));
     }
 
     void write_cycle(const Cycle& cycle) {
         const auto& [c, row, o, registers] = cycle;
         const bool solved = o.passed(Step::flow), meter = is_meter(c.device);
-        const auto cell = [](bool given, const char* layout, float value) {
-            return given ? fmt::format(fmt::runtime(layout), value) : std::string("-");
+        const auto cell = [](bool given, const auto& layout, float value) {
+            return given ? fmt::format(layout, value) : std::string("-");
         };
-        write_row(print_time(kind_, row.time_s), c.name, fmt::format("{:.2f}", o.input.t_C),
-                  fmt::format("{:.4f}", o.input.p_Pa * 1e-6F), cell(!meter, "{:.3f}", o.input.dp * 1e-3F),
-                  cell(o.passed(Step::properties), "{:#.6g}", o.rho),
-                  cell(solved && has(c, Of::standard_device), "{:.5f}", o.C),
-                  cell(solved && !meter, "{:.5f}", o.epsilon), cell(solved, "{:.4f}", o.q[0]),
-                  cell(solved && c.is_gas(), "{:.1f}", o.q[2]), cell(solved, "{:.3f}", o.q[c.is_gas() ? 3 : 2]),
-                  fmt::format("{:.3f}", registers[0].total),
-                  cycle.done() ? "" : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
+        const auto given = [&](const auto& layout, float value) {
+            return cell(!std::isnan(value), layout, value);
+        };
+        write_row(
+            line_.time(row.time_s), c.name, given(FMT_COMPILE("{:.2f}"), o.input.t_C),
+            given(FMT_COMPILE("{:.4f}"), o.input.p_Pa * 1e-6F),
+            meter ? "-" : given(FMT_COMPILE("{:.3f}"), o.input.dp * 1e-3F),
+            cell(o.passed(Step::properties), FMT_COMPILE("{:#.6g}"), o.rho),
+            cell(solved && !o.at_rest && has(c, Of::standard_device), FMT_COMPILE("{:.5f}"), o.C),
+            cell(solved && !o.at_rest && !meter, FMT_COMPILE("{:.5f}"), o.epsilon),
+            cell(solved, FMT_COMPILE("{:.4f}"), o.q[0]),
+            cell(solved && c.is_gas(), FMT_COMPILE("{:.1f}"), o.q[2]),
+            cell(solved, FMT_COMPILE("{:.3f}"), o.q[c.is_gas() ? 3 : 2]),
+            cell(true, FMT_COMPILE("{:.3f}"), registers[0].total),
+            cycle.done() ? std::string() : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
+    }
+
+    void write_calendar(const RunEnd& end) {
+        std::vector<std::vector<std::string>> rows;
+        walk_calendar(station_, end.calendars, kind_, static_cast<Calendar::Set>(first_set_),
+                      [&](const auto& row) {
+                          rows.push_back(row);
+                          std::ranges::replace(rows.back(), std::string(), std::string("-"));
+                      });
+        if (rows.size() < 2) return;
+        constexpr std::size_t texts = 3;
+        out_.write(aligned(rows, texts));
     }
 
     void write_closed(const Cycle& cycle, std::size_t set) {
@@ -248,22 +340,24 @@ private:
         std::string amounts;
         for (std::size_t k = 0; k < integrator_count(channel.medium); ++k)
             if (const Interval& interval = cycle.registers[k].interval[set]; interval.closed)
-                amounts +=
-                    fmt::format("{}{} {:#.7g} {}", amounts.empty() ? "" : ", ",
-                                integrator(channel.medium, k).name, interval.result, unit_of(channel, k));
+                amounts += fmt::format("{}{} {:#.7g} {}{}", amounts.empty() ? "" : ", ",
+                                       integrator(channel.medium, k).name, interval.result, unit_of(channel, k),
+                                       length_of(interval, set));
         if (!amounts.empty())
-            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", print_time(kind_, cycle.row.time_s), channel.name,
+            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", line_.time(cycle.row.time_s), channel.name,
                                    set == 0 ? "hour" : "day ", amounts));
     }
 
     bool cycles_;
     std::size_t first_set_;  // of the intervals that are told: 0 from hours on, 1 days only
+    Line line_;
 };
 
 }  // namespace
 
 bool has(const Channel& c, Of whose) {
     if (whose == Of::gas || whose == Of::heat_carrier) return c.is_gas() == (whose == Of::gas);
+    if (whose == Of::composition) return c.needs_gas_data();
     if (whose == Of::standard_device) return c.device <= static_cast<short>(standard_devices);
     return whose == Of::all || !is_meter(c.device);
 }

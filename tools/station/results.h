@@ -9,13 +9,14 @@
 #include <vector>
 
 #include "tools/output_file.h"
+#include "tools/station/calendar.h"
 #include "tools/station/cycle.h"
 #include "tools/station/registers.h"
 
 namespace kalorfix::tool::station {
 
 /// Which channels have a result: devices 10..23 have no diameter ratio and what depends on it, meters solve no flow.
-enum class Of { all, gas, heat_carrier, standard_device, differential_pressure };
+enum class Of { all, gas, composition, heat_carrier, standard_device, differential_pressure };
 [[nodiscard]] bool has(const Channel& channel, Of whose);
 
 /// A number that a step of a cycle gives.
@@ -31,7 +32,8 @@ struct Result {
 inline constexpr std::array<Result, 20> cycle_results{{
     {"ps_MPa", &Outcome::ps_MPa, Step::state, Of::heat_carrier, "saturation pressure at t", "{:.5f}", "MPa"},
     {"ts_C", &Outcome::ts_C, Step::state, Of::heat_carrier, "saturation temperature at p", "{:.3f}", "degC"},
-    {"", &Outcome::sum, Step::state, Of::gas, "sum of the composition as given", "{:.4f}", "mol %"},
+    {"composition_sum", &Outcome::sum, Step::state, Of::composition, "sum of the composition as given",
+     "{:.4f}", ""},
     {"K", &Outcome::K, Step::state, Of::gas, "compressibility coefficient K", "{:.6f}", ""},
     {"rho_c_kg_m3", &Outcome::rho_c, Step::state, Of::gas, "density at standard conditions", "{:.5f}", "kg/m3"},
     {"rho_kg_m3", &Outcome::rho, Step::properties, Of::all, "density", "{:.4f}", "kg/m3"},
@@ -57,14 +59,24 @@ inline constexpr std::array<Result, 20> cycle_results{{
 /// How the cycles of a channel ended.
 struct ChannelSummary {
     std::uint64_t computed = 0, refused = 0;
-    std::string first_refusal;  ///< time, step and reason
+    std::string first_refusal;      ///< time, step and reason
+    std::uint64_t at_rest = 0;      ///< of the computed: below the cut-off
+    float lowest_dp_Pa = 0.0F;      ///< of these
+    std::uint64_t passed_over = 0;  ///< of the refused: longer than a step that counts
+    double passed_over_s = 0.0;
+    double longest_s = 0.0, longest_end_s = 0.0;  ///< the longest step between two readings, and the later one
+    bool longest_counted = false;
+    Amounts longest_amount{};
+
+    [[nodiscard]] bool has_readings() const { return computed + refused > 0; }
 };
 
 struct RunEnd {
     const StationRegisters& registers;
     const std::vector<ChannelSummary>& summaries;
-    bool interrupted;
-    bool with_registers;  ///< they are not written to a file of their own
+    const std::vector<Calendar>& calendars;
+    std::string interrupted;  ///< by what, how far, and how to go on; empty when the run is whole
+    bool with_registers;      ///< they are not written to a file of their own
 };
 
 class Results {

@@ -9,9 +9,12 @@
 #include <numeric>
 
 #include "tools/commands.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/simulated_clock.h"
 #include "tools/station/readings.h"
+#include "tools/station/room.h"
 #include "tools/station/station_keys.h"
 #include "tools/station/stops.h"
 #include "tools/text.h"
@@ -25,15 +28,16 @@ volatile std::sig_atomic_t signal_received = 0;
 
 void on_signal(int signal) { signal_received = signal; }
 
-// An interruption ends the run between two cycles, and a closed pipe is a failed write.
+// An interruption ends the run between two cycles; so does the end of the terminal, unless nohup has it ignored.
 void watch_signals() {
     signal_received = 0;
     struct sigaction act {};
     act.sa_handler = on_signal;  // no SA_RESTART: a waiting read ends
     sigaction(SIGINT, &act, nullptr);
     sigaction(SIGTERM, &act, nullptr);
-    act.sa_handler = SIG_IGN;
-    sigaction(SIGPIPE, &act, nullptr);
+    struct sigaction before {};
+    if (sigaction(SIGHUP, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+        sigaction(SIGHUP, &act, nullptr);
 }
 
 // Init to Done: the gas tables are released however the run ends.
@@ -81,6 +85,13 @@ struct Job {
     std::vector<std::optional<double>>
         first_s{};  // time of each channel's first reading that is to be computed
     std::vector<TemperatureSpan> temperatures{};
+    std::vector<Peaks> peaks{};  // of the same readings
+
+    // A channel counts its time from the moment it is made: the last reading of the run before, or its own first one.
+    [[nodiscard]] double made_s(std::size_t i) const {
+        const std::optional<double>& last = registers[i].last_s;
+        return last ? *last + downtime_min * s_per_min : first_s[i].value_or(0.0);
+    }
 };
 
 // Whether the registers hold a reading already: a run goes on from them with the same readings or with later ones.
@@ -92,14 +103,25 @@ bool is_counted(const ChannelRegisters& registers, const Measured& row) {
 void check(Job& job) {
     job.first_s.resize(job.station.channels.size());
     job.temperatures.resize(job.station.channels.size());
+    job.peaks.resize(job.station.channels.size());
+    std::vector<std::optional<double>> counted_to(job.station.channels.size());
     Measured row;
     bool any = false;
     while (!signal_received && job.readings.next(row)) {
         any = true;
         job.temperatures[row.channel].add(row[Quantity::t_C]);
+        if (is_counted(job.registers[row.channel], row)) continue;
         std::optional<double>& first = job.first_s[row.channel];
-        if (!first && !is_counted(job.registers[row.channel], row)) first = row.time_s;
+        if (!first) first = row.time_s;
+        const Channel& channel = job.station.channels[row.channel];
+        const double from_s = counted_to[row.channel].value_or(job.made_s(row.channel));
+        counted_to[row.channel] = row.time_s;
+        const Elapsed elapsed{row.time_s - from_s, channel.longest_step_s};
+        if (!elapsed.is_passed_over()) job.peaks[row.channel].note_step(elapsed.seconds);
+        job.peaks[row.channel].note(row, channel);
     }
+    if (!any && !signal_received)
+        throw InputError(job.readings.name(), ": holds no readings below its heading");
     job.bytes = job.readings.bytes_read();
     const auto given = [](const std::optional<double>& first) { return first.has_value(); };
     if (any && !signal_received && std::ranges::none_of(job.first_s, given))
@@ -114,20 +136,34 @@ void check(Job& job) {
     }
 }
 
-// A channel counts its time from the moment it is made: the last reading of the run before, or its own first one. The
-// channels of a medium come into being in ascending order, lower numbers with the higher ones.
+// The channels of a medium come into being in ascending order, lower numbers with the higher ones.
 void set_up_all(const host::Library& library, const Job& job, SimulatedClock& clock) {
     std::vector<std::size_t> order(job.station.channels.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::ranges::sort(order, {}, [&](std::size_t i) { return job.station.channels[i].number; });
     for (const std::size_t i : order) {
-        const std::optional<double>& last = job.registers[i].last_s;
-        clock.set(last ? *last + job.downtime_min * s_per_min : job.first_s[i].value_or(0.0));
+        clock.set(job.made_s(i));
         set_up(library, job.station, job.station.channels[i]);
     }
+    set_up_contents(library, job.station);
 }
 
-void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, TimeKind kind) {
+void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, const Elapsed& elapsed,
+          TimeKind kind) {
+    if (outcome.at_rest && outcome.reached == Step::done) {
+        ++summary.at_rest;
+        summary.lowest_dp_Pa = std::min(summary.lowest_dp_Pa, outcome.input.dp);
+    }
+    if (elapsed.seconds > summary.longest_s) {
+        summary.longest_s = elapsed.seconds;
+        summary.longest_end_s = row.time_s;
+        summary.longest_counted = outcome.accepted > 0;
+        summary.longest_amount = outcome.counted;
+    }
+    if (elapsed.is_passed_over()) {
+        ++summary.passed_over;
+        summary.passed_over_s += elapsed.seconds;
+    }
     if (outcome.reached == Step::done) {
         ++summary.computed;
     } else if (++summary.refused == 1) {
@@ -136,10 +172,25 @@ void note(ChannelSummary& summary, const Measured& row, const Outcome& outcome, 
     }
 }
 
+// What a run tells of its channels when it has ended.
+struct Account {
+    std::vector<ChannelSummary> summaries;
+    std::vector<Calendar> calendars;
+};
+
 // The second walk: every reading through the library.
-std::vector<ChannelSummary> compute(const host::Library& library, Job& job, SimulatedClock& clock,
-                                    Results& results, bool progress_wanted) {
-    std::vector<ChannelSummary> summaries(job.station.channels.size());
+Account compute(const host::Library& library, Job& job, SimulatedClock& clock, Results& results,
+                bool progress_wanted) {
+    Account account;
+    std::vector<double> made;  // the registers at hand tell it only before the first cycle
+    std::vector<Room> rooms;
+    for (std::size_t i = 0; i < job.station.channels.size(); ++i) {
+        account.calendars.emplace_back(job.station.channels[i].contract_hour);
+        made.push_back(job.made_s(i));
+        rooms.emplace_back(job.station, job.station.channels[i], job.registers[i].reg);
+    }
+    account.summaries.resize(job.station.channels.size());
+    std::vector<double> counted_to = made;
     Progress progress(job.bytes, progress_wanted);
     Measured row;
     job.readings.rewind();
@@ -149,12 +200,66 @@ std::vector<ChannelSummary> compute(const host::Library& library, Job& job, Simu
         progress.at(job.readings.bytes_read());
         if (is_counted(kept, row)) continue;
         clock.set(row.time_s);
-        const Outcome outcome = run_cycle(library, channel, row, kept.reg);
-        kept.last_s = row.time_s;
-        note(summaries[row.channel], row, outcome, job.readings.time_kind());
+        double& from_s = counted_to[row.channel];
+        const Elapsed elapsed{row.time_s - from_s, channel.longest_step_s};
+        const Outcome outcome = run_cycle(library, channel, row, elapsed, kept.reg);
+        rooms[row.channel].add(outcome, kept.reg);
+        const double made_s = made[row.channel];
+        Calendar& calendar = account.calendars[row.channel];
+        calendar.add(from_s, row.time_s, outcome.counted, outcome.accepted == integrator_count(channel.medium));
+        if (outcome.filled != Amounts{})
+            calendar.add(made_s - job.downtime_min * s_per_min, made_s, outcome.filled, false);
+        from_s = kept.last_s.emplace(row.time_s);
+        note(account.summaries[row.channel], row, outcome, elapsed, job.readings.time_kind());
         results.cycle({channel, row, outcome, kept.reg});
     }
-    return summaries;
+    return account;
+}
+
+constexpr int by_signal = 128;
+
+std::string cause(int signal) {
+    if (signal == SIGINT) return "interrupted";
+    return signal == SIGHUP ? "hung up" : "terminated";
+}
+
+void tell(const std::string& what) { std::fprintf(stderr, "kalorfix: %s\n", printable(what).c_str()); }
+
+int nothing_done(int signal) {
+    tell(cause(signal) + " before the first cycle; nothing is written");
+    return by_signal + signal;
+}
+
+// Time of the last reading that the registers hold; empty when they hold none.
+std::string latest(const StationRegisters& registers, TimeKind kind) {
+    std::optional<double> last;
+    for (const ChannelRegisters& one : registers) last = std::max(last, one.last_s);
+    return last ? print_time(kind, *last) : "";
+}
+
+std::string how_to_go_on(int signal, const RunRequest& request, const std::string& until) {
+    std::string text =
+        cause(signal) + (until.empty() ? " before the first reading" : " after the reading of " + until);
+    const std::string& file = request.registers_file.empty() ? request.out : request.registers_file;
+    if (request.registers_file.empty() && request.format == "json")
+        return text + "; there are no registers in JSON to go on from";
+    return text + "; go on with --continue " +
+           (file.empty() ? "and the file of these results" : printable(file));
+}
+
+// The registers may go on in their own file; else what is read is not written.
+void keep_files_apart(const Installation& files, const RunRequest& request, const Station& station) {
+    std::vector<NamedFile> inputs{{"STATION", request.station_file},
+                                  {"READINGS", request.readings},
+                                  {"--lib", files.library},
+                                  {"--gas-data", files.gas_data}};
+    for (const Channel& channel : station.channels)
+        inputs.push_back({"the composition of " + channel.name, channel.gas.composition_file});
+    const NamedFile registers{"--registers", request.registers_file};
+    keep_apart(inputs, {registers});
+    inputs.push_back({"--continue", request.continue_file});
+    keep_apart(inputs, {{"--out", request.out}});
+    keep_apart({}, {{"--out", request.out}, registers});
 }
 
 std::unique_ptr<Results> results_of(const RunRequest& request, const Station& station, TimeKind kind,
@@ -175,8 +280,6 @@ double check_request(const RunRequest& request) {
             "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
-    if (!request.out.empty() && request.out == request.registers_file)
-        throw InputError("--registers ", request.out, ": is the file of --out already");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
     if (!minutes)
         throw InputError("--downtime: expected minutes within ", downtime_min.text(), ", not '",
@@ -184,27 +287,43 @@ double check_request(const RunRequest& request) {
     return *minutes;
 }
 
+void take_longest_step(const RunRequest& request, Station& station) {
+    if (request.longest_step.empty()) return;
+    const std::optional<double> longest_s = number_within(request.longest_step, longest_step);
+    if (!longest_s) throw InputError("--longest-step: ", expected_within(request.longest_step, longest_step));
+    for (Channel& channel : station.channels) channel.longest_step_s = *longest_s;
+}
+
 }  // namespace
 
 int run(const Installation& files, const RunRequest& request, const ResultsMaker& make) {
     const double downtime_min = check_request(request);
+    keep_files_apart(files, request, {});
     watch_signals();
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
-    const Station station = read_station(library, request.station_file);
-    if (files.gas_data.empty() && !make && std::ranges::any_of(station.channels, &Channel::needs_gas_data))
+    Station station = read_station(library, request.station_file);
+    take_longest_step(request, station);
+    const bool needs_gas_data = std::ranges::any_of(station.channels, &Channel::needs_gas_data);
+    if (files.gas_data.empty() && !make && needs_gas_data)
         throw InputError(
             "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
             "file");
+    if (!files.gas_data.empty() && needs_gas_data) gasdat::require_sound(files.gas_data);
+
+    keep_files_apart(files, request, station);
 
     const std::unique_ptr<std::istream> in = open_readings(request.readings, signal_received);
     const int interrupted_copying = signal_received;
+    if (interrupted_copying && (!in || in->peek() == std::istream::traits_type::eof()))
+        return nothing_done(interrupted_copying);
     signal_received = 0;
     Readings readings(station, *in, request.readings);
     const TimeKind kind = readings.time_kind();
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
     check(job);
+    if (signal_received) return nothing_done(signal_received);
     name_stops(station, job.temperatures);
 
     OutputFile out(request.out);
@@ -216,6 +335,7 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     const Session session(&library);
     *library->ProstoyTime = downtime_min;
     set_up_all(library, job, clock);
+    require_room(library, station, job.peaks, kind, downtime_min);
     prime_gas_state(library, station);
 
     const std::unique_ptr<Results> results =
@@ -223,16 +343,26 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     // On a terminal the results themselves show how far the run has come.
     const bool progress_wanted = !request.out.empty() || isatty(STDOUT_FILENO) == 0;
     results->begin();
-    const std::vector<ChannelSummary> summaries = compute(library, job, clock, *results, progress_wanted);
+    const Account account = compute(library, job, clock, *results, progress_wanted);
     const int ended_by = signal_received ? static_cast<int>(signal_received) : interrupted_copying;
-    results->end({job.registers, summaries, ended_by != 0, !register_file});
-    if (register_file) {
-        register_file->write(print_registers(station, job.registers, kind, ""));
-        register_file->finish();
-    }
+    const std::string interrupted = ended_by == 0 ? ""
+                                    : make        ? cause(ended_by)
+                                           : how_to_go_on(ended_by, request, latest(job.registers, kind));
+    require_numbers(station, job.registers);
+    results->end({job.registers, account.summaries, account.calendars, interrupted, !register_file});
+    if (register_file) register_file->write(print_registers(station, job.registers, kind, ""));
+    // Registers that went ahead of lost results could never produce them again.
+    out.complete();
+    if (register_file) register_file->complete();
     out.finish();
-    constexpr int by_signal = 128;
-    return ended_by == 0 ? 0 : by_signal + ended_by;
+    if (register_file) register_file->finish();
+    if (ended_by != 0) {
+        tell(interrupted);
+        return by_signal + ended_by;
+    }
+    const bool nothing = std::ranges::any_of(
+        account.summaries, [](const ChannelSummary& one) { return one.has_readings() && one.computed == 0; });
+    return nothing ? 1 : 0;
 }
 
 }  // namespace station
@@ -250,10 +380,15 @@ Command run_command() {
         "meters q_t_h or q_m3_h; for external flows mass_t_h, volume_m3_h,\n"
         "standard_volume_m3_h, energy_GJ_h, heat_GJ_h. Rows are in the order of time.\n\n"
         "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
-        "amount of each hour and day where it closes. A refused cycle names the step and the\n"
-        "first limit that it broke; its time is passed over.\n\n"
-        "Exit status 0; 2 for bad input, which leaves nothing written; 130 when interrupted:\n"
-        "what was computed is kept, with the registers to go on from.\n\n" +
+        "amount of each hour and day where it closes (3600 s and 86400 s of computed time, else\n"
+        "with their length), those of the calendar at the end with the seconds counted in each,\n"
+        "and the longest step between two readings. A refused cycle names the step and the first\n"
+        "limit that it broke; its time is passed over. An empty cell or nan is a transmitter that\n"
+        "failed: a refused cycle. A station whose day does not fit its registers (10^6 units) is\n"
+        "refused with the exponents that would do.\n\n"
+        "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input or a full\n"
+        "disk, which leaves the old files; 130 when interrupted (129 by SIGHUP, 143 by SIGTERM):\n"
+        "what was computed is kept, with the registers to go on from, and standard error says how.\n\n" +
             station::key_reference(),
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file},
          {"READINGS", "READINGS.csv|-", "measured values: a row a cycle and channel; -\nis standard input",
@@ -267,6 +402,10 @@ Command run_command() {
          {"--continue", "FILE",
           "go on from the registers that a run left, in their\nfile or in its table or CSV",
           &request->continue_file},
+         {"--longest-step", "SECONDS",
+          "longer steps between two readings of a channel are\nnot counted; 0 counts any (default: the key\n"
+          "longest_step_s)",
+          &request->longest_step},
          {"--downtime", "MINUTES",
           "minutes before the first reading in which the\ncontroller was down, filled with the substitute "
           "flows",

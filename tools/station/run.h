@@ -17,13 +17,15 @@ struct RunRequest {
     std::string out{};             ///< results; standard output when empty
     std::string registers_file{};  ///< registers, when they are wanted in a file of their own
     std::string continue_file{};   ///< registers to go on from
+    std::string longest_step{};    ///< seconds; in place of the keys
     std::string downtime = "0";    ///< minutes before the first reading in which the controller was down
 };
 
 using ResultsMaker = std::function<std::unique_ptr<Results>(const Station&, TimeKind, OutputFile&)>;
 
-/// Runs the station; `make` makes the results in place of those of the format. Returns the exit status: 0, or 130 (143) when an
-/// interrupt (a termination) ended it, which keeps what was computed. Throws InputError before anything is written.
+/// Runs the station; `make` makes the results in place of those of the format. Returns the exit status: 0, 1 when a channel with
+/// readings computed nothing, or 128 and the signal (SIGHUP, SIGINT, SIGTERM) that ended it, which keeps what was computed. Results
+/// and registers are both on the disk before either has its name, the registers last. Throws InputError, which leaves the old files.
 [[nodiscard]] int run(const Installation& files, const RunRequest& request, const ResultsMaker& make = {});
 
 }  // namespace kalorfix::tool::station

@@ -59,6 +59,8 @@ std::string gas_constants(const Gas& gas) {
     return text;
 }
 
+std::string_view sum_unit(const Gas& gas) { return gas.volume_fractions ? "" : "mol %"; }
+
 std::string flows(const Channel& c, const Outcome& out) {
     const std::string text = row("mass flow", out.q[0], 4, "t/h") + row("volume flow", out.q[1], 3, "m3/h");
     if (!c.is_gas())
@@ -72,14 +74,18 @@ std::string flows(const Channel& c, const Outcome& out) {
 std::string passed(const Channel& c, const Outcome& out, Step step) {
     const std::string_view state = c.is_gas() ? "computed" : phase_of(out.phase).title;
     const std::array<std::string_view, 4> words{state, "computed", "within the limits of the device",
-                                                is_meter(c.device) ? "taken from the reading" : "solved"};
+                                                is_meter(c.device) ? "taken from the reading"
+                                                : out.at_rest      ? "none: below the cut-off"
+                                                                   : "solved"};
     std::string text = sheet_step(step_name(step), words[static_cast<std::size_t>(step)]);
     for (const Result& one : cycle_results) {
-        if (one.step != step || !has(c, one.whose)) continue;
+        if (one.step != step || !has(c, one.whose) || (out.at_rest && step == Step::flow)) continue;
         const float value = out.*one.value;
         const bool heat = one.value == &Outcome::lower_heat || one.value == &Outcome::higher_heat;
         text += sheet_row(one.label, std::isnan(value) ? "-" : fmt::format(fmt::runtime(one.layout), value),
-                          heat ? c.heat_unit() : one.unit);
+                          heat                         ? c.heat_unit()
+                          : one.value == &Outcome::sum ? sum_unit(c.gas)
+                                                       : one.unit);
     }
     return step == Step::flow ? text + flows(c, out) : text;
 }

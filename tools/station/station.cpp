@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "tools/composition.h"
+#include "tools/composition_sum.h"
 #include "tools/station/instrument_keys.h"
 #include "tools/station/station_keys.h"
 
@@ -39,6 +40,8 @@ void read_pipeline(Keys& keys, Channel& c) {
         c.edge_at_end = keys.choice("edge_radius") == 1;
     }
     if (c.device == configured_coefficient) c.alpha_eps = keys.number("alpha_eps");
+    constexpr float Pa_per_kPa = 1000.0F;
+    if (keys.has("cut_off_kPa")) c.cut_off_Pa = keys.number("cut_off_kPa") * Pa_per_kPa;
 }
 
 void read_composition_file(Keys& keys, const Entry& entry, const std::string& station_file, Gas& gas) {
@@ -46,7 +49,8 @@ void read_composition_file(Keys& keys, const Entry& entry, const std::string& st
     std::error_code failed;
     if (!std::filesystem::is_regular_file(path, failed))
         keys.fail(entry, "there is no composition file ", path.string());
-    const GivenComposition given = read_composition(path.string());
+    gas.composition_file = path.string();
+    const GivenComposition given = read_composition(gas.composition_file);
     gas.volume_fractions = given.volume_fractions;
     std::ranges::transform(given.x, gas.x.begin(), [](double x) { return static_cast<float>(x); });
     if (gas.volume_fractions && gas.method == vnic)
@@ -71,15 +75,33 @@ void read_composition_keys(Keys& keys, const std::string& station_file, Gas& gas
         keys.fail_section("has an empty composition; give the components in mol %");
 }
 
+void judge_composition(Keys& keys, const std::string& station_file, Gas& gas) {
+    const bool from_file = keys.has("composition");
+    const SumRule rule{keys.choice("composition_sum") == 1, keys.choice("normalise") == 1};
+    std::array<double, components.size()> x{};
+    std::ranges::copy(gas.x, x.begin());
+    gas.normalised = rule.normalise;
+    gas.sum_pct = judge_sum(x, gas.volume_fractions, rule,
+                            from_file ? keys.find("composition")->value : station_file + ": " + keys.title(),
+                            "composition_sum = any or normalise = yes insists");
+    if (gas.volume_fractions && gas.method == aga8) warn_of_heats(keys.find("composition")->value);
+    if (rule.normalise)
+        std::ranges::transform(x, gas.x.begin(), [](double one) { return static_cast<float>(one); });
+}
+
 void read_gas(Keys& keys, const std::string& station_file, Gas& gas) {
     gas.method = keys.choice("method");
     if (is_by_density(gas.method)) {
         gas.rho_c = keys.number("rho_c_kg_m3");
         gas.x[nitrogen] = keys.number("nitrogen_pct");
         gas.x[carbon_dioxide] = keys.number("carbon_dioxide_pct");
+        judge_contents(static_cast<double>(gas.x[nitrogen]), static_cast<double>(gas.x[carbon_dioxide]),
+                       station_file + ": " + keys.title());
     } else {
         read_composition_keys(keys, station_file, gas);
+        judge_composition(keys, station_file, gas);
     }
+    if (gas.method == aga8) gas.own_contents = keys.choice("contents") == 0;
     if (gas.method == vnic) {
         gas.heat_unit = static_cast<char>(keys.choice("heat_unit"));
         gas.heat_basis = static_cast<char>(keys.choice("heat_basis_C"));
@@ -119,6 +141,8 @@ Channel read_channel(const std::string& file, const Section& section) {
     read_pipeline(keys, c);
     c.column_height_m = keys.number("column_height_m");
     c.column_density = keys.number("column_density_kg_m3");
+    c.longest_step_s = static_cast<double>(keys.number("longest_step_s"));
+    c.contract_hour = static_cast<int>(keys.number("contract_hour"));
     if (c.is_gas())
         read_gas(keys, file, c.gas);
     else
@@ -131,6 +155,26 @@ Channel read_channel(const std::string& file, const Section& section) {
     if (!is_meter(c.device)) read_instruments(keys, c);
     keys.finish(c.is_gas() ? "with this device and this method" : "with this device and this phase");
     return c;
+}
+
+// The lowest number that no gas channel has leaves the contents for AGA8-92DC.
+void add_contents_channel(Station& station) {
+    const auto by_aga8 = [](const Channel& c) { return c.is_gas() && c.gas.method == aga8; };
+    const auto own = [&](const Channel& c) { return by_aga8(c) && c.gas.own_contents; };
+    const auto as_left = [&](const Channel& c) { return by_aga8(c) && !c.gas.own_contents; };
+    const auto first = std::ranges::find_if(station.channels, own);
+    if (first == station.channels.end()) return;
+    if (const auto other = std::ranges::find_if(station.channels, as_left); other != station.channels.end())
+        throw InputError(station.file, ": [", other->name,
+                         "] contents: as_left holds for all channels by aga8, and ", first->name, " has own");
+    std::vector<bool> taken(highest_channel + 1);
+    for (const Channel& c : station.channels)
+        if (c.is_gas()) taken[static_cast<std::size_t>(c.number)] = true;
+    const auto free = std::find(taken.begin() + 1, taken.end(), false);
+    if (free == taken.end())
+        throw InputError(station.file, ": contents: own needs a gas channel that is not in use; give as_left");
+    for (Channel& c : station.channels)
+        if (own(c)) c.contents_channel = static_cast<int>(free - taken.begin());
 }
 
 }  // namespace
@@ -149,6 +193,7 @@ Station read_station(const host::Library& library, const std::string& file) {
         station.channels.push_back(read_channel(file, section));
     if (station.channels.empty())
         throw InputError(file, ": holds no channel; a section [GAS 1] or [HEAT 1] describes one");
+    add_contents_channel(station);
     return station;
 }
 

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,11 +38,15 @@ struct Integrator {
 
 struct Gas {
     short method = 0;
+    std::string composition_file;  ///< empty where the composition stands in keys
     bool volume_fractions = false;
     std::array<float, 15> x{};
+    double sum_pct = 0.0;  ///< of the composition as given
+    bool normalised = false;
     float rho_c = 0.0F;
-    char heat_unit = 0;   ///< 0 kJ, 1 kcal; VNIC SMV only
-    char heat_basis = 1;  ///< volume at 0: 0 degC, 1: 20 degC; VNIC SMV only
+    bool own_contents = true;  ///< AGA8-92DC: viscosity and exponent with them, or with those that were left
+    char heat_unit = 0;        ///< 0 kJ, 1 kcal; VNIC SMV only
+    char heat_basis = 1;       ///< volume at 0: 0 degC, 1: 20 degC; VNIC SMV only
     bool by_higher_heat = false;
     float vapour = 0.0F;  ///< kg/m3
 };
@@ -64,6 +69,10 @@ struct Channel {
     bool edge_at_end = false;
     float interval_years = 0, alpha_eps = 0;
     float column_height_m = 0, column_density = 0;
+    float cut_off_Pa = -std::numeric_limits<float>::infinity();  ///< a lower differential pressure is no flow
+    double longest_step_s = 0;  ///< between two readings, that counts; 0 for any
+    int contract_hour = 0;      ///< at which a day of the calendar begins
+    int contents_channel = 0;   ///< spare channel that leaves the contents for AGA8-92DC; 0 for none
     Gas gas{};
     HeatCarrier heat{};
     std::array<Accounting, most_integrators> accounting{};

@@ -37,6 +37,10 @@ std::vector<Key> pipeline_keys() {
         {"alpha_eps", "configured_coefficient: its flow coefficient", {0, 100, ""}},
         {"column_height_m", "liquid column between tap and transmitter", {-1000, 1000, "m"}, 0.0F},
         {"column_density_kg_m3", "of this column", {0, 20000, "kg/m3"}, 0.0F},
+        {"cut_off_kPa", "a lower differential pressure is no flow; its time counts", {0, 1000, "kPa"}},
+        {"longest_step_s", "longer steps between two readings are not counted; 0 counts any", longest_step,
+         0.0F},
+        {"contract_hour", "at which a day of the calendar begins", {0, 23, ""}, 0.0F, {}, true},
     };
 }
 
@@ -52,6 +56,13 @@ std::vector<Key> gas_keys() {
     for (std::size_t i = 0; i < components.size(); ++i)
         keys.push_back({component_key(i), "aga8, vnic", percent, 0.0F});
     const std::vector<Key> rest{
+        {"composition_sum", "aga8, vnic: outside 99..101 % refused, or any", {}, 0.0F, {"100", "any"}},
+        {"normalise", "aga8, vnic: scale the composition to 100 %", {}, 0.0F, {"no", "yes"}},
+        {"contents",
+         "aga8: nitrogen and carbon dioxide behind viscosity and exponent",
+         {},
+         0.0F,
+         {"own", "as_left"}},
         {"vapour_kg_m3", "water vapour in the working cubic metre", {0, 1000, "kg/m3"}, 0.0F},
         {"energy_by", "heat of combustion behind the energy", {}, 0.0F, {"lower_heat", "higher_heat"}},
         {"heat_unit", "vnic: heats of combustion", {}, 0.0F, {"kJ", "kcal"}},

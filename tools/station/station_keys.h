@@ -47,6 +47,9 @@ struct Key {
 [[nodiscard]] std::string substitute_key(const Integrator& one);
 [[nodiscard]] std::string exponent_key(const Integrator& one);
 
+/// What longest_step_s and --longest-step accept.
+inline constexpr Limits longest_step{0.0, 1e8, "s"};
+
 /// The reference of all keys, in lines for a person.
 [[nodiscard]] std::string key_reference();
 
@@ -56,6 +59,7 @@ public:
     Keys(const std::string& file, const Section& section, Medium medium);
 
     [[nodiscard]] bool has(std::string_view key) const;
+    [[nodiscard]] std::string title() const { return section_.title(); }
     /// The text of a key; null when it is not given.
     const Entry* find(std::string_view key);
 

@@ -1,9 +1,18 @@
-// Properties of a gas of known composition from the state that VNIC SMV has left: viscosity, isentropic exponent.
+// Viscosity and isentropic exponent of a gas: by density, nitrogen and carbon dioxide, or of known composition from the state that
+// VNIC SMV has left.
 #pragma once
 
+#include "gas/by_density.h"
 #include "gas/vnic_smv.h"
 
 namespace kalorfix::gas {
+
+/// Dynamic viscosity, uPa s, at T (K) and p (MPa). GOST 30319.1-96. No limits of its own; near the pseudo-critical
+/// temperature, far below the working range, it grows without bound.
+[[nodiscard]] double viscosity(double T_K, double p_MPa, const DensityGas& gas);
+
+/// Isentropic exponent at T (K) and p (MPa). GOST 30319.1-96.
+[[nodiscard]] double isentropic_exponent(double T_K, double p_MPa, const DensityGas& gas);
 
 struct ReducedState {
     float temperature;           ///< T / pseudo-critical temperature

@@ -1,10 +1,29 @@
-// Compressibility by GERG-91 mod.: a virial equation in density, nitrogen and carbon dioxide.
+// A natural gas known by its density at standard conditions, nitrogen and carbon dioxide, and its compressibility: NX19 mod., a
+// closed form, and GERG-91 mod., a virial equation.
 #pragma once
 
 #include "gas/cube_root.h"
-#include "gas/density_gas.h"
 
 namespace kalorfix::gas {
+
+struct DensityGas {
+    double rho_c;  ///< density at standard conditions, kg/m3
+    double xa;     ///< nitrogen, mole fraction
+    double xy;     ///< carbon dioxide, mole fraction
+};
+
+/// Pseudo-critical temperature (K) and pressure (MPa). GOST 30319.2-96, NX19 mod.; the viscosity of GOST 30319.1-96 uses
+/// the same.
+[[nodiscard]] inline double pseudo_critical_temperature(const DensityGas& gas) {
+    return 88.25 * (0.9915 + 1.759 * gas.rho_c - gas.xy - 1.681 * gas.xa);
+}
+[[nodiscard]] inline double pseudo_critical_pressure(const DensityGas& gas) {
+    return 2.9585 * (1.608 - 0.05994 * gas.rho_c + gas.xy - 0.392 * gas.xa);
+}
+
+/// Compressibility coefficient K = Z/Zc at T (K) and p (MPa, absolute). GOST 30319.2-96, NX19 mod. Meant for 250..340 K,
+/// up to 12 MPa, 0.66..1 kg/m3, up to 15 % nitrogen and carbon dioxide; beyond, a number without warranty or NaN.
+[[nodiscard]] double nx19(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind);
 
 /// Second (m3/kmol) and third (m6/kmol2) virial coefficient of a mixture.
 struct Virial {

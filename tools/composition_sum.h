@@ -1,0 +1,28 @@
+// The sum of a composition: the library computes with the shares as they are given, whatever they sum to.
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace kalorfix::tool {
+
+/// What a person insists on.
+struct SumRule {
+    bool any = false;        ///< whatever the sum is
+    bool normalise = false;  ///< scaled to 100 %
+};
+
+/// Judges mole per cent (or volume fractions, 0..1) of the 15 components and scales them if asked to. Outside 99.99..100.01 %
+/// it writes a warning to standard error. Throws InputError, `where` before it, for a sum outside 99..101 % on which nobody
+/// insists, and for nitrogen and carbon dioxide above 100 % together; `how` tells how to insist. Returns
+/// the sum as it was given, per cent.
+double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule,
+                 const std::string& where, const std::string& how);
+
+/// The last of these for a gas by density. Throws InputError.
+void judge_contents(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where);
+
+/// Tells on standard error that a composition in volume fractions gives wrong heats of combustion by AGA8-92DC.
+void warn_of_heats(const std::string& where);
+
+}  // namespace kalorfix::tool
