@@ -6,7 +6,7 @@
 #include <sstream>
 
 #include "flow/device.h"
-#include "flow/material.h"
+#include "flow/geometry.h"
 #include "gas/composition.h"
 #include "tools/calc_sheet.h"
 #include "tools/cases/procedures.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "flow/device.h"
-#include "flow/material.h"
+#include "flow/geometry.h"
 #include "tools/names.h"
 #include "tools/text.h"
 
