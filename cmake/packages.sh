@@ -32,11 +32,14 @@ need_test_packages() {
         python3-pandas python3-distributed mypy
 }
 
-# Usage: need_arm_packages: the cross compiler and the emulator, and for tool and tests the packages of the target, in
-# build/root/armhf, where the toolchain looks for them.
-need_arm_packages() {
-    need_packages g++-arm-linux-gnueabihf qemu-user apt
-    sh cmake/debian_root.sh armhf build/root/armhf \
+# Usage: need_cross_packages armhf|arm64: the cross compiler and the emulator, and for tool and tests the packages of the
+# target, in build/root/ARCHITECTURE, where the toolchain looks for them.
+need_cross_packages() {
+    case $1 in
+        armhf) need_packages g++-arm-linux-gnueabihf qemu-user apt ;;
+        arm64) need_packages g++-aarch64-linux-gnu qemu-user apt ;;
+    esac
+    sh cmake/debian_root.sh "$1" "build/root/$1" \
         libcli11-dev libfmt-dev libfmt9 libssl-dev libssl3 libmd4c-dev libmd4c-html0-dev libmd4c-html0 libmd4c0 \
         libgtest-dev libc6 libgcc-s1 libstdc++6
 }

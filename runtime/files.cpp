@@ -6,6 +6,8 @@
 // version. They know the classic struct, not the one with 64-bit offsets and times of a 32-bit machine.
 #if defined(__GLIBC__) && defined(__x86_64__)
 #define KALORFIX_STAT_VERSION 1
+#elif defined(__GLIBC__) && defined(__aarch64__)
+#define KALORFIX_STAT_VERSION 0
 #elif defined(__GLIBC__) && defined(__arm__) && !defined(__USE_FILE_OFFSET64)
 #define KALORFIX_STAT_VERSION 3
 #endif

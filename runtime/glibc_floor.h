@@ -10,6 +10,8 @@
 #define KALORFIX_FIRST_GLIBC "GLIBC_2.2.5"
 #elif defined(__GLIBC__) && defined(__arm__)
 #define KALORFIX_FIRST_GLIBC "GLIBC_2.4"
+#elif defined(__GLIBC__) && defined(__aarch64__)
+#define KALORFIX_FIRST_GLIBC "GLIBC_2.17"
 #endif
 
 #ifdef KALORFIX_FIRST_GLIBC

@@ -49,6 +49,7 @@ newest=$(sed 's/.*@GLIBC_//' "$work/needed" | sort -V | tail -n 1)
 case $("$readelf" -h "$library") in
 *X86-64*) bound=2.14 ;;
 *ARM*) bound=2.4 ;;
+*AArch64*) bound=2.17 ;;
 *) bound=2.29 ;;
 esac
 if [ "$(printf '%s\n' "$newest" "$bound" | sort -V | tail -n 1)" != "$bound" ]; then

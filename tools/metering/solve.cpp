@@ -156,6 +156,7 @@ void solve_flow(const host::Library& library, const Question& q, Answer& answer)
 Answer solve(const host::Library& library, const Point& point, const Question& q, bool with_range) {
     Answer answer;
     answer.point = point;
+    if (q.unknown != Unknown::dp) answer.dp_Pa = q.dp_Pa;
     answer.medium = properties_at(library, point, q.t_C, q.p_Pa);
     answer.why = answer.medium.refused;
     if (!answer.why.empty()) return answer;

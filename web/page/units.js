@@ -1,0 +1,35 @@
+// Units: the table comes from the calculation; a number is kept as it was typed, with its unit.
+let offers = null;
+
+const unitOf = (dimension, word) => offers.units[dimension].find(unit => unit.word === word);
+const toBase = (number, unit) => unit.factor * number + unit.offset;
+const fromBase = (number, unit) => (number - unit.offset) / unit.factor;
+
+/** A number as people type it: decimal comma, blanks between groups. NaN for what is none. */
+function typed(text) {
+  const plain = text.replace(/[\s\u00a0\u202f]/g, '').replace(',', '.');
+  return /^[-+]?(\d+\.?\d*|\.\d+)(e[-+]?\d+)?$/i.test(plain) ? Number(plain) : NaN;
+}
+
+/** Decimal comma in Russian. */
+const written = text => language === 'ru' ? text.replace('.', ',') : text;
+const digits = (number, count = 7) =>
+  number === null || number === undefined ? '–' : written(String(Number(number.toPrecision(count))));
+
+// What the sheet prints in, and the units to choose from instead.
+const dimensions = {
+  mm: 'length', MPa: 'pressure', kPa: 'pressure', Pa: 'pressure', degC: 'temperature', 'uPa s': 'viscosity',
+  'kg/m3': 'density', 't/h': 'flow', 'm3/h': 'flow', 'GJ/h': 'flow',
+};
+function choices(unit, label) {
+  const dimension = dimensions[unit];
+  if (!dimension) return null;
+  const word = unit === 'uPa s' ? 'uPas' : unit === 'degC' ? 'C' : unit === 'm3/h' && /standard/.test(label) ? 'm3/h-std' : unit;
+  const own = unitOf(dimension, word);
+  const seen = new Set();
+  const all = offers.units[dimension].filter(one => (dimension !== 'flow' || one.kind === own.kind) && !/^deg/.test(one.word));
+  return {own, all: all.filter(one => !seen.has(one.word) && seen.add(one.word))};
+}
+
+/** A unit's word as it is shown. */
+const unitText = word => t({C: 'degC', uPas: 'uPa s', mPas: 'mPa s', Pas: 'Pa s'}[word] ?? word.replace('-std', ''));
