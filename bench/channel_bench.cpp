@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One flow solution for each family of devices, and a whole heat-carrier cycle through the exports.
 #include <benchmark/benchmark.h>
 

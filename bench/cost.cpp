@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs one step of a measuring cycle a number of times, and nothing else, so that its instructions can be counted:
 //     kalorfix_cost LIBRARY GAS_DATA STEP ROUNDS        or, for the names of the steps,        kalorfix_cost
 // STEP may be "all".

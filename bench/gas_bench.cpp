@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The compressibility methods and what goes with them, on a composition that is new each time, and a whole gas cycle through
 // the exports. The gas data file comes from the environment variable KALORFIX_GAS_DAT or stands beside the benchmark's build.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bench/if97.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // IAPWS-IF97 as programs commonly evaluate it: liquid water and steam, the properties that t_param_1 returns but the viscosity.
 // A yardstick only. Coefficients: IAPWS R7-97(2012), tables 2, 10 and 11.
 #pragma once

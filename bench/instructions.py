@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Counts the instructions of each step of a measuring cycle, now and with an earlier library, and prints a table.
 
     bench/instructions.py build/release                      x86-64, by callgrind

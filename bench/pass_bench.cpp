@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One pass over many channels of mixed kinds through the exports, the first touch of all channels, and the life of the library
 // in a process: load, Init, Done, unload.
 #include <benchmark/benchmark.h>

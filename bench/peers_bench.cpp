@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // kalorfix.so beside other libraries that compute the same published equations, in one process and one run: t_param_1 beside
 // SEUIF97 (IAPWS-IF97), PF3_3 beside NIST's AGA8 "Detail". Their sources are not part of this project; CMake is told where
 // checkouts of them lie (KALORFIX_SEUIF97, KALORFIX_AGA8), and leaves out what it is not told.

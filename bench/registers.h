@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a host keeps of the totals of a channel from one cycle to the next.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // t_param_1 beside the sums that it cannot do without.
 //
 // For each state: the routine itself; `bare_sums`, the strength-reduced residual sums that its Newton steps and its

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the library's routines are measured against: the same sums, bare, and evaluated with the general power function.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # How every target of the project is compiled.
 add_library(kalorfix_options INTERFACE)
 target_compile_features(kalorfix_options INTERFACE cxx_std_20 c_std_99)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What an installation holds, by component: runtime (library, gas data), tool, dev (headers, CMake and pkg-config files).
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # kalorfix.so. The objects are a target of their own, so that tests and benchmarks reach what the library hides.
 execute_process(
   COMMAND "${CMAKE_CXX_COMPILER}" -dumpmachine

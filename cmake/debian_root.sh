@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Unpacks Debian packages of another architecture into a directory, for cross builds and the emulator; what they depend on
 # must be named too. The machine's own package database is left alone. DEBIAN holds what dpkg-shlibdeps -S wants to know.
 # Usage: debian_root.sh ARCHITECTURE DIRECTORY PACKAGE...

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by ./demo, ./check, ./package and .ci/run: installs the Debian packages that are missing, and lets builds use
 # all processors.
 # Usage: need_packages NAME...

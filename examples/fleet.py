@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Recomputes the hourly archives of a fleet of stations on a cluster, Dask distributed (Debian: python3-distributed).
 
     fleet.py make FLEET --stations 20 --hours 8760          a made-up fleet

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A natural-gas channel by composition (AGA8-92DC) as a host runs it: directories set, the library loaded and initialised,
  * pipeline constants once, then the steps of a cycle.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The host's side of a gas channel and a steam channel: library loaded, start, cycles with totals and intervals, registers
  * that outlive a restart, a stamp for the downtime, orderly end.
  *

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Writes readings for examples/station.ini to standard output.
 
     make_readings.py [HOURS [SECONDS_BETWEEN_CYCLES]] > readings_day.csv

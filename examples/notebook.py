@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """kalorfix in Python, in cells that a notebook or a plain interpreter runs from top to bottom.
 
     PYTHONPATH=python python3 examples/notebook.py      in a source tree that is built

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* One steam channel as a host runs it: the library loaded, constants once, then state, properties, geometry and flow in each
  * cycle.
  *

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "flow/amounts.h"
 
 #include "runtime/units.h"

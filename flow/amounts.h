@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From a solved mass flow, or the reading of a meter, to the flows that are handed out and totalled.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // m is the blockage of a bar of width d across a pipe D, 4 d/(pi D); alpha the flow coefficient, epsilon the expansibility.
 #include <array>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The devices that a metering point may have, with their limits of use: one row a device.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The discharge coefficient of any standard device, and that of the classical Venturi tubes.
 #include "flow/discharge.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Discharge coefficient and roughness correction of the standard devices at a given Reynolds number.
 //
 // Notation: D pipe and d device diameter, beta = d/D, Re Reynolds number of the pipe, C discharge coefficient, K_sh correction for

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Expansibility of the medium in a standard device.
 #include "flow/flow_rate.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The iteration of the flow equation, apart from what is iterated.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "flow/flow_rate.h"
 
 #include "flow/fixed_point.h"

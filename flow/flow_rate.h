@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The mass flow at a device: what is measured there, and the solution of its flow equation.
 #pragma once
 

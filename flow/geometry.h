@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pipe and device at the working temperature.
 #pragma once
 

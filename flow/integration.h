@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Running totals and intervals: the arithmetic, without objects and clocks.
 #pragma once
 

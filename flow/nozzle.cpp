@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // ISA 1932 nozzle, long-radius nozzle and Venturi nozzle.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Nozzles 4 and 6: largest 10^4 R_a/D of a smooth pipe by the diameter ratio, ascending. Dimensionless.
 // GOST 8.586.3-2005, 5.1.6.1 and 5.3.4.1.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Orifice plates with corner, D and D/2, and flange tappings.
 #include <cmath>
 #include <numbers>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Orifice plates: the cubics from which the largest roughness of a smooth pipe follows, 10^4 R_a/D = A b^B + C with b the diameter
 // ratio; c0..c3 of c0 + c1 L + c2 L^2 + c3 L^3, L = lg Re. GOST 8.586.2-2005, 5.3.1.
 #pragma once

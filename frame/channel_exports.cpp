@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exported channel functions: each runs a member of the calculator of its channel.
 #include <functional>
 

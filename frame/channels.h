@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registries, one calculator for each channel number and medium, and what all channel functions have in common.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A calculator that a C++ host has made with its `new` and deletes: the destructor that also deletes stands in the library, the
 // memory is the host's. The linker leads every operator delete of the library here (--wrap).
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Start and end of the library: settings, gas data, downtime.
 #include "frame/lifecycle.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The steps of Init and Done.
 #pragma once
 

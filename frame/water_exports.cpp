@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Exported functions of water and steam.
 #include "kalorfix.h"
 #include "props/water/iapws95_tables.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gas/aga8.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gas/aga8_constants.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // AGA8-92DC: what the tables alone determine, made once for a set of tables: constants of the pairs of components with their
 // powers, and the exponents of the terms taken apart.
 #pragma once

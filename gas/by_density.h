@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A natural gas known by its density at standard conditions, nitrogen and carbon dioxide, and its compressibility: NX19 mod., a
 // closed form, and GERG-91 mod., a virial equation.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The composition of a natural gas and what follows from it alone.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two cube roots of the density methods.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Notation of GOST 30319.2-96: xe, xa, xy mole fractions of the equivalent hydrocarbon (1), nitrogen (2) and carbon dioxide (3); H
 // the parameter of the hydrocarbon, from its molar mass; Bm and Cm second and third virial coefficient of the mixture, here `second`
 // (m3/kmol) and `third` (m6/kmol2); B0 = b Bm, C0 = b^2 Cm with b = 1000 p/(2.7715 T); A0, A1, A2 of the closed form.

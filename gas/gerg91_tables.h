@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // GERG-91 mod., GOST 30319.2-96: polynomials c0 + c1 T + c2 T^2 of the virial coefficients, T in K. Second coefficients in
 // m3/kmol, third in m6/kmol2. H is the parameter of the equivalent hydrocarbon.
 #pragma once

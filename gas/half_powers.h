@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Powers whose exponents are whole or half numbers, as those of the equations of state are, without the general power
 // function.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The molar density of a gas at a given pressure, by any equation of state.
 //
 // An isotherm is taken in reduced terms: y = x Z(x), proportional to the pressure, over a reduced density x; for a vanishing

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Notation of GOST 30319.2-96: rho_c density at standard conditions, xa and xy mole fractions of nitrogen and carbon dioxide, Tpk
 // and Ppk pseudo-critical temperature and pressure, Ta and pa adjusted temperature and pressure, dT = Ta - 1.09, B the correction
 // of the cubic, m, n, B0, B1, B2 its coefficients, Fz the correction of Z. Temperatures in K, pressures in MPa.

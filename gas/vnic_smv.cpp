@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gas/vnic_smv.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // VNIC SMV: the 8-component mixture and the equation of state Z = 1 + sum c_kl w^k / t^l in reduced density w and reduced
 // temperature t. GOST 30319.2-96.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* kalorfix.so: flow of natural gas, water and steam by differential pressure, and the properties behind it.
  *
  * This header is plain C. What is exported with C++ names stands in headers of its own: the calculator classes in

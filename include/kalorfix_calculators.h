@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The calculator classes of kalorfix.so, exported with C++ names.
  *
  * One object is one measuring channel: a pipeline with its differential-pressure device (or flow meter) and

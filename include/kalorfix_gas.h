@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The module state of the gas methods: the tables of the gas data file and the working values.
  *
  * One copy for the process, shared by all gas channels. The names are those that hosts know, some of a single letter:

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Services of the controller's runtime, exported with C++ names: tick clock, directories, INI files. */
 #ifndef KALORFIX_RUNTIME_H
 #define KALORFIX_RUNTIME_H

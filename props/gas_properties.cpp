@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/gas_properties.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Viscosity and isentropic exponent of a gas: by density, nitrogen and carbon dioxide, or of known composition from the state that
 // VNIC SMV has left.
 #pragma once

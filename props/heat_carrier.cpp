@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/heat_carrier.h"
 
 #include "props/water/saturation.h"

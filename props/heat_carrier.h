@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // State, phase and properties of a heat carrier: water, superheated or wet steam.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/heat_of_combustion.h"
 
 #include "props/heat_of_combustion_tables.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Heats of combustion of a gas.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Heats of combustion of the components, GOST 30319.1-96. Rows: kJ/m3 at 0 degC, kcal/m3 at
 // 0 degC, kJ/m3 at 20 degC, kcal/m3 at 20 degC. Both pentanes carry one value; carbon monoxide, the last, burns to no water.
 #pragma once

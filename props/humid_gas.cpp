@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/humid_gas.h"
 
 #include "props/water/saturation.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Density of a gas that carries water vapour.
 #pragma once
 

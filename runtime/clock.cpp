@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tick clock: a counter that setting the wall clock does not move.
 #include "runtime/clock.h"
 

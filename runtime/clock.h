@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The tick clock, for the library itself.
 #pragma once
 

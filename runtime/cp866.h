@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Messages in code page 866, written in the source as UTF-8 text.
 #pragma once
 

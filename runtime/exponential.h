@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exponential function as the sums of the equations of state need it: several at a time, without a special case.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "runtime/files.h"
 
 #include <sys/stat.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Opening files that people and other programs leave about.
 #pragma once
 

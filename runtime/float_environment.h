@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps the host's floating-point settings away from the calculation.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps kalorfix.so loadable where the C library is older than the one it was built with. Included by the build ahead of
 // every file of the library.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // IniFile: the object, its section index and the searches.
 #include <array>
 #include <cstdlib>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the reader of INI files asks of single characters, and the text that it gathers of them.
 #pragma once
 

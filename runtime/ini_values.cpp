@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // IniFile: the value getters and the lists of channel numbers.
 #include <locale.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How a step of a calculator ends: in `valid`, which is also its status.
 #pragma once
 

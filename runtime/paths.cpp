@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The runtime's directories.
 #include <array>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Conversions between the units of the host and those of the formulas, each said once.
 #pragma once
 

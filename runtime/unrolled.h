@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loops written out by the compiler, and two numbers at once.
 #pragma once
 

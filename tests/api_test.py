@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Judges docs/api.md against the headers and the export list, and compiles its examples and that of kalorfix.3.
 
 api_test.py SOURCE --cc CC --cxx CXX --cxxfilt CXXFILT: every declared function and variable stands in the document with

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Channel functions, members and plain functions: what they refuse and what is then left, what they hand on, and the ends of ranges.
 #include <gtest/gtest.h>
 

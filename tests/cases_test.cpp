@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every text case against the built library.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Sourced by the scripts that test the tool: a directory to work in, failures, runs of "$tool", tables of cases.
 tests=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)

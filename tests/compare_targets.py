@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Compares what two builds of the tool compute, number by number: compare_targets.py TOOL OTHER_TOOL EXAMPLES [--exact]
 
 The exit status is 1 where they differ. Every value of the case files, a day of a station of four channels, and maps of all gas methods and of water are computed by

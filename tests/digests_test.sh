@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The numbers that nobody computes: the gas data file and the printed tables, each against its digest in tests/tables.
 # digests_test.sh SOURCE_DIRECTORY GAS_DATA. Comments and white space do not count. A change on purpose is a new digest there.
 set -u

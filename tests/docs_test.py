@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The documents hold together: a Russian version NAME.ru.md has the code blocks of NAME.md byte for byte in the same order
 and headings of the same levels; the two name each other; relative links lead to files and headings that exist; a code
 block that names a file behind its language ("```c examples/x.c") stands so in that file.

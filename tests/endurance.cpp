@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All channels of both media, and a month of cycles on some of them, under a clock that wraps on the way. Totals and intervals
 // are compared with an independent integral of the flows; memory and open files stay as they were.
 //   endurance LIBRARY GAS_DATA [DAYS STEP_S [PAGES]]      PAGES: permitted growth of the resident memory

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Compares what the library exports with the list, and what it needs with libc and libm of the stated age.
 set -eu
 nm=$1 library=$2 list=$3 readelf=$4 compiler=$5

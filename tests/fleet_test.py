@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """A fleet on two workers, one of which is killed, against one process; a second run and changed archives.
 
 Usage: fleet_test.py PROJECT_DIRECTORY LIBRARY; exit status 77 without pandas and Dask distributed.

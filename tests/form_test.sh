@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Audit of an archive, protocol of a device, and what stands on the pages: form_test.sh TOOL EXAMPLES CHECK
 set -u
 tool=$1 examples=$2 check=$3

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The equations of state of gas against a second derivation.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gas module: the data file and its loader, tables that are missing, damaged or a site's own, and what the routines hand on
 // by the module state.
 #include <gtest/gtest.h>

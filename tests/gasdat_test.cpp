@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gas data file from readable tables and back, and the judgement on it.
 #include <gtest/gtest.h>
 #include <unistd.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The public header in a C program that is linked against the library. */
 #include "kalorfix.h"
 

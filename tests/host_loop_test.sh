@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # A host's loop run and restarted: registers go on where they stood, the downtime is filled in once, refusals keep what there
 # is, damaged registers are not taken for zeros.
 # Usage: host_loop_test.sh PROGRAM LIBRARY SYSTEM_DIRECTORY

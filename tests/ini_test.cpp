@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // IniFile: what it reads as a table of text, tests/tables/ini.txt; how it is opened and closed.
 #include <gtest/gtest.h>
 #include <unistd.h>

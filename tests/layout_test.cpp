@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The objects as other programs see them: places of the fields, virtual slots, results of the members.
 #include <gtest/gtest.h>
 

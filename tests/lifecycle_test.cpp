@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Init and Done of the built library on files of every kind.
 #include <fenv.h>
 #include <gtest/gtest.h>

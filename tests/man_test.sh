@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The manual pages: clean roff, every command and option of the tool, every plain function of the library.
 # man_test.sh SOURCE [TOOL]
 set -u

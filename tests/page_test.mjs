@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The browser page in headless Chromium: page_test.mjs PAGE_FILE DIRECTORY_FOR_SCREENSHOTS
 import {strict as assert} from 'node:assert';
 import {createRequire} from 'node:module';

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """The Python module against the tool, the text cases and its own promises.
 
 Usage: python_test.py PROJECT_DIRECTORY TOOL LIBRARY

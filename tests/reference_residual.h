@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The residual part of IAPWS-95 once more, as printed: term by term, with the general power function, and its
 // derivatives by carrying them through every operation. Slow and plain; nothing is collapsed or differenced.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Judges what the tool writes: report_check.py html FILE | russian FILE | svg FILE | csv FILE CASES | rows FILE COLUMN VALUE COUNT.
 
 html: tags nest, ids are there for every link, nothing comes from outside. svg: well-formed, no coordinate is nan.

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Holds the arrows of docs/architecture.md: tests/rooms_test.sh SOURCE_DIRECTORY
 # A room may include the rooms behind it, itself, and the system; a pure room knows neither edge nor exported names.
 cd "$1" || exit 1

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Registry, files and clock beneath the exports.
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Station runs: totals against sums, split runs, units, refusals in words, bad input, interruption, formats.
 set -u
 tool=$1

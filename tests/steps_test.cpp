@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The largest number of iteration steps that any input costs, as docs/accuracy.md states them, found by a search at random, then
 // uphill from the slowest input. Steps are counted, not seconds: a slow machine changes nothing.
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The command-line tool as a person meets it: good input, bad input, exit statuses:
 # tool_test.sh TOOL BUILD_DIRECTORY
 set -u

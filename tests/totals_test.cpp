@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Totals and intervals under a clock that the test turns.
 #include <gtest/gtest.h>
 #include <sys/times.h>

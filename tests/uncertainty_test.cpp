@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The combined uncertainty beside a Monte Carlo over the library with the same inputs, and how amounts add.
 #include "tools/metering/uncertainty.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loading and unloading.
 #include <dlfcn.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The verification report and the drawings: verify_test.sh TOOL BUILD_DIRECTORY CASES CHECK
 set -u
 tool=$1 cases=$3 check=$4

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Water and steam: the Helmholtz kernel against the release's printed tables and against the printed sum, the density as the right
 // root over the whole accepted range, viscosity and saturation where the smallest contributions weigh.
 #include <gtest/gtest.h>

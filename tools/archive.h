@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The archive of a device: rows of readings with the device's own amounts and the spread of its differential pressure beside them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kalorfix audit`: the archive of a device recomputed from its own means.
 #include "tools/metering/audit.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kalorfix calc`: one reading, solved for what is missing of it.
 #include <fmt/format.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/calc_sheet.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What `calc` found, as a sheet for a person, as CSV and as JSON lines: one list of values serves all three.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cells of a line of CSV, in place: parted by commas, or by semicolons or tabs with decimal commas; quoted or not.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kalorfix check`: is a station set up right, and within which limits.
 #include <fmt/format.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The word that somebody who mistyped another one probably meant.
 #pragma once
 

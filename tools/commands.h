@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The commands of the tool, described without the parser, which the main file alone includes.
 #pragma once
 

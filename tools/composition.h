@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The composition of a gas as a person writes it down.
 #pragma once
 

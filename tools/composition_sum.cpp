@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/composition_sum.h"
 
 #include <fmt/format.h>

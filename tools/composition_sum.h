@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sum of a composition: the library computes with the shares as they are given, whatever they sum to.
 #pragma once
 

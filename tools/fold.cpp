@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/fold.h"
 
 #include <sys/ioctl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines that are too long for a terminal, in several.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library as a host sees it: opened with dlopen, called through its exported symbols.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/html.h"
 
 #include <fmt/format.h>

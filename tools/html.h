@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pages for screen and paper: text escaped, tables, the frame of a page. Everything that is written as HTML goes through here.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/identity.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What identifies a library: for the id command and the report.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command-line tool: it opens kalorfix.so as a host does.
 #include <fmt/format.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Devices, methods, components and phases by name: words in station and case files, titles on sheets and in reports.
 #pragma once
 

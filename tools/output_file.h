@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file that appears when it is whole.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/point_options.h"
 
 #include <fmt/format.h>

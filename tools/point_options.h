@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A metering point on the command line: the section of a station, or the same keys as options with units.
 #pragma once
 

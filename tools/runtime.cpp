@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/runtime.h"
 
 #include <cstdint>

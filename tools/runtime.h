@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The directories that a controller's runtime gives the library, in a temporary place of this program's own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/separate_files.h"
 
 #include <sys/stat.h>

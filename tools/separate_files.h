@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a command reads and what it writes are different files.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A clock that the tool turns, for runs that take their time from readings.
 #pragma once
 

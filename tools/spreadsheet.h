@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Tables as spreadsheets write them: cells parted by commas, semicolons or tabs, quoted or not, numbers with a decimal point or a
 // decimal comma. A number that can be read in two ways is never read in one of them without a proof.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/states.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the property commands share: a grid of temperatures and pressures, and its quantities as curves.
 #pragma once
 

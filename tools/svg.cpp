@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/svg.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Axes, ticks and curves as SVG, for the property tables and the report.
 #pragma once
 

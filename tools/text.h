@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text as people write it: numbers, cells, and the lines of a file with their place for messages.
 #pragma once
 

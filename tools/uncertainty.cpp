@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kalorfix uncertainty`: how far the flows and amounts of a station can be trusted, over a file of readings.
 #include <fmt/format.h>
 

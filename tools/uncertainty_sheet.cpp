@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/uncertainty_sheet.h"
 
 #include <fmt/format.h>

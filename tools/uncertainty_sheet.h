@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An uncertainty budget as a sheet for a person, as CSV and as JSON lines, and drawn over the flow.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/units.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Units of measured values, each with its factor once; names of columns are made of them.
 #pragma once
 

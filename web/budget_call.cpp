@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The budget of uncertainty of a reading, for the page.
 #include <emscripten.h>
 

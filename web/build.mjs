@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes the page of its parts: build.mjs WASM_JS RELEASE_DIRECTORY PAGE_FILE
 import {createHash} from 'node:crypto';
 import {readFileSync, readdirSync, writeFileSync} from 'node:fs';

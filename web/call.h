@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the calls of the page share.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the page calls: text in, JSON text out, which lives until the next call.
 #include <emscripten.h>
 

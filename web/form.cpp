@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "web/form.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the form sends: lines "key value", numbers in base units.
 #pragma once
 

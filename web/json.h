@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Results as JSON text, for the page.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library as tools/host.h has it, where nothing can be opened at run time: it is linked in.
 #include <new>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the C++ library of emscripten 3.1 lacks of C++20, in the forms that the project uses. Included by the build of the page ahead
 // of every file; no other build sees it.
 #pragma once

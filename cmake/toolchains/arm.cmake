@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What the ARM toolchains have in common.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${_processor})

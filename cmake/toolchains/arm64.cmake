@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 64-bit ARM, by Debian's cross compiler; programs run under qemu-user.
 set(_triplet aarch64-linux-gnu)
 set(_architecture arm64)

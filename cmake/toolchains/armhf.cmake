@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # 32-bit ARM with hardware floating point, by Debian's cross compiler; programs run under qemu-user.
 set(_triplet arm-linux-gnueabihf)
 set(_architecture armhf)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The members that solve the flow equation and derive the flows of a medium.
 #include "flow/flow_rate.h"
 

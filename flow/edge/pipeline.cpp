@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The members that set a pipeline up and bring it to the working temperature.
 #include <numbers>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Totalising: the birth of the calculators, from which their integrators count, and the members that integrate a channel's flows over real time.
 #include <unistd.h>
 

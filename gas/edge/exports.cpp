@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported routines of composition and compressibility.
 #include "gas/edge/loaded_constants.h"
 #include "gas/edge/methods.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Gas channel: the state, that is temperature, pressure, composition and compressibility.
 #include <algorithm>
 #include <array>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loading and releasing the gas data tables.
 #include "gas/edge/gas_data.h"
 

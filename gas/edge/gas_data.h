@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The layout of the gas data file.
 #pragma once
 

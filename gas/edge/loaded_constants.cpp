@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "gas/edge/loaded_constants.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the methods prepare of the tables that are loaded: made at the load, and again should a host put other tables in their
 // place.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The four methods as they are handed out: run on a gas, with the module state left filled.
 #pragma once
 

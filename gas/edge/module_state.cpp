@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The module state of the gas methods: its one definition.
 #include "gas/edge/module_state.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported module state of the gas methods: the working composition.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Gas channel: the properties at working conditions.
 #include "gas/composition.h"
 #include "gas/edge/gas_data.h"

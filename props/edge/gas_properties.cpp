@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The exported property routines of gas.
 #include "props/edge/gas_properties.h"
 

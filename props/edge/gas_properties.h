@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The properties of gas as they are handed out: from the module state, and left in it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Heat-carrier channel: state, phase and properties.
 #include "props/heat_carrier.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The density root of the IAPWS-95 equation of state at a given temperature and pressure.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Coefficients of the IAPWS Formulation 1995 for ordinary water substance.
 //
 // Source: IAPWS R6-95(2018), tables 1 and 2; the same numbers in W. Wagner, A. Pruss,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Terms 55 and 56 of the residual part of IAPWS-95.
 #include <cmath>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/water/residual.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Residual part of the IAPWS-95 Helmholtz function and its derivatives.
 //
 // Notation: delta = rho / rho_c, tau = T_c / T, phi_r the residual part of f / (R T); an index d or t

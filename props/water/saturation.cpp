@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/water/saturation.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The saturation line of water by the auxiliary equations of IAPWS SR1-86(1992) (Wagner, Pruss 1993),
 // and the saturation temperature as an explicit function of the pressure.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Coefficients of the saturation equations of water. Dimensionless; the variable of the first three is
 // 1 - T / T_c, of the last |ln(p / p_c)|.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dynamic viscosity of water and steam: IAPS Formulation 1985 in its revised form (2003).
 #include <cmath>
 #include <cstddef>

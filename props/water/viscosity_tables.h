@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Coefficients of the IAPS Formulation 1985 for the viscosity of ordinary water substance, revised
 // release 2003, tables 1 and 2. Dimensionless.
 #pragma once

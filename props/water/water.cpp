@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "props/water/water.h"
 
 #include "props/water/density.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Properties and phase of water and steam.
 #pragma once
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Flow of natural gas, water and steam by GOST 8.586-2005 / ISO 5167, and the properties behind it, from kalorfix.so.
 
     Gas, Heat    channels with the keys of a station; .cycle(t, p, dp) and .frame(df) compute

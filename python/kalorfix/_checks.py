@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Arguments: each is checked once, and a wrong one is a ValueError that names its limit."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The limits of use that a refused cycle may have broken, in the words of `kalorfix run`."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The library itself: found, loaded as a copy of its own, its exported functions.
 
 A calculator is an object of the library's classes (kalorfix_calculators.h); its members are called as plain functions

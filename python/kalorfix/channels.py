@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What channels of gas and of water or steam have in common: pipe and device, the steps of a cycle, frames."""
 
 from __future__ import annotations

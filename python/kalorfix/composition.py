@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """The composition of a gas: components by name, or a file; its sum is looked at."""
 
 from __future__ import annotations

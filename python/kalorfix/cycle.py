@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """What a cycle gives, and the places of its numbers in a row."""
 
 from __future__ import annotations

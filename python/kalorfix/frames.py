@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Readings in a pandas.DataFrame through a channel.
 
 Columns that are read, the unit in the name: t_C or t_K; p_Pa, p_kPa or p_MPa, absolute; dp_Pa or dp_kPa, or with a meter

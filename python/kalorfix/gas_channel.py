@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Natural gas: its state by four methods, its properties, its channel."""
 
 from __future__ import annotations

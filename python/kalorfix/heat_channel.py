@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Water and steam: state and phase, properties, the channel."""
 
 from __future__ import annotations

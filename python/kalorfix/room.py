@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Room in the registers: an hour or day tells amounts below 10^6 of its unit; what is more comes out 10^6 short a time."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Single states of water, steam and natural gas."""
 
 from __future__ import annotations

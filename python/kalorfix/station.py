@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Station files, as `kalorfix run` reads them."""
 
 from __future__ import annotations

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Registers: what the flows of a channel amount to, with hour and day, by the library's own integration."""
 
 from __future__ import annotations

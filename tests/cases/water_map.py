@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes water_map.txt: the density of water and steam, computed with python3-iapws (Debian), class IAPWS95.
 
 A coarse map of the whole range, the states beside the saturation line and those around the critical point.

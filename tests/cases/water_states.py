@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Writes water_states.txt: states of water and steam computed with python3-iapws (Debian), class IAPWS95.
 
 Its solver and its ideal part (edition 2018 of the release) set the permitted deviations.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fuzzer's bytes as arguments: any bits of their type, special values, and many within a physical range.
 #pragma once
 

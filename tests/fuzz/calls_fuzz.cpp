@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Any bytes as a program of calls: gas and heat channels in any order, their members, the gas routines, water, gas data that is
 // damaged or cut, INI files. After each call what holds for any input is checked; the same program gives the same bits again
 // under unusual floating-point settings of the host.

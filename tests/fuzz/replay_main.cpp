@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs the fuzz harness over the files of a directory, without a fuzzer.
 #include <cstdint>
 #include <cstdio>

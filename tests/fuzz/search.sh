@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
 # Fuzzes for some seconds from the stored programs: tests/fuzz/search.sh [seconds]. What it finds is left in build/fuzz.
 set -euo pipefail
 cd "$(dirname "$0")/../.."

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host with an allocator of its own, exported: operator new and delete that take from an arena, and a malloc that counts its
 // blocks and may fail. The library must release what it took, and nothing that another made; a lack of memory is survived.
 #include <dlfcn.h>

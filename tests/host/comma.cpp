@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A host under a locale with a decimal comma. LC_ALL has to name one.
 #include <dlfcn.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Loaded into the tool ahead of it: puts the process under the locale of the environment, which must have a decimal comma.
 #include <clocale>
 #include <cstdlib>

@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # The command-line tool under a locale with a decimal comma reads and writes what it does without one.
 # Usage: comma_test.sh TOOL EXAMPLES LOCALES [PRELOAD]: PRELOAD is a library that puts the tool under the locale.
 set -u

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A program that loads the library in several modes and compares every result, bit for bit, with those of a clean program.
  * What is peculiar about a host is in a file of its own, which defines these. */
 #ifndef HOST_HOST_H

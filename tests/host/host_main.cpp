@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // host_... LIBRARY GAS_DATA REFERENCE [write]
 #include <dlfcn.h>
 #include <sys/wait.h>

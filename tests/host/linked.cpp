@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A program that is linked against the library and uses its variables as its own: what the library writes is seen here, what is
 // written here is seen by the library, whether the compiler copied the variables into the program or not. The library is loaded
 // with SETTINGS=/of/the/environment.

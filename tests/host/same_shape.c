@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A host whose own functions and variables have the names of the library's, and are exported. The functions end the process
  * (they are made from the export list); the variables are of the same shape, so that the library may take them for its own, as
  * the loader's rules have it. The constants have other values: the library calculates with its own. */

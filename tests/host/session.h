@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a host does with the library.
 #pragma once
 

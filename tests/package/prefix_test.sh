@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Judges an installation as somebody who was given it: an outside project is built against it, and it and the tool run.
 # Usage: prefix_test.sh BUILD [PREFIX]    BUILD says which compilers made it; without PREFIX it is installed and moved.
 set -eu

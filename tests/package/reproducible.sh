@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
 # Makes the packages of ./package in build/packages once more, from a copy of the source in another place, with older files,
 # under another umask, time zone and locale, and compares them byte for byte.
 # Usage: reproducible.sh [ARCHITECTURE...]    default: that of this machine

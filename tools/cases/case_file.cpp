@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/cases/case_file.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text cases: known answers as data, for the tests and for whoever verifies the library.
 //
 // A file holds tables. A table begins with the function in brackets and has a few settings, the columns and

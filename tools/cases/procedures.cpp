@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/cases/procedures.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the text cases can ask of the library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/gasdat/gas_file.h"
 
 #include <algorithm>

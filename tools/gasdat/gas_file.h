@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The gas data file: its bytes, its values as text and back (one CSV file a sheet, or all in one aligned listing), and the judgement on
 // it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Packs the readable gas data into the file that the library loads; for the build, where the command-line tool may be absent.
 #include <cstdio>
 #include <exception>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/gasdat/sheets.h"
 
 #include "tools/names.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the gas data file holds: 31 blocks of single-precision values without a header, arranged here in sheets that a person
 // can read. A sheet is either a matrix, which is one block, or a list in which every column is a block of its own.
 #pragma once

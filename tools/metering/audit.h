@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The archive of a device against what the library computes from the same means.
 #pragma once
 

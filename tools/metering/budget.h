@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // An uncertainty budget, and what budgets of many readings add up to.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/metering/check.h"
 
 #include <fmt/format.h>

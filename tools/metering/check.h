@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whether a metering point is set up right, before it is commissioned: a rule a limit.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/metering/flow.h"
 
 #include "runtime/units.h"

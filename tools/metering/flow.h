@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The flow through a metering point, from the library.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What is stated of the instruments of a metering point.
 #pragma once
 

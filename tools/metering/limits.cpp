@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/metering/limits.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The differential pressures between which a metering point is valid in one state of its medium.
 #pragma once
 

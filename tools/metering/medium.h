@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The medium of a metering point at a state, from the library.
 #pragma once
 

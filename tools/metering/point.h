@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A metering point: pipe, device and medium, as a station's section or a form describes them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Uncertainties that documents publish for a discharge coefficient and an expansibility factor.
 #pragma once
 

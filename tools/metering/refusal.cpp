@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/metering/refusal.h"
 
 #include <fmt/format.h>

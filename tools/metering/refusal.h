@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Why the library refused a state, a point or a reading, in words: the first limit that was broken, with its value and bound.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/metering/solve.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A reading of a metering point, solved for what is missing of it.
 #pragma once
 

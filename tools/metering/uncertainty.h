@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How far the flow of a metering point can be trusted: the budget of a reading.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Numbers with a unit behind them, as a person types them: 400mm, 15.7in, 5.5MPa, 60F, 150000m3/h-std.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // `kalorfix protocol`: the form that an inspector signs.
 #include <fmt/chrono.h>
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The files of a protocol: its points, and what the device showed there.
 #include <algorithm>
 #include <cmath>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/protocol/page.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The protocol as a form for paper, and as CSV beside it.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/protocol/protocol.h"
 
 #include <algorithm>

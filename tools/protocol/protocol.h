@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A device against the library at the points of a protocol: pure comparison, and the inputs of the protocol.
 #pragma once
 

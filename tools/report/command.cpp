@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 

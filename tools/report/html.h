@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The report as one self-contained page.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The machine on which a report is made.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/report/page_parts.h"
 
 #include <fmt/format.h>

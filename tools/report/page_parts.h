@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the page is put together from: tables by one template, Markdown, drawings, style.
 #pragma once
 

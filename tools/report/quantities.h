@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Inputs and outputs of the text cases in words, with units, and numbers with the digits that mean something.
 #pragma once
 

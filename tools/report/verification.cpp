@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/report/verification.h"
 
 #include <fmt/format.h>

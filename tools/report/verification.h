@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The case files run against a library, sorted by subject, with their statistics.
 #pragma once
 

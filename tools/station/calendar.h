@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Amounts by hours and days of the calendar, which an archive is compared with.
 #pragma once
 

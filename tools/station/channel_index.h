@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The channels of a station by their names.
 #pragma once
 

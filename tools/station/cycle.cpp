@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/cycle.h"
 
 #include <fmt/format.h>

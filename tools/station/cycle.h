@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One cycle of a station's channel: the steps in the order of the interface, and what each gave.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/diagnosis.h"
 
 #include <fmt/format.h>

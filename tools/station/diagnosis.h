@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Why a cycle was refused, from the documented limits: the value and the bound that it broke, in words.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/example.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A station, its readings and a composition to start from.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/instrument_keys.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a station file may state of instruments and constants, for the uncertainty of the flow.
 #pragma once
 

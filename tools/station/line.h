@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A line of results in the making: what stands in every line of a million is written without looking at a layout first.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A channel of a station as a metering point.
 #pragma once
 

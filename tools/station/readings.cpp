@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/readings.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the transmitters measured: one row a cycle and channel.
 #pragma once
 

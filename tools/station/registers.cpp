@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/registers.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The registers of a station as a host keeps them between two runs.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/results.h"
 
 #include <fmt/compile.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Results of a station run: a table for a person, CSV or JSON lines for programs, or only what closed hours and days held.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/room.h"
 
 #include <fmt/format.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A station run: readings in, flows and totals out, in the place of the controller's runtime.
 #pragma once
 

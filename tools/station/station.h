@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A metering station: the constants of its channels and how each integrator is accounted.
 #pragma once
 

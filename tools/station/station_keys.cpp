@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/station_keys.h"
 
 #include <fmt/format.h>

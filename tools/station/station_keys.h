@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A station file: its sections, read with the library's own INI reader, what each key is and accepts, and the keys of one section, known,
 // given once, in range.
 #pragma once

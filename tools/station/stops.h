@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What stops a channel of a station whatever is measured, told before a run.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tools/station/time_text.h"
 
 #include <fmt/format.h>

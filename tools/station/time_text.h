@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Dates and times of day as readings carry them.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every text of the protocol and of the verification report, in English and Russian.
 #pragma once
 

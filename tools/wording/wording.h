@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The words of the pages in two languages, from one catalogue. A text that the catalogue lacks does not compile.
 #pragma once
 

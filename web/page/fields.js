@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The fields of the form, and the input as it stands: texts by field, units by field.
 const input = {};
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The form: a labelled field each, with its unit; what is wrong stands beside the field.
 function setText(id, text) {
   const field = allFields().find(one => one.id === id);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Start, languages and tabs.
 function show() {
   document.documentElement.lang = language;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the calculation answers, as tables and curves.
 const tabs = ['Result', 'Check', 'Uncertainty', 'Curves', 'Properties', 'Verify'];
 let tab = 'Result';

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The two languages. English texts are the keys; in a key each number is a #, and the numbers of a text go into its translation.
 const data = JSON.parse(document.getElementById('data').textContent);
 let language = 'en';

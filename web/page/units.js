@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Units: the table comes from the calculation; a number is kept as it was typed, with its unit.
 let offers = null;
 

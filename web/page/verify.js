@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The case files, run inside the page, and compared with what the native build of the same sources computed.
 const bytes = base64 => Uint8Array.from(atob(base64), c => c.charCodeAt(0));
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Density of water at 150 degC and 0.6 MPa, and its critical temperature, by the library this program is linked with. */
 #include <kalorfix.h>
 #include <stdio.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The same water through a calculator of this program's own.
 #include <kalorfix_calculators.h>
 
