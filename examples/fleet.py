@@ -7,7 +7,8 @@
     fleet.py run FLEET RESULTS --scheduler tcp://host:8786  on a cluster that is there; it sees both directories
 
 FLEET holds a directory a station: station.ini, and hours.csv, a row a channel and hour with the
-means of the hour: time_s or time (its beginning), channel, and the readings as `kalorfix run` takes them.
+means of the hour: time_s or time (its beginning), channel, and the readings as `kalorfix run` takes them. An empty cell or
+nan is a transmitter that failed: an hour that is refused, beside all others.
 
 RESULTS gets NAME/BLOCK.csv, an hour of a channel a line with its amounts, and totals.csv. A block of hours is written whole,
 under its name at the end, by whoever computes it, and always the same: a worker may die, or compute it again. A later run
@@ -105,7 +106,8 @@ def compute_block(station: Path, results: Path, block: int, hours: int) -> dict[
         file = results / station.name / f"{hours}h-{block}.csv"
         channels = kalorfix.Station(station / "station.ini", library()[0])
         heading = f"# {identity_of(channels)}\n"
-        there = lines_of(file, heading)
+        # Where rows depend on those before, a block is computed whole.
+        there = lines_of(file, heading) if not channels.contents_as_left else None
         known = pandas.DataFrame(columns=["hour", "channel"])
         if there is not None and set(rows.columns) <= set(there.columns):
             known = rows.merge(there, how="inner", on=list(rows.columns))
@@ -117,7 +119,8 @@ def compute_block(station: Path, results: Path, block: int, hours: int) -> dict[
                 computed = channels.frame(readings)
                 new = missing.join(computed[["status", "step", "reason"]])
                 for flow, amount in AMOUNTS.items():
-                    new[amount] = computed[flow]  # the mean flow, times one hour
+                    # The mean flow, times one hour; what the totals would refuse is no amount.
+                    new[amount] = computed[flow].where(computed[flow] >= 0.0)
                 known = pandas.concat([known, new]) if taken else new
             whole = known.sort_values(["hour", "channel"], kind="stable")
             file.parent.mkdir(parents=True, exist_ok=True)

@@ -66,6 +66,13 @@ def check(made, base):
     lines[5] = lines[5].replace(",1.2", ",1.3", 1)
     archive.write_text("\n".join([*lines[:100], *lines[101:], f"{400 * 3600},GAS 1,8,1.2,10", ""]))
     again(2)
+    # A transmitter that failed is one refused hour, recomputed once, and the other hours stay as they are.
+    k = next(k for k, line in enumerate(lines) if k > 200 and "HEAT 1" in line)
+    archive.write_text(archive.read_text().replace(lines[k], lines[k].rpartition(",")[0] + ","))
+    again(1)
+    again(0)
+    block = (base / f"together/station-0002/{HOURS}h-{(k - 1) // 4 // HOURS}.csv").read_text()
+    assert block.count("refused,flow,no reading of the differential pressure") == 1
     station = made / "station-0003/station.ini"
     station.write_text(station.read_text().replace("d20_mm = 150", "d20_mm = 151"))
     again(1600)

@@ -21,5 +21,5 @@ room runtime "runtime/$pure" kalorfix_runtime.h
 room flow/edge "flow/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
 room gas/edge "gas/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
 room props/edge "props/((edge|water)/)?$pure" "gas/(edge/)?$pure" "runtime/$pure" "kalorfix(_[a-z]+)?.h"
-room tools/metering "tools/metering/$pure" "tools/(host|names|text).h" "flow/$pure" runtime/units.h
+room tools/metering "tools/metering/$pure" "tools/(host|names|text|units).h" "flow/$pure" runtime/units.h
 exit $status

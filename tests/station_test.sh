@@ -204,15 +204,20 @@ run unit.1 unit.ini unit.csv
 for flow in q_m_t_h:57.0274 q_h_GJ_h:173.7238 C:0.961973 epsilon:0.976842; do
     close "$(column "${flow%:*}" unit.1 | head -n 1)" "${flow#*:}" 2e-6 || fail "$flow of the steam channel"
 done
-printf '# a comment\n\ndp_Pa , p_kPa,t_K, channel,time_s\r\n40000,1200,573.15,HEAT 1,5\r\n' >unit.csv
-run unit.2 unit.ini unit.csv
-cmp -s unit.1 unit.2 || fail "Pa, kPa and K give other results"
-printf 'time_s,channel,t_C,p_Pa,dp_Pa\n5,HEAT 1,300,1200000,40000\n' >unit.csv
-run unit.3 unit.ini unit.csv
-cmp -s unit.1 unit.3 || fail "Pa gives other results"
-printf 'time,channel,t_C,p_Pa,dp_Pa\n2026-03-01T23:59:59.5Z,HEAT 1,300,1200000,40000\n2026-03-02T00:00:09.5,HEAT 1,300,1200000,40000\n' >unit.csv
-run unit.4 unit.ini unit.csv --registers unit.reg
-[ "$(column time unit.4 | head -n 1)" = 2026-03-01T23:59:59.5 ] || fail "a date with a fraction"
+# forms READINGS CYCLES LINES: what a file is read as.
+forms() {
+    { cat unit.ini; printf "$3"; } >form.ini
+    printf "$1" >form.csv
+    run form.out form.ini form.csv
+    got=$(grep -v '^#' form.out | cut -d, -f1,8-10 | sed 1d | paste -sd' ')
+    [ "$got" = "$2" ] || fail "$1: read as $got instead of $2"
+}
+rows station_forms.txt forms
+printf 'time_s;channel;t_C;p_kPa;dp_kPa\n5;HEAT 1;300;1,200;40\n6;HEAT 1;300;1200,5;40\n' >unit.csv
+run unit.2 unit.ini unit.csv --decimal comma --decimal-commas
+grep -q '^5;HEAT 1;refused;flow;[^;]*;superheated steam;;300;1200;40000;8,587868;' unit.2 || { fail "decimal commas" && cat unit.2; }
+printf 'time,channel,t_C,p_Pa,dp_Pa\n2026-03-01T23:59:59.5,HEAT 1,300,1200000,40000\n2026-03-02T00:00:09.5,HEAT 1,300,1200000,40000\n' >unit.csv
+run unit.4 unit.ini unit.csv
 printf 'time,channel,t_C,p_Pa,dp_Pa\n9999-12-31T23:59:59.999999,HEAT 1,300,1200000,40000\n' >unit.csv
 run unit.5 unit.ini unit.csv
 [ "$(column time unit.5)" = 10000-01-01T00:00:00 ] || fail "a year of five digits"

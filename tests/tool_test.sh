@@ -8,6 +8,10 @@ data=$2/gas.dat
 cd "$work" || exit 1
 
 cp "$tests/tables/pipeline.csv" .
+# As a spreadsheet writes it, by formulas and other cases.
+printf '\357\273\277component;mole_percent\r\n' >russian.csv
+sed '/^#/d; /^component/d; s/^methane/CH4/; s/^nitrogen/n2/; s/^carbon_dioxide/"Carbon Dioxide"/; s/^n-butane/nc4h10/; s/,/;/; s/\./,/; s/$/;\r/' \
+    pipeline.csv >>russian.csv
 # The arguments are words to split.
 # shellcheck disable=SC2086
 row() { expect "$1" "$3" $2; }
@@ -55,8 +59,9 @@ expect 0 '^# V_Mi: block 0, bytes 0..31, molar mass, kg/kmol' gasdat show "$data
 expect 0 '31 tables, 1915 values: no faults$' gasdat check "$data"
 head -c 7660 /dev/urandom >random.dat && gasdat random.dat
 expect 1 ^ gasdat check random.dat
-expect 2 '^kalorfix: /none: cannot read this gas data file' gasdat show /none
-expect 2 '^kalorfix: /none: cannot read this file' gasdat build /none -o out.dat
+expect 2 '^kalorfix: /none: cannot read this gas data file: No such file' gasdat show /none
+expect 2 '^kalorfix: /: cannot read this gas data file: it is a directory' gasdat check /
+expect 2 '^kalorfix: /none: cannot read this table of gas data: No such file' gasdat build /none -o out.dat
 expect 2 '^kalorfix: /none/x: cannot be written' gasdat build listing -o /none/x
 expect 2 'output' gasdat build listing
 expect 2 'subcommand' gasdat
@@ -64,7 +69,7 @@ expect 2 '^kalorfix: --output sheets/./aga8_terms.csv: is the file of the table 
     gasdat build sheets -o sheets/./aga8_terms.csv
 [ -e out.dat ] && fail "a failed build left a file"
 mkfifo pipe
-expect 2 'cannot read this gas data file$' gasdat show pipe
+expect 2 'cannot read this gas data file: it is no regular file$' gasdat show pipe
 expect 2 'pipe is a pipe$' --lib ./pipe id
 # A terminal takes nothing from a name: neither C0 nor C1 in UTF-8 or alone, while a name in Russian stays.
 expect 2 '^kalorfix: \?\[2J\?\?\?м: no such command' "$(printf '\033[2J\302\233\233м')"

@@ -21,7 +21,7 @@ namespace kalorfix::tool {
 namespace {
 
 using metering::Answer;
-using metering::Dimension;
+using metering::Measure;
 using metering::Question;
 using metering::Unknown;
 
@@ -79,20 +79,20 @@ Questions read_questions(const Request& request, const DescribedPoint& described
     all.common.unknown = unknown_of(request, described.bore_given);
     if (request.t.empty()) throw InputError("--t: give the temperature, such as --t 15 or 60F");
     if (request.p.empty()) throw InputError("--p: give the absolute pressure, such as --p 5.5MPa");
-    all.t_C = read_values("--t", request.t, Dimension::temperature, "C");
-    all.p_Pa = positive("--p", read_values("--p", request.p, Dimension::pressure, "MPa"));
+    all.t_C = read_values("--t", request.t, Measure::temperature, "C");
+    all.p_Pa = positive("--p", read_values("--p", request.p, Measure::pressure, "MPa"));
     all.dp_Pa = all.flow = {0.0};
     if (!asked(request.dp))
-        all.dp_Pa = positive("--dp", read_values("--dp", request.dp, Dimension::pressure, "kPa"));
+        all.dp_Pa = positive("--dp", read_values("--dp", request.dp, Measure::pressure, "kPa"));
     const auto* const given = std::get_if<metering::GivenMedium>(&described.point.medium);
     const bool standard = metering::is_gas(described.point.medium) && (!given || given->rho_c);
     all.common.kind = standard ? metering::Flow::standard_volume : metering::Flow::mass;
     if (!asked(request.q)) {
         const metering::Unit* unit = nullptr;
-        all.flow = positive("--q", read_values("--q", request.q, Dimension::flow, "", &unit));
-        all.common.kind = unit->flow;
+        all.flow = positive("--q", read_values("--q", request.q, Measure::flow, "", &unit));
+        all.common.kind = metering::flow_kind(*unit);
     }
-    all.common.round_mm = read_value("--round", request.round, Dimension::length, "mm", 0, 100);
+    all.common.round_mm = read_value("--round", request.round, Measure::length, "mm", 0, 100);
     for (const std::size_t count : {all.t_C.size(), all.p_Pa.size(), all.dp_Pa.size(), all.flow.size()})
         if (count > most_answers)
             throw InputError("--t, --p, --dp, --q: at most ", most_answers, " answers in all");
@@ -232,12 +232,12 @@ Command calc_command() {
         "  kalorfix calc --device venturi_machined --D20 200mm --d20 100mm --materials 7,32 \\\n"
         "      --water --t 60 --p 6bar --dp 1:40:1kPa\n\n"
         "Units: lengths " +
-            metering::unit_words(Dimension::length) + ";\npressures, absolute, " +
-            metering::unit_words(Dimension::pressure) + ";\ntemperatures " +
-            metering::unit_words(Dimension::temperature) + "; flows " +
+            metering::unit_words(Measure::length) + ";\npressures, absolute, " +
+            metering::unit_words(Measure::pressure) + ";\ntemperatures " +
+            metering::unit_words(Measure::temperature) + "; flows " +
             "kg/s, kg/h, t/h, t/d, l/s,\nm3/s, m3/h, m3/d, m3/h-std (at 20 degC and 101.325 kPa; also /s, "
             "/d),\nGJ/h, MW, kW, Gcal/h; viscosities " +
-            metering::unit_words(Dimension::viscosity) +
+            metering::unit_words(Measure::viscosity) +
             ".\nWithout a unit: mm, MPa, kPa for --dp, degC, kg/m3, uPas; a flow needs one.\n"
             "Ranges such as 1:40:1kPa of t, p, dp and q give a table as CSV, at most 100000 rows.\n\n"
             "The sheet ends with the permanent pressure loss, the Reynolds numbers of the device and\n"

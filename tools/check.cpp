@@ -15,7 +15,7 @@
 namespace kalorfix::tool {
 namespace {
 
-using metering::Dimension;
+using metering::Measure;
 using metering::Rule;
 using metering::Verdict;
 
@@ -33,10 +33,10 @@ metering::Envelope read_envelope(const Request& request) {
     if (request.t.empty() || request.p.empty())
         throw InputError("--t, --p: give the ranges that the point will meet, such as --t 0:40 --p 1:6MPa");
     metering::Envelope e;
-    std::tie(e.t_low_C, e.t_high_C) = read_span("--t", request.t, Dimension::temperature, "C");
-    std::tie(e.p_low_Pa, e.p_high_Pa) = read_span("--p", request.p, Dimension::pressure, "MPa");
+    std::tie(e.t_low_C, e.t_high_C) = read_span("--t", request.t, Measure::temperature, "C");
+    std::tie(e.p_low_Pa, e.p_high_Pa) = read_span("--p", request.p, Measure::pressure, "MPa");
     if (request.dp.empty()) return e;
-    const auto [low, high] = read_span("--dp", request.dp, Dimension::pressure, "kPa");
+    const auto [low, high] = read_span("--dp", request.dp, Measure::pressure, "kPa");
     if (!(low >= 0.0)) throw InputError("--dp: must not be below 0");
     e.dp_low_Pa = low;
     e.dp_high_Pa = high;

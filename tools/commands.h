@@ -60,6 +60,9 @@ struct Command {
 /// refused.
 [[nodiscard]] Command demo_command();
 
+/// `materials`: the codes of pipes and devices with range and expansion.
+[[nodiscard]] Command materials_command();
+
 /// `id`: version, build and digests, and the directories in force.
 [[nodiscard]] Command id_command();
 

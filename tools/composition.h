@@ -16,7 +16,8 @@ struct GivenComposition {
 ///     component,mole_percent          or   component,volume_fraction
 ///     methane,96.5
 ///
-/// Lines that begin with # are comments; components that are not named are absent. Throws InputError with file, line and what
+/// Cells and numbers as a spreadsheet writes them; components by name or formula in any case. Lines that begin with # are
+/// comments; components that are not named are absent. Throws InputError with file, line and what
 /// would be right.
 [[nodiscard]] GivenComposition read_composition(const std::string& file);
 

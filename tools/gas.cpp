@@ -25,8 +25,8 @@ constexpr Limits percent{0.0, 100.0, "mol %"};
 
 struct Request : StateRequest {
     std::string method, composition, rho_c;
-    std::string nitrogen = "0", carbon_dioxide = "0";  // mole per cent
-    std::string vapour = "0", heat = "kJ20", composition_sum;
+    std::string nitrogen, carbon_dioxide;  // mole per cent
+    std::string vapour = "0", heat, composition_sum;
     bool normalise = false;
 };
 
@@ -184,9 +184,23 @@ double number_of(const char* option, const std::string& text, const Limits& limi
     return *value;
 }
 
+void refuse_without_meaning(const char* option, const std::string& value, std::string_view because) {
+    if (!value.empty()) throw InputError(option, ": has no meaning ", because, "; leave it out");
+}
+
 Gas read_gas(const Request& request) {
     Gas gas{.method = find_method(request.method)};
-    const auto* const heat = std::ranges::find(heat_units, request.heat, &HeatUnit::word);
+    if (gas.method != vnic)
+        refuse_without_meaning("--heat", request.heat,
+                               cat("with ", method_name(gas.method), ", whose heats are in MJ/m3 at 20 degC"));
+    if (!gas.by_density() || !request.composition.empty()) {
+        constexpr std::string_view because = "beside a composition, which holds it";
+        if (!gas.by_density()) refuse_without_meaning("--rho-c", request.rho_c, because);
+        refuse_without_meaning("--n2", request.nitrogen, because);
+        refuse_without_meaning("--co2", request.carbon_dioxide, because);
+    }
+    const std::string heat_word = request.heat.empty() ? "kJ20" : request.heat;
+    const auto* const heat = std::ranges::find(heat_units, heat_word, &HeatUnit::word);
     if (heat == heat_units.end())
         throw InputError("--heat ", request.heat, ": there are kJ0, kcal0, kJ20 and kcal20");
     gas.heat_unit = static_cast<char>((heat - heat_units.begin()) % 2);
@@ -195,7 +209,11 @@ Gas read_gas(const Request& request) {
     if (!request.composition_sum.empty() && request.composition_sum != "any" &&
         request.composition_sum != "100")
         throw InputError("--composition-sum ", request.composition_sum, ": there are 100 and any");
-    if (!request.composition.empty()) {
+    if (request.composition.empty()) {
+        constexpr std::string_view because = "without --composition";
+        refuse_without_meaning("--composition-sum", request.composition_sum, because);
+        refuse_without_meaning("--normalise", request.normalise ? "yes" : "", because);
+    } else {
         if (!request.rho_c.empty())
             throw InputError("--rho-c: the density follows from --composition; leave one out");
         gas.composition = read_composition(request.composition);
@@ -212,8 +230,11 @@ Gas read_gas(const Request& request) {
             "--rho-c: give the density at standard conditions in kg/m3, such as --rho-c 0.68, or "
             "--composition FILE");
     gas.rho_c = number_of("--rho-c", request.rho_c, {0.0, 1.0, "kg/m3"});
-    gas.composition.x[nitrogen] = number_of("--n2", request.nitrogen, percent);
-    gas.composition.x[carbon_dioxide] = number_of("--co2", request.carbon_dioxide, percent);
+    const auto share = [](const char* option, const std::string& text) {
+        return text.empty() ? 0.0 : number_of(option, text, percent);
+    };
+    gas.composition.x[nitrogen] = share("--n2", request.nitrogen);
+    gas.composition.x[carbon_dioxide] = share("--co2", request.carbon_dioxide);
     judge_contents(gas.composition.x[nitrogen], gas.composition.x[carbon_dioxide], "--n2, --co2");
     return gas;
 }
@@ -294,7 +315,8 @@ Command gas_command() {
         "viscosity, exponent and heats from the density at standard conditions, and the\n"
         "first two with the nitrogen and carbon dioxide of the composition.\n\n"
         "A composition file has the heading component,mole_percent or\n"
-        "component,volume_fraction and lines such as methane,96.5; see examples/.",
+        "component,volume_fraction and lines such as methane,96.5 or CH4;96,5, components by\n"
+        "name or formula, as a spreadsheet writes them; see examples/.",
         {{"--method", "METHOD", "nx19, gerg91 (by density), aga8, vnic (by composition)", &request->method},
          {"--t", "T", "temperature, -23.15..66.85 degC", &request->t},
          {"--p", "P", "absolute pressure, 0.001..30 MPa", &request->p},

@@ -49,7 +49,7 @@ std::vector<std::pair<std::string, std::string>> build_items(const std::string& 
 
 std::string file_digest(const std::string& path) {
     const std::optional<std::string> content = content_of(path);
-    return content ? sha256(*content) : "no such file";
+    return content ? sha256(*content) : why_unreadable(path);
 }
 
 Command id_command() {
@@ -60,8 +60,8 @@ Command id_command() {
             fmt::print("{:<13}{}\n", printable(name), printable(value));
         print_file("library", path);
         const CSRV_PATH& p = *library->SRV_Path;
-        print_file("gas data", std::string(p.SYSTEM) + "/gas.dat");
-        if (const std::string own = host::gas_data_of(path); !own.empty()) print_file("  or", own);
+        print_file("gas data", files.gas_data.empty() ? "none beside the library" : files.gas_data);
+        print_file("  of a host", std::string(p.SYSTEM) + "/gas.dat");
         fmt::print("directories\n");
         constexpr std::array names{"TORNPATH", "PATHDB",   "PRG",       "SYSTEM",      "LIB",
                                    "DIC",      "SETTINGS", "PRG_DEBUG", "XML_SETTINGS"};

@@ -11,9 +11,11 @@
 #include <sstream>
 #include <system_error>
 
+#include "tools/closest.h"
 #include "tools/commands.h"
 #include "tools/host.h"
 #include "tools/output_file.h"
+#include "tools/station/station_keys.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -49,6 +51,20 @@ std::string names_of(const std::vector<Command>& commands) {
     return names;
 }
 
+std::vector<std::string> command_names(const std::vector<Command>& commands) {
+    std::vector<std::string> names;
+    for (const Command& one : commands) names.push_back(one.name);
+    return names;
+}
+
+std::vector<std::string> options_of(const Command& command) {
+    std::vector<std::string> names;
+    for (const Option& option : command.options)
+        for (const std::string_view name : split(option.name, ','))
+            if (name.starts_with("--")) names.emplace_back(name);
+    return names;
+}
+
 // What the parser found, in words that name the argument.
 std::string explain(const CLI::App& app, const Command& program, const CLI::ParseError& error) {
     const std::string text = error.what();
@@ -58,8 +74,20 @@ std::string explain(const CLI::App& app, const Command& program, const CLI::Pars
         "; see kalorfix " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") + "--help";
     if (!unknown.empty()) {
         const std::string& first = unknown.front();
-        if (first.starts_with("-")) return first + ": no such option" + help;
-        if (chosen.empty()) return first + ": no such command; there are " + names_of(program.commands);
+        const CLI::App* at = &app;
+        const Command* command = &program;
+        for (std::vector<CLI::App*> below = chosen; !below.empty(); below = at->get_subcommands()) {
+            at = below.front();
+            command = &*std::ranges::find(command->commands, at->get_name(), &Command::name);
+        }
+        if (first.starts_with("-")) {
+            std::vector<std::string> options = options_of(*command);
+            for (const std::string& general : options_of(program)) options.push_back(general);
+            return first + ": no such option" + did_you_mean(first, options) + help;
+        }
+        if (chosen.empty() || !command->commands.empty())
+            return first + ": no such command" + did_you_mean(first, command_names(command->commands)) +
+                   "; there are " + names_of(command->commands);
         return first + ": nothing expected here" + help;
     }
     if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&error))
@@ -99,19 +127,43 @@ Command program(std::string& library, std::string& gas_data) {
              {"--gas-data", "FILE",
               "gas data file (default: gas.dat beside the library\nor in ../share/kalorfix)", &gas_data}},
             {demo_command(), water_command(), gas_command(), gasdat_command(), verify_command(), run_command(),
-             calc_command(), check_command(), uncertainty_command(), id_command()}};
+             calc_command(), check_command(), uncertainty_command(), materials_command(), id_command()}};
+}
+
+// The help of the program, of a command, or of a key of a station file.
+int help(const CLI::App& app, const std::string& overview, const Command& all, const std::string& word) {
+    if (word.empty()) {
+        fmt::print("{}", overview);
+    } else if (std::ranges::find(all.commands, word, &Command::name) != all.commands.end()) {
+        fmt::print("{}", app.get_subcommand(word)->help(all.name));
+    } else if (const std::string key = station::key_help(word); !key.empty()) {
+        fmt::print("{}", key);
+    } else {
+        std::vector<std::string> known = station::key_names();
+        for (const std::string& name : command_names(all.commands)) known.insert(known.begin(), name);
+        throw InputError(word, ": no such command and no such key of a station file", did_you_mean(word, known),
+                         "; see kalorfix help");
+    }
+    return 0;
 }
 
 int run(int argc, char** argv) {
     constexpr std::size_t option_column = 20;
     std::string library, gas_data;
-    const Command all = program(library, gas_data);
+    std::string word, overview;
+    Command all = program(library, gas_data);
     CLI::App app{all.what, all.name};
+    all.commands.push_back({.name = "help",
+                            .what = "The help of a command, or of a key of a station file.",
+                            .notes = "",
+                            .options = {{"WORD", "[WORD]", "command, or key such as D20_mm", &word}},
+                            .run = [&](const Installation&) { return help(app, overview, all, word); }});
     app.get_formatter()->column_width(option_column);
     describe(app, all);
     app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");
+    overview = app.help();  // once a command is chosen, the parser's help is that of the command
     if (argc == 1) {
-        std::fputs(app.help().c_str(), stderr);
+        std::fputs(overview.c_str(), stderr);
         return bad_input;
     }
     app.require_subcommand(1);

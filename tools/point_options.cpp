@@ -15,7 +15,7 @@
 namespace kalorfix::tool {
 namespace {
 
-using metering::Dimension;
+using metering::Measure;
 
 constexpr double longest_mm = 10000.0;
 constexpr double most_of_any_unit = 1e12;
@@ -105,14 +105,14 @@ metering::GivenMedium read_given(const PointRequest& request) {
     if (request.rho.empty() || request.mu.empty())
         throw InputError(
             "--rho, --mu: give both, and for a gas --kappa, such as --rho 13.93 --mu 11.145uPas --kappa 1.308");
-    metering::GivenMedium given{read_value("--rho", request.rho, Dimension::density, "kg/m3", 1e-9, 1e5),
-                                read_value("--mu", request.mu, Dimension::viscosity, "uPas", 1e-6, 1e12),
+    metering::GivenMedium given{read_value("--rho", request.rho, Measure::density, "kg/m3", 1e-9, 1e5),
+                                read_value("--mu", request.mu, Measure::viscosity, "uPas", 1e-6, 1e12),
                                 {},
                                 {}};
     if (!request.kappa.empty()) given.kappa = plain_number("--kappa", request.kappa, {1.000001, 100, ""});
     if (!request.rho_c.empty()) {
         if (!given.kappa) throw InputError("--rho-c: is of a gas; give --kappa too");
-        given.rho_c = read_value("--rho-c", request.rho_c, Dimension::density, "kg/m3", 1e-9, 1e3);
+        given.rho_c = read_value("--rho-c", request.rho_c, Measure::density, "kg/m3", 1e-9, 1e3);
     }
     return given;
 }
@@ -159,9 +159,9 @@ metering::Pipeline read_pipeline(const PointRequest& r) {
         pipe.by_material ? pair_of("--materials", r.materials, {1, 39, ""}, whole_number)
                          : pair_of("--expansion", r.expansion, {0, 1e-3, "1/degC"}, plain_number);
     if (r.D20.empty()) throw InputError("--D20: give the pipe at 20 degC, such as 400mm");
-    pipe.D20_mm = read_value("--D20", r.D20, Dimension::length, "mm", 1e-3, longest_mm);
+    pipe.D20_mm = read_value("--D20", r.D20, Measure::length, "mm", 1e-3, longest_mm);
     if (!r.roughness.empty())
-        pipe.roughness_mm = read_value("--roughness", r.roughness, Dimension::length, "mm", 0, 100);
+        pipe.roughness_mm = read_value("--roughness", r.roughness, Measure::length, "mm", 0, 100);
     const bool orifice = station::is_orifice(pipe.device);
     if (!orifice)
         refuse_beside({{"--edge", !r.edge.empty()},
@@ -171,7 +171,7 @@ metering::Pipeline read_pipeline(const PointRequest& r) {
     if (orifice) {
         if (r.edge.empty())
             throw InputError("--edge: give the initial radius of the orifice edge, such as 0.05mm");
-        pipe.edge_radius_mm = read_value("--edge", r.edge, Dimension::length, "mm", 0, 10);
+        pipe.edge_radius_mm = read_value("--edge", r.edge, Measure::length, "mm", 0, 10);
         pipe.interval_years =
             r.interval.empty() ? 1.0 : plain_number("--interval", r.interval, {0, 100, "years"});
         pipe.edge_at_end = r.edge_at_end;
@@ -212,11 +212,11 @@ void refuse_options_beside_station(const PointRequest& r) {
 
 // The numbers of a range without their unit, which may stand behind one or each of them.
 std::pair<std::string, const metering::Unit*> numbers_of(std::string_view option, const std::string& text,
-                                                         Dimension dimension, std::string_view otherwise) {
+                                                         Measure measure, std::string_view otherwise) {
     const auto fail = [&] {
         return InputError(
             option, " ", quoted(text),
-            ": expected a number or a range such as 1:40:1, with a unit: ", metering::unit_words(dimension));
+            ": expected a number or a range such as 1:40:1, with a unit: ", metering::unit_words(measure));
     };
     std::string numbers;
     std::string_view word;
@@ -231,16 +231,16 @@ std::pair<std::string, const metering::Unit*> numbers_of(std::string_view option
         if (!own.empty()) word = own;
         numbers += (numbers.empty() ? "" : ":") + std::string(part.substr(0, length));
     }
-    const metering::Unit* const found = metering::find_unit(word.empty() ? otherwise : word, dimension);
+    const metering::Unit* const found = metering::find_unit(word.empty() ? otherwise : word, measure);
     if (!found) throw fail();
     return {numbers, found};
 }
 
 }  // namespace
 
-std::vector<double> read_values(std::string_view option, const std::string& text, Dimension dimension,
+std::vector<double> read_values(std::string_view option, const std::string& text, Measure measure,
                                 std::string_view otherwise, const metering::Unit** unit) {
-    const auto [numbers, found] = numbers_of(option, text, dimension, otherwise);
+    const auto [numbers, found] = numbers_of(option, text, measure, otherwise);
     if (unit) *unit = found;
     const Range range = parse_range(option, numbers, {-most_of_any_unit, most_of_any_unit, ""});
     std::vector<double> values;
@@ -248,9 +248,9 @@ std::vector<double> read_values(std::string_view option, const std::string& text
     return values;
 }
 
-std::pair<double, double> read_span(std::string_view option, const std::string& text, Dimension dimension,
+std::pair<double, double> read_span(std::string_view option, const std::string& text, Measure measure,
                                     std::string_view otherwise) {
-    const auto [numbers, unit] = numbers_of(option, text, dimension, otherwise);
+    const auto [numbers, unit] = numbers_of(option, text, measure, otherwise);
     const std::vector<std::string_view> parts = split(numbers, ':');
     const double low = unit->factor * *number(parts.front()) + unit->offset;
     const double high = unit->factor * *number(parts.back()) + unit->offset;
@@ -259,12 +259,12 @@ std::pair<double, double> read_span(std::string_view option, const std::string& 
     return {low, high};
 }
 
-double read_value(std::string_view option, const std::string& text, Dimension dimension,
-                  std::string_view otherwise, double low, double high) {
-    const auto value = metering::read_quantity(text, dimension, otherwise);
+double read_value(std::string_view option, const std::string& text, Measure measure, std::string_view otherwise,
+                  double low, double high) {
+    const auto value = metering::read_quantity(text, measure, otherwise);
     if (!value || !(low <= value->value && value->value <= high))
         throw InputError(option, " ", quoted(text), ": expected a number with a unit (",
-                         metering::unit_words(dimension), ") within ",
+                         metering::unit_words(measure), ") within ",
                          fmt::format("{:g}..{:g} {}", low, high, otherwise));
     return value->value;
 }
@@ -295,7 +295,7 @@ std::vector<DescribedPoint> read_points(const host::Library& library, const Poin
         throw InputError("--d20: is of one channel; say which, there are ", joined(all, &DescribedPoint::name));
     for (DescribedPoint& one : all)
         if (one.bore_given && !r.d20.empty())
-            one.point.pipe.d20_mm = read_value("--d20", r.d20, Dimension::length, "mm", 0, longest_mm);
+            one.point.pipe.d20_mm = read_value("--d20", r.d20, Measure::length, "mm", 0, longest_mm);
     return all;
 }
 

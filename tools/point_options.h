@@ -47,13 +47,13 @@ void require_gas_data(const Installation& files, const metering::Point& point);
 
 /// A number with a unit, or a range of such: 25kPa, 1:40:1kPa, 1kPa:40kPa:1kPa. In the base unit. Throws InputError naming the option.
 [[nodiscard]] std::vector<double> read_values(std::string_view option, const std::string& text,
-                                              metering::Dimension dimension, std::string_view otherwise,
+                                              metering::Measure measure, std::string_view otherwise,
                                               const metering::Unit** unit = nullptr);
 /// low:high with a unit, or one number for both. In the base unit, low not above high.
 [[nodiscard]] std::pair<double, double> read_span(std::string_view option, const std::string& text,
-                                                  metering::Dimension dimension, std::string_view otherwise);
+                                                  metering::Measure measure, std::string_view otherwise);
 /// One number within limits of the base unit.
-[[nodiscard]] double read_value(std::string_view option, const std::string& text, metering::Dimension dimension,
+[[nodiscard]] double read_value(std::string_view option, const std::string& text, metering::Measure measure,
                                 std::string_view otherwise, double low, double high);
 
 }  // namespace kalorfix::tool

@@ -1,8 +1,12 @@
 #include "tools/text.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <utility>
@@ -142,6 +146,17 @@ std::ifstream open_regular(const std::string& file) {
     return in;
 }
 
+std::string why_unreadable(const std::string& file) {
+    std::error_code failed;
+    const auto type = std::filesystem::status(file, failed).type();
+    if (type == std::filesystem::file_type::directory) return "it is a directory";
+    if (std::filesystem::exists(std::filesystem::file_status(type)) &&
+        type != std::filesystem::file_type::regular)
+        return "it is no regular file";
+    const int why = access(file.c_str(), R_OK) == 0 ? EIO : errno;
+    return std::strerror(why);
+}
+
 std::optional<std::string> content_of(const std::string& file) {
     std::ifstream in = open_regular(file);
     if (!in) return std::nullopt;
@@ -151,7 +166,7 @@ std::optional<std::string> content_of(const std::string& file) {
 
 Lines::Lines(const std::string& file, const std::string& what)
     : file_(open_regular(file)), in_(file_), name_(file), buffer_(longest + 1) {
-    if (!file_) throw InputError(file + ": cannot read " + what);
+    if (!file_) throw InputError(file + ": cannot read " + what + ": " + why_unreadable(file));
     start_ = in_.tellg();
 }
 
@@ -175,10 +190,10 @@ bool Lines::next(std::string_view& line) {
     return true;
 }
 
-bool Lines::next_entry(std::string_view& line) {
+bool Lines::next_entry(std::string_view& line, std::string_view blanks) {
     const std::uint64_t last = number_;
     while (next(line))
-        if (line = trimmed(line); !line.empty() && line.front() != '#') return true;
+        if (line = trimmed(line, blanks); !line.empty() && line.front() != '#') return true;
     number_ = last;
     return false;
 }

@@ -101,6 +101,9 @@ template <class List, class Name = std::identity>
 /// Rows in columns two blanks apart, the first `left` of them to the left and the others to the right.
 [[nodiscard]] std::string aligned(const std::vector<std::vector<std::string>>& rows, std::size_t left);
 
+/// Why a file cannot be read as a regular file: it is not there, a directory, or the system's reason.
+[[nodiscard]] std::string why_unreadable(const std::string& file);
+
 /// Opens a regular file; nothing else, so that no pipe is waited for.
 [[nodiscard]] std::ifstream open_regular(const std::string& file);
 
@@ -120,8 +123,8 @@ public:
     /// The next line without its end (and the first without a byte order mark), in place until the next call. Throws
     /// InputError for one that is too long and for a file that cannot be read to its end.
     bool next(std::string_view& line);
-    /// The next that is neither empty nor a comment (#), trimmed. At the end the place stays that of the last one.
-    bool next_entry(std::string_view& line);
+    /// The next that is neither empty nor a comment (#), without the blanks around it. At the end the place stays that of the last one.
+    bool next_entry(std::string_view& line, std::string_view blanks = " \t");
     /// Back to where it began.
     void rewind();
 

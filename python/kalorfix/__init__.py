@@ -10,8 +10,9 @@ cannot be computed is a result with status "refused" and its reason; a wrong arg
 """
 
 from ._native import Library
-from .channels import Channel, Cycle
+from .channels import Channel
 from .composition import COMPONENTS
+from .cycle import Cycle
 from .gas_channel import Gas
 from .heat_channel import Heat
 from .states import GasState, WaterState, gas, water

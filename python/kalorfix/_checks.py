@@ -6,12 +6,18 @@ import ctypes
 import math
 import numbers
 from collections.abc import Iterable
+from decimal import Decimal
 from typing import Any
 
 
 def single(value: float) -> float:
     """The nearest number of single precision, which is what the channel functions take and give."""
     return ctypes.c_float(value).value
+
+
+def plain(value: float) -> str:
+    """All digits without an exponent."""
+    return format(Decimal(repr(value)), "f").removesuffix(".0")
 
 
 def number(name: str, value: Any, low: float, high: float, unit: str = "") -> float:
@@ -29,8 +35,15 @@ def number(name: str, value: Any, low: float, high: float, unit: str = "") -> fl
 
 
 def reading(name: str, value: Any, unit: str) -> float:
-    """A measured value: any finite number up to 1e12; whether it can be computed with the cycle decides."""
+    """A temperature or pressure: any finite number up to 1e12; whether it can be computed with the state decides."""
     return number(name, value, -1e12, 1e12, unit)
+
+
+def measured(name: str, value: Any, unit: str) -> float:
+    """The same of a transmitter, which may have failed and then gives NaN."""
+    if isinstance(value, numbers.Real) and math.isnan(value):
+        return math.nan
+    return reading(name, value, unit)
 
 
 def whole(name: str, value: Any, low: int, high: int) -> int:

@@ -1,16 +1,16 @@
-"""What channels of gas and of water or steam have in common: pipe and device, the cycle and its results, frames."""
+"""What channels of gas and of water or steam have in common: pipe and device, the steps of a cycle, frames."""
 
 from __future__ import annotations
 
 import math
 from collections.abc import Mapping
 from ctypes import addressof, byref, c_byte, c_double, c_float
-from dataclasses import dataclass
 from typing import TYPE_CHECKING, Any
 
 from . import _limits
-from ._checks import choice, number, reading, single, whole
+from ._checks import choice, measured, number, single, whole
 from ._native import Library, default_library
+from .cycle import AT_D, AT_DP, AT_P, AT_PS, AT_Q, AT_RE, AT_RHO, AT_T, COLUMNS, Cycle
 from .totals import Registers
 
 if TYPE_CHECKING:
@@ -20,7 +20,6 @@ DEVICES = ("orifice_corner", "orifice_d_d2", "orifice_flange", "nozzle_isa1932",
            "venturi_cast", "venturi_machined", "venturi_welded", *(f"averaging_{k}" for k in range(10, 19)),
            "configured_coefficient", "meter_mass", "meter_volume", "meter_standard_volume", "external")
 _LAST_ORIFICE, _LAST_STANDARD, _CONFIGURED, _METER_MASS, _EXTERNAL = 3, 9, 19, 20, 23
-TEXTS = ("status", "step", "reason", "phase", "heat_unit")
 
 # Numbers that describe a pipe and its device: limits and unit.
 PIPE_KEYS: dict[str, tuple[float, float, str]] = {
@@ -28,59 +27,8 @@ PIPE_KEYS: dict[str, tuple[float, float, str]] = {
     "pipe_expansion_1_C": (0, 1e-3, "1/degC"), "device_expansion_1_C": (0, 1e-3, "1/degC"),
     "D20_mm": (0, 10000, "mm"), "d20_mm": (0, 10000, "mm"), "roughness_mm": (0, 100, "mm"),
     "edge_radius_mm": (0, 10, "mm"), "check_interval_years": (0, 100, "years"), "alpha_eps": (0, 100, ""),
+    "cut_off_kPa": (0, 1000, "kPa"),
 }
-
-
-@dataclass(slots=True)
-class Cycle:
-    """What a cycle gave, as a line of `kalorfix run --format csv`; the unit is in the name. A number that does not exist
-    for this medium and device, or that the refused step did not come to, is None."""
-
-    status: str  #: computed or refused
-    step: str  #: the step that refused: state, properties, geometry, flow
-    reason: str  #: why: the limit, and the value that broke it
-    phase: str  #: water, superheated steam, wet steam
-    heat_unit: str  #: of the heats of combustion
-    t_C: float
-    p_Pa: float
-    dp_Pa: float | None = None
-    ps_MPa: float | None = None
-    ts_C: float | None = None
-    K: float | None = None
-    rho_c_kg_m3: float | None = None
-    rho_kg_m3: float | None = None
-    mu_uPa_s: float | None = None
-    kappa: float | None = None
-    h_kJ_kg: float | None = None
-    lower_heat: float | None = None
-    higher_heat: float | None = None
-    D_mm: float | None = None
-    d_mm: float | None = None
-    beta: float | None = None
-    E: float | None = None
-    K_p: float | None = None
-    Re: float | None = None
-    C: float | None = None
-    K_sh: float | None = None
-    epsilon: float | None = None
-    q_m_t_h: float | None = None
-    q_v_m3_h: float | None = None
-    q_c_m3_h: float | None = None
-    q_e_GJ_h: float | None = None
-    q_h_GJ_h: float | None = None
-
-    @property
-    def computed(self) -> bool:
-        """Whether all steps of the cycle succeeded."""
-        return self.status == "computed"
-
-
-COLUMNS = tuple(Cycle.__dataclass_fields__)
-# Places in a row.
-AT_T, AT_P, AT_DP, AT_PS, AT_RHO = (
-    COLUMNS.index(name) for name in ("t_C", "p_Pa", "dp_Pa", "ps_MPa", "rho_kg_m3"))
-AT_K, AT_H, AT_LOWER, AT_D, AT_RE, AT_Q = (
-    COLUMNS.index(name) for name in ("K", "h_kJ_kg", "lower_heat", "D_mm", "Re", "q_m_t_h"))
 
 
 class Results:
@@ -101,6 +49,14 @@ class Results:
         values: list[Any] = self.doubles[:]
         self.singles[:] = values
         return self.singles[:]
+
+
+def _or_none(value: float) -> float | None:
+    return None if math.isnan(value) else value
+
+
+def _unexplained(step: str) -> str:
+    return f"the library refused the {step}; no documented limit explains it"
 
 
 def finite(values: list[float]) -> bool:
@@ -141,9 +97,10 @@ class Channel:
         if self.device <= _LAST_ORIFICE:
             wanted += ["edge_radius_mm", "check_interval_years"]
         wanted += ["alpha_eps"] * (self.device == _CONFIGURED)
+        accepted = [*wanted, "cut_off_kPa"]
         if self.device >= _METER_MASS:
-            wanted = []
-        unwanted = [key for key, value in pipe.items() if value is not None and key not in wanted]
+            wanted = accepted = []
+        unwanted = [key for key, value in pipe.items() if value is not None and key not in accepted]
         unwanted += ["edge_radius"] * (edge_radius is not None and self.device > _LAST_ORIFICE)
         if unwanted:
             raise ValueError(f"{unwanted[0]} has no meaning with device {DEVICES[self.device - 1]}; leave it out")
@@ -161,9 +118,17 @@ class Channel:
         self._roughness_mm = values["roughness_mm"]
         self._constants = (*parts, values["D20_mm"], values["d20_mm"], values["roughness_mm"], values["edge_radius_mm"])
         self._interval_years, self._alpha_eps = values["check_interval_years"], values["alpha_eps"]
+        cut_off = pipe["cut_off_kPa"]
+        self._cut_off_Pa = -math.inf if cut_off is None else single(1e3 * single(number("cut_off_kPa", cut_off,
+                                                                                        *PIPE_KEYS["cut_off_kPa"])))
 
     def _accounting(self, accounting: dict[str, Any]) -> None:
-        """Exponents of the registers. Flows that fill a downtime are checked, and of no use to an archive."""
+        """What counts, and in which unit. Flows that fill a downtime are checked, and of no use to an archive."""
+        accounting = dict(accounting)
+        #: Longer steps between two readings are not counted; 0 counts any.
+        self.longest_step_s = single(number("longest_step_s", accounting.pop("longest_step_s", 0.0), 0, 1e8, "s"))
+        #: At which a day of the calendar begins.
+        self.contract_hour = whole("contract_hour", accounting.pop("contract_hour", 0), 0, 23)
         exponents = {f"{name}_exponent": 0 for name in self.integrators}
         substitutes = [f"{name}_substitute_{flow.removeprefix(flow[:4])}"
                        for name, flow in zip(self.integrators, self.flow_columns)]
@@ -174,13 +139,13 @@ class Channel:
                 number(key, value, 0, 1e9)
             else:
                 raise TypeError(f"unexpected keyword argument {key!r}; beside those of the signature there are "
-                                + ", ".join([*exponents, *substitutes]))
+                                + ", ".join(["longest_step_s", "contract_hour", *exponents, *substitutes]))
         self.exponents = tuple(exponents.values())
 
     # ---- A cycle ------------------------------------------------------------------------------------------------
 
     def cycle(self, t: float, p: float, dp: float | None = None, *, q: float | Mapping[str, float] | None = None) -> Cycle:
-        """State, properties, geometry and flow.
+        """State, properties, geometry and flow, and whether the totals would take them.
 
         t   temperature, degC
         p   absolute pressure, MPa
@@ -189,25 +154,27 @@ class Channel:
             standard conditions (20 degC, 101.325 kPa). With device external the flows: mass_t_h, volume_m3_h,
             standard_volume_m3_h, energy_GJ_h or heat_GJ_h, as far as they are known
 
-        A cycle that the library refuses has status "refused" and its reason. Raises ValueError for what is no number.
+        A cycle that the library refuses has status "refused" and its reason; a NaN is a transmitter that failed, and
+        refused as well. Raises ValueError for an infinity and for what is no number.
         """
-        measured, flows = self._measured(dp, q)
-        row, _ = self.run(single(reading("t", t, "degC")), single(reading("p", p, "MPa") * 1e6), measured, flows)
+        reading, flows_given = self._measured(dp, q)
+        row, flows = self.run(single(measured("t", t, "degC")), single(measured("p", p, "MPa") * 1e6), reading, flows_given)
+        self.judge_flows(row, flows)
         return Cycle(*row)
 
     def _measured(self, dp: Any, q: Any) -> tuple[float, list[float]]:
         if self.device < _METER_MASS:
             if q is not None:
                 raise ValueError(f"q: the device {DEVICES[self.device - 1]} takes dp, in kPa")
-            return single(reading("dp", dp, "kPa") * 1e3), []
+            return single(measured("dp", dp, "kPa") * 1e3), []
         if dp is not None:
             raise ValueError(f"dp: the device {DEVICES[self.device - 1]} takes q")
         if not self.external:
-            return single(reading("q", q, "t/h" if self.device == _METER_MASS else "m3/h")), []
+            return single(measured("q", q, "t/h" if self.device == _METER_MASS else "m3/h")), []
         names = self.external_columns()
         if not isinstance(q, Mapping) or not set(q) <= set(names):
             raise ValueError(f"q: expected flows by name, of {', '.join(names)}, not {q!r}")
-        return 0.0, [single(reading(name, q.get(name, 0.0), "")) for name in names]
+        return 0.0, [single(measured(name, q.get(name, 0.0), "")) for name in names]
 
     def external_columns(self) -> list[str]:
         """Names of the flows that a channel of device external is given."""
@@ -224,14 +191,15 @@ class Channel:
         """What the host hands over to the flow beside dp and the density."""
         raise NotImplementedError
 
-    def run(self, t_C: float, p_Pa: float, measured: float, external: list[float]) -> tuple[list[Any], list[float] | None]:
+    def run(self, t_C: float, p_Pa: float, reading: float,
+            external: list[float]) -> tuple[list[Any], list[float] | None]:
         """A cycle of values as the library takes them (degC, Pa; Pa or the reading of a meter): the row in the order of
         COLUMNS, and the flows of the integrators in double precision where it was computed."""
         row: list[Any] = [None] * len(COLUMNS)
         row[:5] = "computed", "", "", "", self.heat_unit
-        row[AT_T], row[AT_P] = t_C, p_Pa
+        row[AT_T], row[AT_P], row[AT_DP] = _or_none(t_C), _or_none(p_Pa), None
         if self.device < _METER_MASS:
-            row[AT_DP] = measured
+            row[AT_DP] = _or_none(reading)
         with self.library.lock:
             if self.library.closed:
                 raise ValueError("the library is closed")
@@ -241,17 +209,39 @@ class Channel:
             if reason is None:
                 step, reason = "geometry", self._find_geometry(row)
             if reason is None:
-                step, reason = "flow", self._find_flow(row, measured)
+                step, reason = "flow", self._find_flow(row, reading)
             if reason is not None:
                 row[:2] = "refused", step
-                row[2] = reason or f"the library refused the {step}; no documented limit explains it"
+                row[2] = self._missing(step, t_C, p_Pa, reading) or reason or _unexplained(step)
                 return row, external or None
             flows = self._flows.doubles[:len(self.integrators)]
         if external:
             flows, row[AT_Q:] = external, [None] * 5
             for k, value in zip(self._flow_places(), external):
-                row[k] = value
+                row[k] = _or_none(value)
         return row, flows
+
+    def _missing(self, step: str, t_C: float, p_Pa: float, reading: float) -> str:
+        """What a transmitter failed to give to the step that was refused; empty when it is not for that."""
+        if step == "state" and (math.isnan(t_C) or math.isnan(p_Pa)):
+            return f"no reading of the {'temperature' if math.isnan(t_C) else 'pressure'}"
+        if step == "flow" and math.isnan(reading):
+            return f"no reading of the {'meter' if self.device >= _METER_MASS else 'differential pressure'}"
+        return ""
+
+    def judge_flows(self, row: list[Any], flows: list[float] | None, taken: list[bool] | None = None,
+                    not_counted: str = "") -> None:
+        """Makes a row that was computed a refused one when integrators do not take its flows: those with False in `taken`,
+        without it what is negative or no number. `not_counted` is the reason where nothing else is."""
+        if flows is None or row[0] != "computed":
+            return
+        taken = [flow >= 0.0 for flow in flows] if taken is None else taken
+        if all(taken):
+            return
+        k = taken.index(False)
+        name, unit, flow = self.integrators[k], self.flow_columns[k][4:].replace("_", "/"), single(flows[k])
+        row[:3] = "refused", "totals", (f"no reading of the {name} flow" if math.isnan(flow) else not_counted or (
+            _limits.broken(f"{name} flow", flow, "below", 0.0, unit) if flow < 0.0 else _unexplained("totals")))
 
     def _flow_places(self) -> list[int]:
         return [COLUMNS.index(name) for name in self.flow_columns]
@@ -269,21 +259,23 @@ class Channel:
             row[AT_D + 2:AT_D + 5] = values[2:]
         return None
 
-    def _find_flow(self, row: list[Any], measured: float) -> str | None:
+    def _find_flow(self, row: list[Any], reading: float) -> str | None:
         results, count = self._flows, len(self.integrators)
         results.clear()
-        good = self.library.call(self._flow_name, self._calculator, 1, measured, row[AT_RHO], *self._host_factors(row),
-                                 *results.pointers[:count + 4]) == 1
+        # Below the cut-off the library is told not to compute: flows of 0, and no factors.
+        at_rest = self.device < _METER_MASS and reading < self._cut_off_Pa
+        good = self.library.call(self._flow_name, self._calculator, int(not at_rest), reading, row[AT_RHO],
+                                 *self._host_factors(row), *results.pointers[:count + 4]) == 1 or at_rest
         values = results.narrowed()
         K_sh, C, Re, epsilon = values[count:count + 4]
-        if self.device < _METER_MASS and Re != 0.0 and math.isfinite(Re):
+        if self.device < _METER_MASS and Re != 0.0 and math.isfinite(Re) and not at_rest and not math.isnan(reading):
             row[AT_RE] = Re
         if not (good and finite(values)):
-            return _limits.flow(self.device, row[3] == "water", measured, self._flow_pressure_Pa(row), row[AT_D] or 0.0,
+            return _limits.flow(self.device, row[3] == "water", reading, self._flow_pressure_Pa(row), row[AT_D] or 0.0,
                                 row[AT_D + 2] or 0.0, Re, self._roughness_mm)
-        if self.device <= _LAST_STANDARD:
+        if self.device <= _LAST_STANDARD and not at_rest:
             row[AT_RE + 1:AT_RE + 3] = C, K_sh
-        if self.device < _METER_MASS:
+        if self.device < _METER_MASS and not at_rest:
             row[AT_RE + 3] = epsilon
         for place, value in zip(self._flow_places(), values):
             row[place] = value
@@ -326,7 +318,7 @@ class Channel:
 
     def registers(self) -> Registers:
         """New registers at 0, to be handed from frame to frame."""
-        return Registers(self.integrators)
+        return Registers(self.integrators, self.contract_hour)
 
     def frame(self, df: pandas.DataFrame, registers: Registers | None = None) -> pandas.DataFrame:
         """The cycle of each row, with the index of `df`; see kalorfix.frames for the columns. Needs pandas."""

@@ -3,7 +3,6 @@
 from __future__ import annotations
 
 import csv
-import math
 import os
 import warnings
 from collections.abc import Mapping
@@ -15,6 +14,7 @@ from ._checks import number
 COMPONENTS = ("methane", "ethane", "propane", "n-butane", "i-butane", "n-pentane", "i-pentane", "hexanes", "heptanes",
               "octanes", "nitrogen", "carbon_dioxide", "hydrogen_sulphide", "helium", "carbon_monoxide")
 NITROGEN, CARBON_DIOXIDE = 10, 11
+_ROUNDING_PCT = 1e-5
 
 #: Components and their content, or a file with the heading component,mole_percent or component,volume_fraction.
 Composition = Mapping[str, float] | str | os.PathLike[str]
@@ -37,16 +37,55 @@ def _read(path: str | os.PathLike[str]) -> tuple[dict[str, Any], bool]:
     return content, rows[0][1] == "volume_fraction"
 
 
-def read_composition(given: Composition, volume_fractions: bool) -> tuple[list[float], bool]:
-    """The 15 contents, and whether they are volume fractions (a file says so itself) and not mole per cent.
+def _sums_to(x: list[float]) -> float:
+    """Added one by one, as the tool does."""
+    total = 0.0
+    for share in x:
+        total += share
+    return total
+
+
+def scaled(x: list[float], fractions: bool) -> list[float]:
+    """Contents that sum to 100 %."""
+    total_pct = (100.0 if fractions else 1.0) * _sums_to(x)
+    return [share * (100.0 / total_pct) for share in x]
+
+
+def judge_contents(nitrogen_pct: float, carbon_dioxide_pct: float) -> None:
+    """Raises ValueError for nitrogen and carbon dioxide above 100 % together."""
+    both = nitrogen_pct + carbon_dioxide_pct
+    if both > 100.0 + _ROUNDING_PCT:
+        raise ValueError(f"nitrogen and carbon dioxide are {both:.7g} % together, more than the gas")
+
+
+def _judge_sum(x: list[float], fractions: bool, any_sum: bool, normalise: bool) -> None:
+    unit = 100.0 if fractions else 1.0
+    total_pct = unit * _sums_to(x)
+    if total_pct == 0.0:
+        raise ValueError("the composition is empty; give the components in mol %")
+    apart = abs(total_pct - 100.0)
+    sums = f"the composition sums to {total_pct:.7g} %"
+    if apart > 1.0 + _ROUNDING_PCT and not any_sum and not normalise:
+        guess = ("are these fractions?" if abs(total_pct - 1.0) < 0.02 else
+                 "is a component missing?" if total_pct < 100.0 else "is a share wrong?")
+        raise ValueError(f"{sums}, not to 100 %: {guess} (composition_sum any or normalise yes insists)")
+    kept = scaled(x, fractions) if normalise else x
+    judge_contents(unit * kept[NITROGEN], unit * kept[CARBON_DIOXIDE])
+    if apart > 0.01 + _ROUNDING_PCT:
+        warnings.warn(f"{sums}, {'scaled to 100 %' if normalise else 'which is used as it is given'}", stacklevel=5)
+
+
+def read_composition(given: Composition, volume_fractions: bool, any_sum: bool,
+                     normalise: bool) -> tuple[list[float], bool]:
+    """The 15 contents as given, and whether they are volume fractions (a file says so itself) and not mole per cent.
 
     Raises ValueError for an unknown component, a content outside 0..100 mol % (0..1 as a fraction), and a sum outside
-    99..101 (0.99..1.01); a sum outside 99.99..100.01 is remarked upon."""
+    99..101 % unless any sum is accepted or it is to be normalised; a sum outside 99.99..100.01 % is remarked upon."""
     if isinstance(given, (str, os.PathLike)):
         given, volume_fractions = _read(given)
     if not isinstance(given, Mapping):
         raise ValueError(f"composition: expected components with their content, or a file, not {given!r}")
-    whole, unit, other = (1.0, "", "per cent") if volume_fractions else (100.0, " mol %", "fractions")
+    whole, unit = (1.0, "") if volume_fractions else (100.0, "mol %")
     x = [0.0] * len(COMPONENTS)
     seen = set()
     known = {component.replace("-", "_"): k for k, component in enumerate(COMPONENTS)}
@@ -57,15 +96,6 @@ def read_composition(given: Composition, volume_fractions: bool) -> tuple[list[f
         if k in seen:
             raise ValueError(f"composition: {COMPONENTS[k]} stands there for the second time")
         seen.add(k)
-        x[k] = number(f"composition: {name}", content, 0.0, whole, unit.strip())
-    total = math.fsum(x)
-    apart = abs(total - whole) / whole
-    if apart > 0.01 * (1 + 1e-9):
-        accepted = f"{0.99 * whole:g}..{1.01 * whole:g}{unit}"
-        # The sum that the other way of giving a composition would have.
-        if abs(total * whole / 100.0 - 1.0) <= 0.01:
-            raise ValueError(f"the composition sums to {total:.6g}: are these {other}? Accepted: {accepted}")
-        raise ValueError(f"the composition sums to {total:.6g}{unit}, accepted: {accepted}")
-    if apart > 0.0001 * (1 + 1e-9):
-        warnings.warn(f"the composition sums to {total:.6g}{unit}, which is used as it is given", stacklevel=4)
+        x[k] = number(f"composition: {name}", content, 0.0, whole, unit)
+    _judge_sum(x, volume_fractions, any_sum, normalise)
     return x, volume_fractions

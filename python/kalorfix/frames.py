@@ -4,28 +4,33 @@ Columns that are read, the unit in the name: t_C or t_K; p_Pa, p_kPa or p_MPa, a
 q_t_h or q_m3_h, or with device external mass_t_h, volume_m3_h, standard_volume_m3_h, energy_GJ_h, heat_GJ_h. With time_s
 (seconds) or time (dates, as text or datetime64; UTC where they bear no zone) the result has registers too.
 
+A NaN (an empty cell of a file) is a transmitter that failed, and a refused row.
+
 Columns of the result, as those of `kalorfix run --format csv`: the time, what a Cycle has, and with a time total_mass_t and
-so on (registers), hour_mass_t, day_mass_t and so on (what the hour or day held that closed with this row). A number that
-does not exist is a NaN. All numbers have single precision, in columns of double precision.
+so on (registers), hour_mass_t, day_mass_t and so on (what the hour or day held that closed with this row), hour_length_s,
+day_length_s (how long it was, in seconds of computed time). A number that does not exist is a NaN. All numbers have single
+precision, in columns of double precision.
 """
 
 from __future__ import annotations
 
+import copy
 import math
 from collections.abc import Callable, Iterable
-from typing import TYPE_CHECKING, Any
+from typing import Any, Protocol
 
 import pandas
 
-from ._checks import reading, single
-from .totals import Registers
-
-if TYPE_CHECKING:
-    from .channels import Channel
+from ._checks import measured, number, plain, single
+from ._native import Library
+from .cycle import COLUMNS, TEXTS
+from .room import Peaks
+from .totals import AMOUNTS, Accounted, Registers
 
 _LONGEST_GAP_S = 400.0 * 86400.0  # the 32-bit ticks tell 497 days apart
-_AMOUNTS = {"mass": "mass_t", "volume": "volume_m3", "standard_volume": "standard_volume_m3", "energy": "energy_GJ",
-            "heat": "heat_GJ"}
+_SHORTEST_STEP_S = 0.02  # two ticks: an interval does not bear two cycles within one
+_LATEST_S = 1e11  # the ticks and their differences stay exact
+_LENGTHS = ["hour_length_s", "day_length_s"]
 _UNITS: dict[str, dict[str, Callable[[float], float]]] = {
     "t": {"t_C": lambda t: t, "t_K": lambda t: t - 273.15},
     "p": {"p_Pa": lambda p: p, "p_kPa": lambda p: p * 1e3, "p_MPa": lambda p: p * 1e6},
@@ -35,15 +40,39 @@ _UNITS: dict[str, dict[str, Callable[[float], float]]] = {
 }
 
 
+class Computed(Accounted, Protocol):
+    """What a frame needs of a channel."""
+
+    library: Library
+    integrators: tuple[str, ...]
+    flow_columns: tuple[str, ...]
+
+    @property
+    def longest_step_s(self) -> float: ...
+
+    @property
+    def measured(self) -> str: ...
+
+    def external_columns(self) -> list[str]: ...
+
+    def registers(self) -> Registers: ...
+
+    def run(self, t_C: float, p_Pa: float, reading: float,
+            external: list[float]) -> tuple[list[Any], list[float] | None]: ...
+
+    def judge_flows(self, row: list[Any], flows: list[float] | None, taken: list[bool] | None = None,
+                    not_counted: str = "") -> None: ...
+
+
 def _place(df: pandas.DataFrame, k: int) -> str:
     return f"row {df.index[k]!r}"
 
 
 def _numbers(df: pandas.DataFrame, column: str, convert: Callable[[float], float] = lambda value: value) -> list[float]:
     values: list[float] = []
-    for k, value in enumerate(df[column].tolist()):
+    for k, (value, missing) in enumerate(zip(df[column].tolist(), df[column].isna().tolist())):
         try:
-            values.append(single(convert(reading(column, value, ""))))
+            values.append(single(convert(measured(column, math.nan if missing else value, ""))))
         except ValueError as error:
             raise ValueError(f"{_place(df, k)}: {error}") from None
     return values
@@ -60,7 +89,7 @@ def _measured(df: pandas.DataFrame, what: str) -> list[float]:
 def _times(df: pandas.DataFrame, registers: Registers) -> list[float]:
     """Seconds of each row; later in each than in the one before, and than the last one counted."""
     if "time_s" in df.columns:
-        seconds = [reading("time_s", value, "s") for value in df["time_s"].tolist()]
+        seconds = [number("time_s", value, 0.0, _LATEST_S, "s") for value in df["time_s"].tolist()]
     else:
         dates = pandas.to_datetime(df["time"], utc=True)
         if dates.isna().any():
@@ -68,63 +97,105 @@ def _times(df: pandas.DataFrame, registers: Registers) -> list[float]:
         seconds = ((dates - pandas.Timestamp(0, tz="UTC")) / pandas.Timedelta(seconds=1)).tolist()
     last = registers.last_s
     for k, now in enumerate(seconds):
-        if now < 0.0 or (last is not None and not 0.0 < now - last <= _LONGEST_GAP_S):
+        if now < 0.0 or (last is not None and not _SHORTEST_STEP_S <= now - last <= _LONGEST_GAP_S):
             raise ValueError(f"{_place(df, k)}: the time {now:.10g} s does not follow {last} s: rows must be in the order of"
-                             " time, each with its own, at most 400 days apart")
+                             " time, each with its own, from 0.02 s to 400 days apart")
         last = now
     return seconds
 
 
-def run_frame(channel: Channel, df: pandas.DataFrame, registers: Registers | None) -> pandas.DataFrame:
-    """Every row of `df` through the channel. Raises ValueError, naming row and column, for what is no number."""
-    from .channels import COLUMNS, TEXTS
-    if not isinstance(df, pandas.DataFrame):
-        raise ValueError(f"expected a pandas.DataFrame, not {type(df).__name__}")
-    t, p = _measured(df, "t"), _measured(df, "p")
-    external: list[list[float]] = []
-    measured = [0.0] * len(df)
-    if not channel.external:
-        measured = _measured(df, channel.measured)
-    else:
-        external = [_numbers(df, name) if name in df.columns else measured for name in channel.external_columns()]
-    time = next((name for name in ("time_s", "time") if name in df.columns), None)
-    if registers is not None and time is None:
-        raise ValueError("registers need a column time_s or time")
-    registers = registers if registers is not None else channel.registers()
-    seconds = _times(df, registers) if time else []
+class FrameRun:
+    """The rows of a frame through a channel, one after the other. The registers change with `finish`, for all rows or none.
 
-    rows: list[list[Any]] = []
-    for k in range(len(df)):
-        given = [column[k] for column in external]
-        row, flows = channel.run(t[k], p[k], measured[k], given)
-        if time:
-            row += _count(channel, registers, seconds[k], row, flows)
-        rows.append(row)
-    names = [*COLUMNS, *(register_columns(channel.integrators) if time else ())]
-    result = pandas.DataFrame(rows, columns=names, index=df.index)
-    numeric = [name for name in names if name not in TEXTS]
-    result[numeric] = result[numeric].astype("float64")
-    if time:
-        result.insert(0, time, df[time])
-    return result
+    Raises ValueError, naming row and column, for what is no number."""
+
+    def __init__(self, channel: Computed, df: pandas.DataFrame, registers: Registers | None) -> None:
+        if not isinstance(df, pandas.DataFrame):
+            raise ValueError(f"expected a pandas.DataFrame, not {type(df).__name__}")
+        self._channel, self._df, self._rows = channel, df, list[list[Any]]()
+        readings = [0.0] * len(df)
+        self._external: list[list[float]] = []
+        self._t, self._p = _measured(df, "t"), _measured(df, "p")
+        if not channel.external:
+            readings = _measured(df, channel.measured)
+        else:
+            self._external = [_numbers(df, name) if name in df.columns else readings for name in channel.external_columns()]
+        self._readings = readings
+        self._time = next((name for name in ("time_s", "time") if name in df.columns), None)
+        if registers is not None and self._time is None:
+            raise ValueError("registers need a column time_s or time")
+        self._given = registers if registers is not None else channel.registers()
+        self._registers, self._peaks = copy.deepcopy(self._given), Peaks(len(channel.integrators))
+        self._seconds = _times(df, self._given) if self._time else []
+
+    def step(self) -> None:
+        """The next row."""
+        k, channel = len(self._rows), self._channel
+        row, flows = channel.run(self._t[k], self._p[k], self._readings[k], [column[k] for column in self._external])
+        if self._time:
+            row += self._count(k, row, flows)
+        else:
+            channel.judge_flows(row, flows)
+        self._rows.append(row)
+
+    def _count(self, k: int, row: list[Any], flows: list[float] | None) -> list[float]:
+        """Counts the cycle; the register columns. A flow that the registers refuse makes the row a refused one."""
+        channel, time_s = self._channel, self._seconds[k]
+        elapsed_s, longest_s = self._registers.elapsed_s(time_s), channel.longest_step_s
+        passed_over = 0.0 < longest_s < elapsed_s
+        if not passed_over:
+            self._peaks.note_step(elapsed_s)
+        if flows is not None:
+            self._peaks.note_flows([single(flow) for flow in flows], k)
+        with channel.library.lock:
+            taken = self._registers.count(channel, time_s, None if passed_over else flows)
+        # Flows from elsewhere need no state.
+        if row[0] == "refused" and taken[0]:
+            row[2] += "; its flows are counted all the same"
+        channel.judge_flows(row, flows, taken, f"not counted: {plain(elapsed_s)} s since the reading before are longer than"
+                                               f" {plain(longest_s)} s" if passed_over else "")
+        registers = list(self._registers.by_name.values())
+        hours, days = [one.hour for one in registers], [one.day for one in registers]
+        return [*(single(one.total) for one in registers),
+                *(one.result if one.closed else math.nan for one in hours + days),
+                *(next((single(one.length_s) for one in kind if one.closed), math.nan) for kind in (hours, days))]
+
+    def lacking(self) -> list[str]:
+        """Registers that a day of the largest flow does not fit into."""
+        channel = self._channel
+        times = [plain(value) for value in self._seconds] if self._time == "time_s" else [
+            str(value) for value in self._df[self._time]] if self._time else []
+        return self._peaks.lacking(channel.integrators, channel.flow_columns, channel.exponents, times)
+
+    def finish(self) -> pandas.DataFrame:
+        """The result, when all rows have gone through."""
+        vars(self._given).update(vars(self._registers))
+        names = [*COLUMNS, *(register_columns(self._channel.integrators) if self._time else ())]
+        result = pandas.DataFrame(self._rows, columns=names, index=self._df.index)
+        numeric = [name for name in names if name not in TEXTS]
+        result[numeric] = result[numeric].astype("float64")
+        if self._time:
+            result.insert(0, self._time, self._df[self._time])
+        return result
 
 
-def register_columns(integrators: Iterable[str] = tuple(_AMOUNTS)) -> list[str]:
-    """Registers, and amounts of the hour and the day that closed, of these integrators."""
-    return [f"{kind}_{_AMOUNTS[name]}" for kind in ("total", "hour", "day") for name in integrators]
+def require_room(lacking: list[str]) -> None:
+    """Raises ValueError with the exponents that would do."""
+    if lacking:
+        raise ValueError(f"a day must stay below 10^6 units of its register: {'; '.join(lacking)}")
 
 
-def _count(channel: Channel, registers: Registers, time_s: float, row: list[Any], flows: list[float] | None) -> list[float]:
-    """Counts the cycle; the register columns. A flow that the registers refuse makes the row a refused one."""
-    with channel.library.lock:
-        taken = registers.count(channel, time_s, flows)
-    if row[0] == "computed" and flows is not None and not all(taken):
-        k = taken.index(False)
-        flow = single(flows[k])
-        unit = channel.flow_columns[k][4:].replace("_", "/")
-        row[:3] = "refused", "totals", (f"{channel.integrators[k]} flow {flow:.5g} {unit} below 0 {unit}" if flow < 0.0 else
-                                        "the library refused the totals; no documented limit explains it")
-    all_registers = list(registers.by_name.values())
-    return [*(single(one.total) for one in all_registers),
-            *(one.hour.result if one.hour.closed else math.nan for one in all_registers),
-            *(one.day.result if one.day.closed else math.nan for one in all_registers)]
+def run_frame(channel: Computed, df: pandas.DataFrame, registers: Registers | None) -> pandas.DataFrame:
+    """Every row of `df` through the channel. Raises ValueError for what is no number, and for a day that does not fit its
+    registers; they are then as they were."""
+    run = FrameRun(channel, df, registers)
+    for _ in range(len(df)):
+        run.step()
+    require_room(run.lacking())
+    return run.finish()
+
+
+def register_columns(integrators: Iterable[str] = tuple(AMOUNTS)) -> list[str]:
+    """Registers, amounts of the hour and the day that closed, of these integrators, and how long these were."""
+    names = list(integrators)
+    return [f"{kind}_{AMOUNTS[name]}" for kind in ("total", "hour", "day") for name in names] + _LENGTHS

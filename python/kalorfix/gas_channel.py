@@ -2,14 +2,16 @@
 
 from __future__ import annotations
 
+from collections.abc import Callable
 from ctypes import byref, c_double
 from typing import Any
 
 from . import _limits
 from ._checks import choice, number, single
 from ._native import Library
-from .channels import AT_K, AT_LOWER, AT_P, AT_RHO, PIPE_KEYS, Channel, Results, finite
-from .composition import CARBON_DIOXIDE, NITROGEN, Composition, read_composition
+from .channels import PIPE_KEYS, Channel, Results, finite
+from .composition import CARBON_DIOXIDE, NITROGEN, Composition, judge_contents, read_composition, scaled
+from .cycle import AT_K, AT_LOWER, AT_P, AT_RHO, AT_SUM
 
 METHODS = ("nx19", "gerg91", "aga8", "vnic")
 _METHOD_TITLES = ("NX19 mod.", "GERG-91 mod.", "AGA8-92DC", "VNIC SMV")
@@ -31,17 +33,23 @@ class Gas(Channel):
                            orifice plates: initial radius of the edge, 0..10 mm; mean (as without it) or at_end of the
                            interval between checks, 0..100 years
     alpha_eps              configured_coefficient: its flow coefficient, 0..100. Meters take none of the pipe's keys
+    cut_off_kPa            0..1000: a lower differential pressure is no flow, and its time counts; without it none
     column_height_m, column_density_kg_m3  liquid column between tap and transmitter, -1000..1000 m, 0..20000 kg/m3
     method                 nx19, gerg91 (by density); aga8, vnic (by composition)
     rho_c_kg_m3, nitrogen_pct, carbon_dioxide_pct  nx19, gerg91: density at 20 degC and 101.325 kPa, 0..1; mol %
     composition            aga8, vnic: components with their mol %, or a file such as examples/natural_gas.csv
     volume_fractions       aga8: the composition is given in fractions, 0..1
-    contents_pct           aga8: nitrogen and carbon dioxide, mol %, with which viscosity and exponent are taken (by the
-                           formulas of density); without it those of the composition
+    composition_sum        aga8, vnic: 100 (as without it) refuses what sums to less than 99 or more than 101 %; any
+    normalise              aga8, vnic: yes scales the composition to 100 %; no
+    contents               aga8: nitrogen and carbon dioxide behind viscosity and exponent: own (as without it), or as_left
+                           by the last calculation by density of this library, as a controller without a spare channel
     vapour_kg_m3           water vapour in the working cubic metre, 0..1000
     energy_by              lower_heat or higher_heat: behind the energy
     heat_unit, heat_basis_C  vnic: heats of combustion in kJ or kcal, per cubic metre at 0 or 20 degC
-    mass_exponent ...      of mass, volume, standard_volume, energy: the register counts in 10^N of its unit, -9..9
+    longest_step_s         longer steps between two readings are not counted, 0..1e8; 0 (as without it) counts any
+    contract_hour          at which a day of the calendar begins, 0..23; 0
+    mass_exponent ...      of mass, volume, standard_volume, energy: the register counts in 10^N of its unit, -9..9; a day
+                           must stay below 10^6
     library                a Library; without it the default one
 
     Raises ValueError for what is outside its limits, missing, or without meaning here.
@@ -55,12 +63,14 @@ class Gas(Channel):
                  device_material: int | None = None, pipe_expansion_1_C: float | None = None,
                  device_expansion_1_C: float | None = None, D20_mm: float | None = None, d20_mm: float | None = None,
                  roughness_mm: float | None = None, edge_radius_mm: float | None = None, edge_radius: str | None = None,
-                 check_interval_years: float | None = None, alpha_eps: float | None = None, column_height_m: float = 0.0,
-                 column_density_kg_m3: float = 0.0, rho_c_kg_m3: float | None = None, nitrogen_pct: float | None = None,
+                 check_interval_years: float | None = None, alpha_eps: float | None = None,
+                 cut_off_kPa: float | None = None, column_height_m: float = 0.0, column_density_kg_m3: float = 0.0,
+                 rho_c_kg_m3: float | None = None, nitrogen_pct: float | None = None,
                  carbon_dioxide_pct: float | None = None, composition: Composition | None = None,
-                 volume_fractions: bool = False, contents_pct: tuple[float, float] | None = None, vapour_kg_m3: float = 0.0,
-                 energy_by: str = "lower_heat", heat_unit: str | None = None, heat_basis_C: int | None = None,
-                 library: Library | None = None, **accounting: float) -> None:
+                 volume_fractions: bool = False, composition_sum: str | int | None = None, normalise: str | None = None,
+                 contents: str | None = None, vapour_kg_m3: float = 0.0, energy_by: str = "lower_heat",
+                 heat_unit: str | None = None, heat_basis_C: int | None = None, library: Library | None = None,
+                 **accounting: float) -> None:
         self.method = choice("method", method, METHODS)
         self.vapour = number("vapour_kg_m3", vapour_kg_m3, 0, 1000, "kg/m3")
         self.by_higher_heat = choice("energy_by", energy_by, ("lower_heat", "higher_heat")) == 1
@@ -71,13 +81,15 @@ class Gas(Channel):
         self._results = Results(3)
         densities = {"rho_c_kg_m3": rho_c_kg_m3, "nitrogen_pct": nitrogen_pct, "carbon_dioxide_pct": carbon_dioxide_pct}
         self._contents_pct: tuple[float, float] | None = None
-        self._x, self._rho_c, self._fractions = [0.0] * 15, 0.0, 0
+        self._own_contents = self.method == _AGA8
+        self._x, self._rho_c, self._fractions, self._normalise = [0.0] * 15, 0.0, 0, False
+        insisted = {"composition_sum": composition_sum, "normalise": normalise, "contents": contents}
         if self.method <= _GERG91:
-            self._by_density(densities, composition, contents_pct)
+            self._by_density(densities, {"composition": composition, **insisted})
         else:
-            self._by_composition(densities, composition, volume_fractions, contents_pct)
+            self._by_composition(densities, composition, volume_fractions, insisted)
         self._given = self._x, self._rho_c, self.vapour
-        self._x, self._rho_c, self.vapour = [single(value) for value in self._x], single(self._rho_c), single(self.vapour)
+        self._take([single(value) for value in self._x], single(self._rho_c), single(self.vapour), single)
 
     def _heats(self, unit: str | None, basis_C: int | None) -> None:
         if self.method != _VNIC and (unit is not None or basis_C is not None):
@@ -85,18 +97,20 @@ class Gas(Channel):
         self._kcal = 0 if unit is None else choice("heat_unit", unit, ("kJ", "kcal"))
         self._at_20_C = 1 if basis_C is None else choice("heat_basis_C", str(basis_C), ("0", "20"))
 
-    def _by_density(self, densities: dict[str, Any], composition: Any, contents: Any) -> None:
-        if composition is not None or contents is not None:
-            raise ValueError(f"composition, contents_pct: {METHODS[self.method]} takes density, nitrogen and carbon dioxide")
+    def _by_density(self, densities: dict[str, Any], of_a_composition: dict[str, Any]) -> None:
+        for key, value in of_a_composition.items():
+            if value is not None:
+                raise ValueError(f"{key}: {METHODS[self.method]} takes density, nitrogen and carbon dioxide")
         for key, value in densities.items():
             if value is None:
                 raise ValueError(f"lacks {key} (accepted: {'0..1 kg/m3' if key == 'rho_c_kg_m3' else '0..100 mol %'})")
         self._rho_c = number("rho_c_kg_m3", densities["rho_c_kg_m3"], 0, 1, "kg/m3")
         for key, k in (("nitrogen_pct", NITROGEN), ("carbon_dioxide_pct", CARBON_DIOXIDE)):
             self._x[k] = number(key, densities[key], 0, 100, "mol %")
+        judge_contents(self._x[NITROGEN], self._x[CARBON_DIOXIDE])
 
     def _by_composition(self, densities: dict[str, Any], composition: Composition | None, fractions: bool,
-                        contents: Any) -> None:
+                        insisted: dict[str, Any]) -> None:
         title = METHODS[self.method]
         for key, value in densities.items():
             if value is not None:
@@ -105,43 +119,56 @@ class Gas(Channel):
             raise ValueError(f"lacks composition: {title} takes components in mol %, or a file")
         if self.library.gas_data is None:
             raise ValueError(f"{title} needs gas data, and there is no gas.dat beside the library; give Library gas_data")
-        x, fractions = read_composition(composition, fractions)
+        given = {key: value for key, value in insisted.items() if value is not None}
+        any_sum = choice("composition_sum", str(given.get("composition_sum", "100")), ("100", "any")) == 1
+        self._normalise = choice("normalise", given.get("normalise", "no"), ("no", "yes")) == 1
+        if self.method != _AGA8 and "contents" in given:
+            raise ValueError("contents has no meaning with vnic, which takes them from the composition")
+        as_left = choice("contents", given.get("contents", "own"), ("own", "as_left")) == 1
+        self._own_contents = self.method == _AGA8 and not as_left
+        x, fractions = read_composition(composition, fractions, any_sum, self._normalise)
         if fractions and self.method == _VNIC:
             raise ValueError("volume_fractions: VNIC SMV takes its heats from mole per cent; give mol %")
         self._x, self._fractions, self._rho_c = x, int(fractions), 0.0
-        if self.method != _AGA8:
-            if contents is not None:
-                raise ValueError("contents_pct has no meaning with vnic, which takes them from the composition")
-        elif contents is not None:
-            self.contents_pct = contents
-        elif fractions:
+
+    def _take(self, x: list[float], rho_c: float, vapour: float, narrow: Callable[[float], float] = float) -> None:
+        """The gas with which it computes; shares that are scaled become what `narrow` makes of them."""
+        self._rho_c, self.vapour = rho_c, vapour
+        self._x = [narrow(share) for share in scaled(x, bool(self._fractions))] if self._normalise else x
+        if not self._own_contents:
+            return
+        pct = self._x
+        if self._fractions:
             # The state makes mole fractions of the volume fractions.
             with self.library.lock:
                 self._find_state(20.0, 1e6)
-                moles = self.library.floats("Xi", 15)
-            self._contents_pct = 100.0 * moles[NITROGEN], 100.0 * moles[CARBON_DIOXIDE]
-        else:
-            self._contents_pct = self._x[NITROGEN], self._x[CARBON_DIOXIDE]
+                pct = [100.0 * share for share in self.library.floats("Xi", 15)]
+        self._contents_pct = pct[NITROGEN], pct[CARBON_DIOXIDE]
 
     def take_doubles(self) -> None:
         """Computes with the gas as it was given; a channel has it in single precision."""
-        self._x, self._rho_c, self.vapour = self._given
+        self._take(*self._given)
+
+    @property
+    def by_density(self) -> bool:
+        """Whether the method takes density, nitrogen and carbon dioxide."""
+        return self.method <= _GERG91
+
+    @property
+    def contents(self) -> str:
+        """own or as_left: with which nitrogen and carbon dioxide AGA8-92DC takes viscosity and exponent; empty for the other
+        methods."""
+        return "" if self.method != _AGA8 else "own" if self._own_contents else "as_left"
 
     @property
     def contents_pct(self) -> tuple[float, float] | None:
-        """Nitrogen and carbon dioxide, mol %, with which AGA8-92DC takes viscosity and exponent; None for other methods.
-        `kalorfix run` and a controller take those that another channel by density left."""
+        """These, mol %; None where the method takes none, or those that were left."""
         return self._contents_pct
 
-    @contents_pct.setter
-    def contents_pct(self, contents: tuple[float, float]) -> None:
-        if self.method != _AGA8:
-            raise ValueError("contents_pct: only AGA8-92DC takes them")
-        if not isinstance(contents, (tuple, list)) or len(contents) != 2:
-            raise ValueError(f"contents_pct: expected nitrogen and carbon dioxide, 0..100 mol % each, not {contents!r}")
-        nitrogen, carbon_dioxide = contents
-        self._contents_pct = (number("contents_pct: nitrogen", nitrogen, 0, 100, "mol %"),
-                              number("contents_pct: carbon_dioxide", carbon_dioxide, 0, 100, "mol %"))
+    def prime(self) -> None:
+        """Leaves the contents of a gas by density, as a controller that has started did with all its channels."""
+        with self.library.lock:
+            self._find_state(20.0, 1e6)
 
     @property
     def heat_unit(self) -> str:
@@ -171,9 +198,11 @@ class Gas(Channel):
 
     def _state(self, t_C: float, p_Pa: float, row: list[Any]) -> str | None:
         good = self._find_state(t_C, p_Pa)
-        _, K, rho_c = values = self._results.narrowed()
+        sum_, K, rho_c = values = self._results.narrowed()
         if not (good and finite(values)):
             return self._why_no_state(t_C, p_Pa, K)
+        if not self.by_density:
+            row[AT_SUM] = sum_
         row[AT_K:AT_K + 2] = K, rho_c
         return None
 

@@ -9,7 +9,8 @@ from typing import Any
 from . import _limits
 from ._checks import choice, number, single
 from ._native import Library
-from .channels import AT_H, AT_PS, AT_RHO, AT_T, PIPE_KEYS, Channel, Results, finite
+from .channels import PIPE_KEYS, Channel, Results, finite
+from .cycle import AT_H, AT_PS, AT_RHO, AT_T
 
 PHASES = ("from_state", "water", "steam", "wet_steam")
 _PHASE_TITLES = ("undecided", "water", "superheated steam", "wet steam")
@@ -21,6 +22,7 @@ class Heat(Channel):
     phase    from_state, water, steam or wet_steam
     x        wet_steam (from_state: 0 without it): share of the single-phase state in the mixture, 0..1
     saturation_tolerance_Pa, saturation_tolerance_K  so close to the saturation line it is wet steam, 0..1e6 Pa, 0..100 K
+    longest_step_s, contract_hour  as those of Gas
     mass_exponent ...  of mass, volume, heat: the register counts in 10^N of its unit, -9..9
 
     Raises ValueError for what is outside its limits, missing, or without meaning here.
@@ -34,9 +36,10 @@ class Heat(Channel):
                  device_material: int | None = None, pipe_expansion_1_C: float | None = None,
                  device_expansion_1_C: float | None = None, D20_mm: float | None = None, d20_mm: float | None = None,
                  roughness_mm: float | None = None, edge_radius_mm: float | None = None, edge_radius: str | None = None,
-                 check_interval_years: float | None = None, alpha_eps: float | None = None, column_height_m: float = 0.0,
-                 column_density_kg_m3: float = 0.0, x: float | None = None, saturation_tolerance_Pa: float = 1000.0,
-                 saturation_tolerance_K: float = 0.5, library: Library | None = None, **accounting: float) -> None:
+                 check_interval_years: float | None = None, alpha_eps: float | None = None,
+                 cut_off_kPa: float | None = None, column_height_m: float = 0.0, column_density_kg_m3: float = 0.0,
+                 x: float | None = None, saturation_tolerance_Pa: float = 1000.0, saturation_tolerance_K: float = 0.5,
+                 library: Library | None = None, **accounting: float) -> None:
         if device == "meter_standard_volume":
             raise ValueError("device: meter_standard_volume meters standard volume, which a heat carrier has not")
         pipe = {key: value for key, value in locals().items() if key in PIPE_KEYS}

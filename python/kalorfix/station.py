@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import contextlib
 import os
 import re
 from collections.abc import Iterator, Mapping
@@ -12,11 +13,13 @@ from ._native import Library
 from .channels import Channel
 from .gas_channel import Gas
 from .heat_channel import Heat
+from .totals import Registers
 
 if TYPE_CHECKING:
     import pandas
 
-_WORDS = ("device", "edge_radius", "method", "composition", "energy_by", "heat_unit", "heat_basis_C", "phase")
+_WORDS = ("device", "edge_radius", "method", "composition", "composition_sum", "normalise", "contents", "energy_by",
+          "heat_unit", "heat_basis_C", "phase")
 # What `kalorfix uncertainty` reads.
 _INSTRUMENTS = re.compile(r"(dp|p|t)_(range|class|error)_\w+|\w+_uncertainty(_mol)?_pct")
 
@@ -24,8 +27,7 @@ _INSTRUMENTS = re.compile(r"(dp|p|t)_(range|class|error)_\w+|\w+_uncertainty(_mo
 class Station(Mapping[str, Channel]):
     """The channels of a station file by name, GAS 1, HEAT 1 and so on; see examples/station.ini for the keys.
 
-    Every gas of its own: a channel by AGA8-92DC takes viscosity and exponent with its own nitrogen and carbon dioxide
-    (Gas.contents_pct), whatever channels by density stand in the file. Raises ValueError with file, line and limit.
+    Raises ValueError with file, line and limit.
     """
 
     def __init__(self, path: str | os.PathLike[str], library: Library | None = None) -> None:
@@ -40,6 +42,12 @@ class Station(Mapping[str, Channel]):
                 raise ValueError(f"{self.path}:{line}: [{name}] {error}") from None
         if not self._channels:
             raise ValueError(f"{self.path}: holds no channel; a section [GAS 1] or [HEAT 1] describes one")
+        contents = {channel.contents: name for name, channel in self._channels.items() if isinstance(channel, Gas)}
+        if "own" in contents and "as_left" in contents:
+            raise ValueError(f"{self.path}: [{contents['as_left']}] contents: as_left holds for all channels by aga8, and"
+                             f" {contents['own']} has own")
+        #: Whether viscosity and exponent by AGA8-92DC depend on what channels by density computed before.
+        self.contents_as_left = "as_left" in contents
 
     def _sections(self) -> list[tuple[int, str, dict[str, str]]]:
         sections: list[tuple[int, str, dict[str, str]]] = []
@@ -60,7 +68,7 @@ class Station(Mapping[str, Channel]):
 
     def _channel(self, name: str, keys: dict[str, str], library: Library | None) -> Channel:
         medium, _, digits = name.partition(" ")
-        if medium not in ("GAS", "HEAT") or not digits.isdecimal() or not 1 <= int(digits) <= 20000:
+        if medium not in ("GAS", "HEAT") or not digits.isdecimal() or not 1 <= int(digits) <= 20000 or digits[0] == "0":
             raise ValueError("expected [GAS N] or [HEAT N] with N within 1..20000")
         given: dict[str, Any] = {}
         contents: dict[str, float] = {}
@@ -87,25 +95,51 @@ class Station(Mapping[str, Channel]):
             self.files.append(given["composition"])
         return Gas(library=library, **given) if medium == "GAS" else Heat(library=library, **given)
 
-    def frame(self, df: pandas.DataFrame) -> pandas.DataFrame:
+    def registers(self) -> dict[str, Registers]:
+        """New registers of all channels, to be handed from frame to frame."""
+        return {name: channel.registers() for name, channel in self.items()}
+
+    def frame(self, df: pandas.DataFrame, registers: Mapping[str, Registers] | None = None) -> pandas.DataFrame:
         """The rows of all channels, told apart by the column `channel`, in the order of `df`; see kalorfix.frames."""
         import pandas
 
-        from .frames import register_columns
+        from .frames import FrameRun, register_columns, require_room
         if "channel" not in df.columns or not set(df["channel"]) <= set(self):
             raise ValueError(f"expected a column channel with names of {', '.join(self)}")
-        parts = []
+        names = df["channel"].tolist()
+        if not names:
+            raise ValueError("the frame has no rows")
         place = pandas.Series(range(len(df)), index=df.index)
-        for name, rows in df.groupby("channel", sort=False):
-            part = self[name].frame(rows)
+        runs = {name: FrameRun(self[name], rows, registers[name] if registers is not None else None)
+                for name, rows in df.groupby("channel", sort=False)}
+        # Row by row, since AGA8-92DC may take what the row before has left.
+        with self._undisturbed():
+            for name in names:
+                runs[name].step()
+        require_room([f"[{name}] {text}" for name, run in runs.items() for text in run.lacking()])
+        parts = []
+        for name, run in runs.items():
+            part = run.finish()
             part.insert(int(part.columns[0] != "status"), "channel", name)
             parts.append(part.set_index(place[df["channel"] == name]))
-        if not parts:
-            raise ValueError("the frame has no rows")
         whole = pandas.concat(parts).sort_index()
         whole.index = df.index
-        registers = [name for name in register_columns() if name in whole]
-        return whole[[name for name in whole if name not in registers] + registers]
+        behind = [name for name in register_columns() if name in whole]
+        return whole[[name for name in whole if name not in behind] + behind]
+
+    @contextlib.contextmanager
+    def _undisturbed(self) -> Iterator[None]:
+        """Keeps others from the library while the contents that were left matter; every channel by density leaves its own
+        once, so that the first cycle does not differ from all others."""
+        if not self.contents_as_left:
+            yield
+            return
+        gases = [channel for channel in self.values() if isinstance(channel, Gas)]
+        with gases[0].library.lock:
+            for gas in gases:
+                if gas.by_density:
+                    gas.prime()
+            yield
 
     def __getitem__(self, name: str) -> Channel:
         return self._channels[name]

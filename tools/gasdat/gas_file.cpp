@@ -23,7 +23,7 @@ GasFile read_gas_file(const std::string& path) {
     namespace fs = std::filesystem;
     std::error_code failed;
     std::ifstream in = open_regular(path);
-    if (!in) throw InputError(path + ": cannot read this gas data file");
+    if (!in) throw InputError(path + ": cannot read this gas data file: " + why_unreadable(path));
     GasFile file;
     file.size = static_cast<std::size_t>(fs::file_size(path, failed));
     std::string bytes(std::min(file.size, file_size), '\0');

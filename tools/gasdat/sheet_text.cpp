@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view missing = "-";
-const std::string what = "this file";
+const std::string what = "this table of gas data";
 
 std::vector<std::string> heading(const Sheet& sheet) {
     std::vector<std::string> names{std::string(sheet.row_name)};
@@ -90,10 +90,13 @@ Values read_listing(const std::string& file) {
     for (bool more = lines.next_entry(line); more;) {
         const std::size_t close = line.find(']');
         if (line.front() != '[' || close == std::string_view::npos)
-            lines.fail("expected a table such as [components], found " + quoted(line));
+            lines.fail("expected what gasdat show prints, a table such as [vnic_components] first, not " +
+                       quoted(line));
         const std::string_view name = line.substr(1, close - 1);
         const auto sheet = std::ranges::find(sheets(), name, &Sheet::name);
-        if (sheet == sheets().end()) lines.fail("no such table: " + quoted(name));
+        if (sheet == sheets().end())
+            lines.fail("no such table: ", quoted(name), "; expected what gasdat show prints, with the tables ",
+                       joined(sheets(), &Sheet::name));
         const auto index = static_cast<std::size_t>(sheet - sheets().begin());
         if (seen[index]) lines.fail("table ", name, " stands here for the second time");
         seen[index] = true;

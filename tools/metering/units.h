@@ -6,20 +6,19 @@
 #include <string>
 #include <string_view>
 
+#include "tools/units.h"
+
 namespace kalorfix::metering {
 
 enum class Flow { mass, volume, standard_volume, energy };
 
-/// value in the base unit = factor * number + offset.
-struct Unit {
-    std::string_view word;
-    double factor;
-    double offset = 0.0;
-    Flow flow = Flow::mass;  ///< of a unit of flow
-};
+using tool::Unit;
 
 /// Base units: mm, Pa (absolute), K and degC of temperature as degC, uPa s, kg/m3; flows t/h, m3/h, GJ/h.
-enum class Dimension { length, pressure, temperature, viscosity, density, flow };
+enum class Measure { length, pressure, temperature, viscosity, density, flow };
+
+/// Which of them a unit of flow counts.
+[[nodiscard]] Flow flow_kind(const Unit& unit);
 
 struct Quantity {
     double value;  ///< in the base unit
@@ -28,13 +27,13 @@ struct Quantity {
 
 /// A finite number and a unit, with or without a blank between them; a bare number takes `otherwise` unless that is empty. Nothing
 /// for anything else.
-[[nodiscard]] std::optional<Quantity> read_quantity(std::string_view text, Dimension dimension,
+[[nodiscard]] std::optional<Quantity> read_quantity(std::string_view text, Measure measure,
                                                     std::string_view otherwise);
 
 /// The unit of a word; null when there is none.
-[[nodiscard]] const Unit* find_unit(std::string_view word, Dimension dimension);
+[[nodiscard]] const Unit* find_unit(std::string_view word, Measure measure);
 
 /// "mm, cm, m, in": for help and messages.
-[[nodiscard]] std::string unit_words(Dimension dimension);
+[[nodiscard]] std::string unit_words(Measure measure);
 
 }  // namespace kalorfix::metering

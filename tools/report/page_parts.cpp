@@ -89,7 +89,7 @@ std::string entry_id(std::string_view name) {
 
 std::string markdown(const std::string& file, bool named_entries) {
     const std::optional<std::string> text = content_of(file);
-    if (!text) throw InputError(file + ": cannot read this part of the report");
+    if (!text) throw InputError(file + ": cannot read this part of the report: " + why_unreadable(file));
     std::string out;
     const auto append = [](const MD_CHAR* piece, MD_SIZE size, void* to) {
         static_cast<std::string*>(to)->append(piece, size);

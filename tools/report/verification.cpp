@@ -30,7 +30,7 @@ Subject subject_of(const std::string& function, const cases::Values& inputs) {
 
 CaseFile read_file(const fs::path& path) {
     std::ifstream in = open_regular(path.string());
-    if (!in) throw InputError(path.string() + ": cannot read this case file");
+    if (!in) throw InputError(path.string() + ": cannot read this case file: " + why_unreadable(path.string()));
     CaseFile file{path.filename().string(), cases::read_tables(in, path.string())};
     if (file.tables.empty()) throw InputError(path.string() + ": holds no table; one begins with [function]");
     return file;
@@ -135,7 +135,10 @@ std::vector<CaseFile> read_cases(const std::string& directory) {
     for (fs::directory_iterator at(directory, failed), end; !failed && at != end; at.increment(failed))
         if (at->path().extension() == ".txt") paths.push_back(at->path());
     if (failed) throw InputError("--cases ", directory, ": cannot list it: ", failed.message());
-    if (paths.empty()) throw InputError("--cases " + directory + ": holds no case file (*.txt)");
+    if (paths.empty())
+        throw InputError("--cases " + directory +
+                         ": holds no case file; expected *.txt with tables that begin with [function], "
+                         "such as those of tests/cases");
     std::ranges::sort(paths);
     std::vector<CaseFile> files;
     for (const fs::path& path : paths) files.push_back(read_file(path));

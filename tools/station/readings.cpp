@@ -7,6 +7,7 @@
 #include <ext/stdio_filebuf.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cmath>
@@ -15,7 +16,10 @@
 #include <limits>
 #include <span>
 
+#include "tools/closest.h"
+#include "tools/station/time_text.h"
 #include "tools/text.h"
+#include "tools/units.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -26,38 +30,67 @@ constexpr double largest_value = 1e12;
 constexpr double shortest_step_s = 0.02;
 // The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
 constexpr double longest_gap_s = 400.0 * 86400.0;
-constexpr double zero_celsius_K = 273.15;
+constexpr Limits barometer_kPa{50.0, 120.0, "kPa"};
 
-constexpr Column known_columns[] = {
-    {"time_s", Quantity::time},
-    {"time", Quantity::time},
-    {"channel", Quantity::name},
-    {"t_C", Quantity::t_C},
-    {"t_K", Quantity::t_C, 1.0, -zero_celsius_K},
-    {"p_Pa", Quantity::p_Pa},
-    {"p_kPa", Quantity::p_Pa, 1e3},
-    {"p_MPa", Quantity::p_Pa, 1e6},
-    {"dp_Pa", Quantity::dp_Pa},
-    {"dp_kPa", Quantity::dp_Pa, 1e3},
-    {"q_t_h", Quantity::q_t_h},
-    {"q_m3_h", Quantity::q_m3_h},
-    {"mass_t_h", Quantity::mass},
-    {"volume_m3_h", Quantity::volume},
-    {"standard_volume_m3_h", Quantity::standard},
-    {"energy_GJ_h", Quantity::energy},
-    {"heat_GJ_h", Quantity::heat},
+// A quantity's columns: a prefix and a unit, such as p_gauge_kPa.
+struct Prefix {
+    std::string_view name;
+    Quantity quantity;
+    Dimension dimension;
+};
+constexpr Prefix prefixes[] = {
+    {"t", Quantity::t_C, Dimension::temperature},
+    {"p", Quantity::p_Pa, Dimension::pressure},
+    {"p_gauge", Quantity::gauge, Dimension::pressure},
+    {"barometer", Quantity::barometer, Dimension::pressure},
+    {"dp", Quantity::dp_Pa, Dimension::pressure},
+    {"q", Quantity::q_t_h, Dimension::mass_flow},
+    {"q", Quantity::q_m3_h, Dimension::volume_flow},
+    {"mass", Quantity::mass, Dimension::mass_flow},
+    {"volume", Quantity::volume, Dimension::volume_flow},
+    {"standard_volume", Quantity::standard, Dimension::standard_volume_flow},
+    {"energy", Quantity::energy, Dimension::heat_flow},
+    {"heat", Quantity::heat, Dimension::heat_flow},
 };
 
-std::string names_of(Quantity quantity) {
-    std::vector<Column> same;
-    std::ranges::copy_if(known_columns, std::back_inserter(same),
-                         [=](const Column& one) { return one.quantity == quantity; });
-    return joined(same, &Column::name, " or ");
+std::optional<Column> column_of(std::string_view name) {
+    if (name == "time_s" || name == "time") return Column{std::string(name), Quantity::time};
+    if (name == "channel") return Column{std::string(name), Quantity::name};
+    for (const Prefix& prefix : prefixes) {
+        if (!name.starts_with(prefix.name) || name.size() <= prefix.name.size() ||
+            name[prefix.name.size()] != '_')
+            continue;
+        if (const Unit* const unit = find_unit(prefix.dimension, name.substr(prefix.name.size() + 1)))
+            return Column{std::string(name), prefix.quantity, unit->factor, unit->offset};
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> column_names() {
+    std::vector<std::string> names{"time_s", "time", "channel"};
+    for (const Prefix& prefix : prefixes) {
+        const std::string units = unit_names(prefix.dimension);
+        for (const std::string_view unit : split(units, ',')) names.push_back(cat(prefix.name, "_", unit));
+    }
+    return names;
+}
+
+// In the unit that most files have.
+std::string_view example_of(Quantity quantity) {
+    constexpr std::array<std::string_view, quantity_count> names{
+        "t_C",         "p_MPa or p_gauge_kPa", "dp_kPa",      "q_t_h",    "q_m3_h", "mass_t_h",
+        "volume_m3_h", "standard_volume_m3_h", "energy_GJ_h", "heat_GJ_h"};
+    return names[static_cast<std::size_t>(quantity)];
 }
 
 bool needs(const Channel& channel, Quantity quantity) {
     return quantity == Quantity::t_C || quantity == Quantity::p_Pa ||
            (channel.device != external_flow && quantity == measured_by(channel));
+}
+
+bool is_pressure(const Column& column) {
+    return column.quantity == Quantity::p_Pa || column.quantity == Quantity::gauge ||
+           column.quantity == Quantity::barometer;
 }
 
 // A transmitter that failed leaves no value, or none that is a number.
@@ -66,53 +99,12 @@ bool is_no_reading(std::string_view cell) {
 }
 
 bool takes(const Channel& channel, Quantity quantity) {
+    if (quantity == Quantity::gauge || quantity == Quantity::barometer) return true;
     if (needs(channel, quantity)) return true;
     if (channel.device != external_flow) return false;
     if (quantity == Quantity::standard || quantity == Quantity::energy) return channel.is_gas();
     return quantity == Quantity::mass || quantity == Quantity::volume ||
            (quantity == Quantity::heat && !channel.is_gas());
-}
-
-// Whether a text has digits where the pattern has zeros, and else the same characters; the numbers of its runs of digits.
-template <std::size_t count>
-bool read_digits(std::string_view text, std::string_view pattern, std::array<int, count>& numbers) {
-    if (text.size() != pattern.size()) return false;
-    numbers = {};
-    std::size_t k = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (pattern[i] != '0') {
-            if (text[i] != pattern[i]) return false;
-            ++k;
-        } else {
-            if (text[i] < '0' || text[i] > '9') return false;
-            numbers[k] = 10 * numbers[k] + (text[i] - '0');
-        }
-    }
-    return true;
-}
-
-std::optional<double> parse_date(std::string_view text) {
-    constexpr std::size_t length = std::string_view("2026-03-01T06:00:00").size();
-    if (text.ends_with('Z')) text.remove_suffix(1);
-    std::array<int, 6> part{};  // year, month, day, hour, minute, second
-    if (!read_digits(text.substr(0, length), "0000-00-00T00:00:00", part) &&
-        !read_digits(text.substr(0, length), "0000-00-00 00:00:00", part))
-        return std::nullopt;
-    const auto [year, month, day, hour, minute, second] = part;
-    const std::chrono::year_month_day date{std::chrono::year(year),
-                                           std::chrono::month(static_cast<unsigned>(month)),
-                                           std::chrono::day(static_cast<unsigned>(day))};
-    const auto days = std::chrono::sys_days(date).time_since_epoch().count();
-    if (!date.ok() || days < 0 || hour > 23 || minute > 59 || second > 59) return std::nullopt;
-    const double seconds = static_cast<double>(days) * 86400.0 + 3600.0 * hour + 60.0 * minute + second;
-    // Microseconds are what a double holds beside the seconds since 1970, and what is printed.
-    constexpr std::size_t most_digits = 6;
-    const std::string_view rest = text.substr(length);
-    if (rest.empty()) return seconds;
-    if (rest[0] != '.' || rest.size() < 2 || rest.size() > most_digits + 1 ||
-        rest.find_first_not_of("0123456789", 1) != std::string_view::npos)
-        return std::nullopt;
-    return seconds + parse<double>(rest).value_or(0.0);
 }
 
 // An open file as a stream, with the offset that it has.
@@ -144,7 +136,9 @@ void copy(const std::string& name, int from, int to, const volatile std::sig_ato
 }  // namespace
 
 std::optional<double> parse_time(TimeKind kind, std::string_view text) {
-    return kind == TimeKind::date ? parse_date(text) : number_within(text, {0.0, latest_s, "s"});
+    if (kind == TimeKind::seconds) return number_within(text, {0.0, latest_s, "s"});
+    const std::optional<WrittenTime> time = parse_date(text);
+    return time && time->offset_s.value_or(0) == 0 ? std::optional(time->seconds) : std::nullopt;
 }
 
 std::string print_time(TimeKind kind, double seconds) {
@@ -180,6 +174,23 @@ Quantity measured_by(const Channel& channel) {
     return volume ? Quantity::q_m3_h : Quantity::dp_Pa;
 }
 
+std::string column_reference() {
+    constexpr std::pair<const char*, Dimension> rows[] = {
+        {"  t_UNIT                 temperature: ", Dimension::temperature},
+        {"  p_, p_gauge_, dp_UNIT  absolute, gauge, differential pressure, barometer_UNIT\n"
+         "                         beside gauge pressure: ",
+         Dimension::pressure},
+        {"  q_UNIT                 of meters: ", Dimension::mass_flow},
+        {"                         or ", Dimension::volume_flow},
+        {"  mass_, volume_UNIT     of external flows, the units of meters\n"
+         "  standard_volume_UNIT   the same: ",
+         Dimension::standard_volume_flow},
+        {"  energy_, heat_UNIT     the same: ", Dimension::heat_flow}};
+    std::string text;
+    for (const auto& [begin, dimension] : rows) text += begin + unit_names(dimension) + "\n";
+    return text;
+}
+
 std::unique_ptr<std::istream> open_readings(const std::string& name,
                                             const volatile std::sig_atomic_t& interrupted) {
     const auto refused = [&](const char* why) {
@@ -202,9 +213,10 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
     return copy_stream;
 }
 
-Readings::Readings(const Station& station, std::istream& in, const std::string& name)
+Readings::Readings(const Station& station, std::istream& in, const std::string& name, char decimal)
     : station_(station),
       lines_(in, name == "-" ? "standard input" : name),
+      sheet_(decimal),
       last_time_(station.channels.size()),
       index_(station) {
     read_heading();
@@ -215,23 +227,32 @@ void Readings::rewind() {
     std::ranges::fill(last_time_, std::nullopt);
     latest_ = 0.0;
     std::string_view heading;
-    lines_.next_entry(heading);
+    sheet_.heading(lines_, heading);
 }
 
 void Readings::read_heading() {
     std::string_view line;
-    if (!lines_.next_entry(line)) lines_.fail("expected a heading such as time_s,channel,t_C,p_MPa,dp_kPa");
-    split(line, ',', cells_);
+    if (!sheet_.heading(lines_, line))
+        lines_.fail("expected a heading such as time_s,channel,t_C,p_MPa,dp_kPa");
+    sheet_.split(lines_, line, cells_);
+    drop_empty_end(0);
     if (cells_.size() > most_columns) lines_.fail("has more than ", most_columns, " columns");
     for (const std::string_view cell : cells_) add_column(cell);
     require_columns();
 }
 
+// A spreadsheet hands out as many cells as its widest row has.
+void Readings::drop_empty_end(std::size_t fewest) {
+    while (cells_.size() > fewest && cells_.back().empty()) cells_.pop_back();
+}
+
 void Readings::add_column(std::string_view name) {
-    const auto* const known = std::ranges::find(known_columns, name, &Column::name);
-    if (known == std::end(known_columns))
-        lines_.fail_at(name, "no such column: ", quoted(name), "; there are ",
-                       joined(known_columns, &Column::name));
+    const std::optional<Column> known = column_of(name);
+    if (!known)
+        lines_.fail_at(name, "no such column: ", quoted(name), did_you_mean(name, column_names()),
+                       "; there are time_s, time, channel and, each with a unit as in t_C, t, p, p_gauge, "
+                       "barometer, dp, q, "
+                       "mass, volume, standard_volume, energy and heat; see kalorfix run --help");
     if (const auto other = std::ranges::find(columns_, known->quantity, &Column::quantity);
         other != columns_.end())
         lines_.fail_at(name, name, " gives what column ", other->name, " gives already");
@@ -247,23 +268,53 @@ void Readings::require_columns() {
     time_column_ = place(Quantity::time);
     channel_column_ = place(Quantity::name);
     if (time_column_ == columns_.size())
-        lines_.fail("the heading lacks a column time_s (seconds) or time (2026-03-01T00:00:00)");
+        lines_.fail(
+            "the heading lacks a column time_s (seconds) or time (2026-03-01T00:00:00, 01.03.2026 00:00)");
     if (channel_column_ == columns_.size())
         lines_.fail("the heading lacks the column channel, which holds names such as GAS 1");
-    for (const Channel& channel : station_.channels)
+    pressure_column_ = place(Quantity::p_Pa);
+    gauge_column_ = place(Quantity::gauge);
+    barometer_column_ = place(Quantity::barometer);
+    const bool gauge = gauge_column_ != columns_.size(), barometer = barometer_column_ != columns_.size();
+    for (const Channel& channel : station_.channels) {
         for (std::size_t q = 0; q < quantity_count; ++q)
-            if (const auto quantity = static_cast<Quantity>(q);
-                needs(channel, quantity) && place(quantity) == columns_.size())
-                lines_.fail("the heading lacks a column ", names_of(quantity), ", which ", channel.name,
-                            " needs");
+            if (const auto quantity = static_cast<Quantity>(q); needs(channel, quantity) &&
+                                                                place(quantity) == columns_.size() &&
+                                                                !(quantity == Quantity::p_Pa && gauge))
+                lines_.fail("the heading lacks a column ", example_of(quantity),
+                            " (or with another unit), which ", channel.name, " needs");
+        if (gauge && pressure_column_ == columns_.size() && !barometer && !channel.barometer_Pa)
+            lines_.fail(columns_[gauge_column_].name, ": ", channel.name,
+                        " needs the atmospheric pressure as well: a column barometer_kPa, or a key "
+                        "barometer_kPa in its section");
+    }
+    if (barometer && !gauge)
+        lines_.fail(columns_[barometer_column_].name,
+                    ": without a column of gauge pressure, such as p_gauge_kPa, it has no meaning");
 }
 
-double Readings::read_time(std::string_view cell) const {
-    const std::optional<double> seconds = parse_time(time_kind_, cell);
-    if (seconds) return *seconds;
-    if (time_kind_ == TimeKind::seconds)
+double Readings::read_time(std::string_view cell) {
+    if (time_kind_ == TimeKind::seconds) {
+        const std::optional<double> seconds = sheet_.number(lines_, cell);
+        if (seconds && 0.0 <= *seconds && *seconds <= latest_s) return *seconds;
         lines_.fail_at(cell, "time_s: expected seconds within 0..", latest_s, ", not ", quoted(cell));
-    lines_.fail_at(cell, "time: expected a date such as 2026-03-01T06:00:00, not ", quoted(cell));
+    }
+    const std::optional<WrittenTime> time = parse_date(cell);
+    if (!time) lines_.fail_at(cell, "time: ", date_expected(cell));
+    if (station_.zone_s) {
+        const double seconds = time->seconds + *station_.zone_s - time->offset_s.value_or(*station_.zone_s);
+        if (seconds >= 0.0) return seconds;
+        lines_.fail_at(cell, "time: ", quoted(cell), " lies before 1970");
+    }
+    // Without a zone the times are those of the clock that wrote them, of one clock in the whole file.
+    if (latest_ == 0.0 && std::ranges::none_of(last_time_, [](const auto& last) { return last.has_value(); }))
+        offset_s_ = time->offset_s;
+    const auto text = [](const std::optional<int>& offset) { return offset ? print_offset(*offset) : "none"; };
+    if (time->offset_s != offset_s_)
+        lines_.fail_at(cell, "time: the offset from UTC changes from ", text(offset_s_), " to ",
+                       text(time->offset_s),
+                       "; say the station's own, such as zone = +03:00 in a section [STATION]");
+    return time->seconds;
 }
 
 std::size_t Readings::find_channel(std::string_view cell) const {
@@ -274,17 +325,44 @@ std::size_t Readings::find_channel(std::string_view cell) const {
                    joined(told, &Channel::name), told.size() < station_.channels.size() ? ", ..." : "");
 }
 
-double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) const {
+double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) {
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
     if (is_no_reading(cell)) return std::numeric_limits<double>::quiet_NaN();
     const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
     if (!takes(channel, column.quantity))
         fail("the device of ", channel.name, " does not take it; leave the cell empty");
-    const std::optional<double> value = number(cell);
+    const std::optional<double> value = sheet_.number(lines_, cell);
     if (!value) fail("expected a number such as 12.5, not ", quoted(cell));
     if (std::fabs(*value) > largest_value)
         fail("must lie within -", largest_value, "..", largest_value, ", not ", cell);
     return *value * column.factor + column.offset;
+}
+
+// The absolute pressure where there is a column of gauge pressure.
+double Readings::pressure_by_gauge(const Channel& channel) {
+    const auto cell = [this](std::size_t column) {
+        return column < columns_.size() ? cells_[column] : std::string_view();
+    };
+    const std::string_view absolute = cell(pressure_column_), gauge = cell(gauge_column_);
+    const auto value = [&](std::size_t column) { return read_value(cell(column), columns_[column], channel); };
+    if (!absolute.empty() && !gauge.empty())
+        lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name, " has ",
+                       columns_[pressure_column_].name, " as well; leave one of them empty");
+    if (!absolute.empty()) return value(pressure_column_);
+    if (is_no_reading(gauge)) return std::numeric_limits<double>::quiet_NaN();
+    const std::string_view atmosphere = cell(barometer_column_);
+    if (barometer_column_ == columns_.size() && !channel.barometer_Pa)
+        lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name,
+                       " needs the atmospheric pressure as well: a column barometer_kPa, or a key "
+                       "barometer_kPa in its section");
+    double barometer_Pa = channel.barometer_Pa.value_or(std::numeric_limits<double>::quiet_NaN());
+    if (!atmosphere.empty()) {
+        barometer_Pa = value(barometer_column_);
+        if (const double kPa = barometer_Pa / 1e3; kPa < barometer_kPa.low || kPa > barometer_kPa.high)
+            lines_.fail_at(atmosphere, columns_[barometer_column_].name, ": expected ", barometer_kPa.text(),
+                           ", not ", quoted(atmosphere));
+    }
+    return value(gauge_column_) + barometer_Pa;
 }
 
 void Readings::check_order(const Measured& row, std::string_view time) {
@@ -305,17 +383,25 @@ void Readings::check_order(const Measured& row, std::string_view time) {
 
 bool Readings::next(Measured& row) {
     std::string_view line;
-    if (!lines_.next_entry(line)) return false;
-    split(line, ',', cells_);
-    if (cells_.size() != columns_.size())
-        lines_.fail("expected ", columns_.size(), " cells as in the heading, not ", cells_.size());
+    do {
+        if (!lines_.next_entry(line, sheet_.separator() == '\t' ? " " : " \t")) {
+            sheet_.finish(lines_);
+            return false;
+        }
+        sheet_.split(lines_, line, cells_);
+    } while (cells_.front().empty() && std::ranges::all_of(cells_, &std::string_view::empty));
+    if (cells_.size() > columns_.size()) drop_empty_end(columns_.size());
+    if (cells_.size() != columns_.size()) lines_.fail(sheet_.wrong_count(columns_.size(), cells_.size()));
     row = {};
     row.time_s = read_time(cells_[time_column_]);
     row.channel = find_channel(cells_[channel_column_]);
+    const bool by_gauge = gauge_column_ != columns_.size();
     for (std::size_t k = 0; k < cells_.size(); ++k)
-        if (k != time_column_ && k != channel_column_)
+        if (k != time_column_ && k != channel_column_ && !(by_gauge && is_pressure(columns_[k])))
             row.value[static_cast<std::size_t>(columns_[k].quantity)] =
                 read_value(cells_[k], columns_[k], station_.channels[row.channel]);
+    if (by_gauge)
+        row.value[static_cast<std::size_t>(Quantity::p_Pa)] = pressure_by_gauge(station_.channels[row.channel]);
     check_order(row, cells_[time_column_]);
     return true;
 }

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tools/spreadsheet.h"
 #include "tools/station/channel_index.h"
 #include "tools/station/station.h"
 #include "tools/text.h"
@@ -21,20 +22,35 @@ enum class TimeKind { seconds, date };
 /// Largest time in seconds: the tick counter and its differences stay exact.
 inline constexpr double latest_s = 1e11;
 
-/// Reads "86400.5" (0..1e11) or "2026-03-01T06:00:00", with a fraction of up to 6 digits and a Z if need be, into seconds; a date counts from
-/// 1970. Nothing when the text is neither.
+/// Reads "86400.5" (0..1e11) or a date without an offset from UTC (time_text.h) into seconds; a date counts from 1970. Nothing when the
+/// text is neither.
 [[nodiscard]] std::optional<double> parse_time(TimeKind kind, std::string_view text);
 
 /// The same the other way round.
 [[nodiscard]] std::string print_time(TimeKind kind, double seconds);
 
 /// What a column can hold, measured values in the unit of the interface.
-enum class Quantity { t_C, p_Pa, dp_Pa, q_t_h, q_m3_h, mass, volume, standard, energy, heat, time, name };
+enum class Quantity {
+    t_C,
+    p_Pa,
+    dp_Pa,
+    q_t_h,
+    q_m3_h,
+    mass,
+    volume,
+    standard,
+    energy,
+    heat,
+    time,
+    name,
+    gauge,
+    barometer
+};
 inline constexpr std::size_t quantity_count = 10;  ///< those that are measured
 
 /// A column of readings.
 struct Column {
-    std::string_view name;
+    std::string name;
     Quantity quantity;
     double factor = 1.0, offset = 0.0;  ///< into the unit of the interface
 };
@@ -46,6 +62,9 @@ struct Measured {
 
     [[nodiscard]] double operator[](Quantity q) const { return value[static_cast<std::size_t>(q)]; }
 };
+
+/// The columns with their units, in lines for a person.
+[[nodiscard]] std::string column_reference();
 
 /// The quantity beside temperature and pressure that a channel's device needs: a differential pressure or the reading of a meter.
 [[nodiscard]] Quantity measured_by(const Channel& channel);
@@ -61,12 +80,12 @@ struct Measured {
 ///     time_s,channel,t_C,p_MPa,dp_kPa
 ///     0,GAS 1,8,1.2,16
 ///
-/// in the order of time, columns in any order, the unit in the name of each. Empty lines and lines that begin with # are
-/// passed over.
+/// in the order of time, columns in any order, the unit in the name of each; cells and numbers as a spreadsheet writes them. Empty
+/// lines and lines that begin with # are passed over.
 class Readings {
 public:
-    /// Reads the heading. Throws InputError with file, line and column for every mistake.
-    Readings(const Station& station, std::istream& in, const std::string& name);
+    /// Reads the heading; `decimal` as of Spreadsheet. Throws InputError with file, line and column for every mistake.
+    Readings(const Station& station, std::istream& in, const std::string& name, char decimal = 0);
 
     /// The next row. Throws InputError with file, line and column.
     bool next(Measured& row);
@@ -82,16 +101,22 @@ private:
     void read_heading();
     void add_column(std::string_view name);
     void require_columns();
-    double read_time(std::string_view cell) const;
+    void drop_empty_end(std::size_t fewest);
+    double read_time(std::string_view cell);
     std::size_t find_channel(std::string_view cell) const;
-    double read_value(std::string_view cell, const Column& column, const Channel& channel) const;
+    double read_value(std::string_view cell, const Column& column, const Channel& channel);
+    double pressure_by_gauge(const Channel& channel);
     void check_order(const Measured& row, std::string_view time);
 
     const Station& station_;
     Lines lines_;
+    Spreadsheet sheet_;
+    std::optional<int> offset_s_;  ///< from UTC, of all times where the station tells no zone
     TimeKind time_kind_ = TimeKind::seconds;
     std::vector<Column> columns_;
     std::size_t time_column_ = 0, channel_column_ = 0;
+    std::size_t pressure_column_ = 0, gauge_column_ = 0,
+                barometer_column_ = 0;  ///< the number of columns: there is none
     std::vector<std::string_view> cells_;
     std::vector<std::optional<double>> last_time_;  ///< of each channel
     double latest_ = 0.0;

@@ -7,6 +7,9 @@
 #include <cmath>
 #include <iterator>
 
+#include "tools/fold.h"
+#include "tools/spreadsheet.h"
+
 #include "tools/station/line.h"
 
 namespace kalorfix::tool::station {
@@ -136,11 +139,12 @@ std::string unit_of(const Channel& channel, std::size_t k) {
 
 class Csv : public Results {
 public:
-    Csv(const Station& station, TimeKind kind, OutputFile& out) : Results(station, kind, out), line_(kind) {}
+    Csv(const Station& station, TimeKind kind, OutputFile& out, bool decimal_commas)
+        : Results(station, kind, out), decimal_commas_(decimal_commas), line_(kind) {}
 
     void begin() override {
-        out_.write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
-                               kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
+        write(fmt::format("{},channel,status,step,reason,phase,heat_unit,{}\n",
+                          kind_ == TimeKind::date ? "time" : "time_s", joined(column_names(), {}, ",")));
     }
 
     void cycle(const Cycle& cycle) override {
@@ -157,9 +161,10 @@ public:
             line_.add(',');
             if (value) line_.add(*value);
         }
-        out_.write(line_.add('\n').text());
+        write(line_.add('\n').text());
     }
 
+    // The registers stay as --continue reads them.
     void end(const RunEnd& end) override {
         if (!end.interrupted.empty()) out_.write("# " + end.interrupted + "\n");
         for (std::size_t i = 0; i < end.summaries.size(); ++i) {
@@ -168,12 +173,17 @@ public:
                 if (!line.empty()) out_.write(fmt::format("# {}\n", line));
         }
         walk_calendar(station_, end.calendars, kind_, Calendar::hour,
-                      [this](const auto& row) { out_.write("# " + joined(row, {}, ",") + "\n"); });
+                      [this](const auto& row) { write("# " + joined(row, {}, ",") + "\n"); });
         if (end.with_registers)
             out_.write("# registers\n" + print_registers(station_, end.registers, kind_, "# "));
     }
 
 private:
+    void write(std::string_view line) {
+        decimal_commas_ ? out_.write(with_decimal_commas(line)) : out_.write(line);
+    }
+
+    bool decimal_commas_;
     Line line_;
     Values values_;
 };
@@ -266,8 +276,9 @@ private:
 // For a person: cycles in columns (or none), hours (or none) and days as they close, at the end counts and registers.
 class Table : public Results {
 public:
-    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set)
-        : Results(station, kind, out), cycles_(cycles), first_set_(first_set), line_(kind) {}
+    Table(const Station& station, TimeKind kind, OutputFile& out, bool cycles, std::size_t first_set,
+          bool folded)
+        : Results(station, kind, out), cycles_(cycles), first_set_(first_set), folded_(folded), line_(kind) {}
 
     void begin() override {
         if (!cycles_) return;
@@ -286,18 +297,27 @@ public:
         std::string text = end.interrupted.empty() ? "" : end.interrupted + "\n";
         for (std::size_t i = 0; i < end.summaries.size(); ++i)
             text += summary_of(station_.channels[i], end.summaries[i], kind_);
-        out_.write(text);
+        write_lines(text, 14);
         write_calendar(end);
-        if (end.with_registers)
-            out_.write("registers\n" + print_registers_table(station_, end.registers, kind_));
+        if (!end.with_registers) return;
+        const std::string registers = print_registers_table(station_, end.registers, kind_);
+        out_.write("registers\n" + (folded_ ? fold_table(registers, {"hour_s", "day_s"}, "unit") : registers));
     }
 
 private:
+    // Folded, a line goes on so many blanks in.
+    void write_lines(const std::string& text, std::size_t indent) {
+        out_.write(folded_ ? fold_lines(text, indent) : text);
+    }
+
+    // Folded, a row goes on below its channel, with the flows.
     template <class... Cells>
     void write_row(const Cells&... cells) {
-        out_.write(fmt::format(
+        constexpr std::size_t flows = 75, indent = 28;
+        const std::string row = fmt::format(
             FMT_COMPILE("{:<19} {:<10}{:>8} {:>8} {:>8} {:>9} {:>8} {:>8} {:>9} {:>10} {:>9} {:>11}{}\n"),
-            std::string_view(cells)...));
+            std::string_view(cells)...);
+        out_.write(folded_ ? fold_lines(fold_at(row, flows, indent), indent) : row);
     }
 
     void write_cycle(const Cycle& cycle) {
@@ -331,8 +351,15 @@ private:
                           std::ranges::replace(rows.back(), std::string(), std::string("-"));
                       });
         if (rows.size() < 2) return;
-        constexpr std::size_t texts = 3;
+        constexpr std::ptrdiff_t texts = 3, in_first = 6;
+        std::vector<std::vector<std::string>> second = rows;
+        if (folded_)
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                rows[i].resize(in_first);
+                second[i].erase(second[i].begin() + texts, second[i].begin() + in_first);
+            }
         out_.write(aligned(rows, texts));
+        if (folded_) out_.write(aligned(second, texts));
     }
 
     void write_closed(const Cycle& cycle, std::size_t set) {
@@ -344,12 +371,14 @@ private:
                                        integrator(channel.medium, k).name, interval.result, unit_of(channel, k),
                                        length_of(interval, set));
         if (!amounts.empty())
-            out_.write(fmt::format("{:<19} {:<10}  {}: {}\n", line_.time(cycle.row.time_s), channel.name,
-                                   set == 0 ? "hour" : "day ", amounts));
+            write_lines(fmt::format("{:<19} {:<10}  {}: {}\n", line_.time(cycle.row.time_s), channel.name,
+                                    set == 0 ? "hour" : "day ", amounts),
+                        32);
     }
 
     bool cycles_;
     std::size_t first_set_;  // of the intervals that are told: 0 from hours on, 1 days only
+    bool folded_;            // to fit 80 columns
     Line line_;
 };
 
@@ -364,11 +393,16 @@ bool has(const Channel& c, Of whose) {
 
 std::unique_ptr<Results> make_results(const std::string& format, const Station& station, TimeKind kind,
                                       OutputFile& out) {
-    if (format == "csv") return std::make_unique<Csv>(station, kind, out);
+    if (format == "csv" || format == "csv_commas")
+        return std::make_unique<Csv>(station, kind, out, format == "csv_commas");
     if (format == "json") return std::make_unique<Json>(station, kind, out);
-    if (format == "table") return std::make_unique<Table>(station, kind, out, true, 0);
-    if (format == "hours") return std::make_unique<Table>(station, kind, out, false, 0);
-    if (format == "days") return std::make_unique<Table>(station, kind, out, false, 1);
+    const bool folded = format.ends_with("_folded");
+    const auto table = [&](bool cycles, std::size_t first_set) {
+        return std::make_unique<Table>(station, kind, out, cycles, first_set, folded);
+    };
+    if (format.starts_with("table")) return table(true, 0);
+    if (format.starts_with("hours")) return table(false, 0);
+    if (format.starts_with("days")) return table(false, 1);
     return nullptr;
 }
 

@@ -98,7 +98,8 @@ protected:
     OutputFile& out_;
 };
 
-/// The formats: table, csv, json, hours, days. Null for another word.
+/// The formats: table, csv, csv_commas (semicolons and decimal commas), json, hours, days; the
+/// tables with _folded behind them fit 80 columns. Null for another word.
 [[nodiscard]] std::unique_ptr<Results> make_results(const std::string& format, const Station& station,
                                                     TimeKind kind, OutputFile& out);
 

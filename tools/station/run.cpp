@@ -9,10 +9,12 @@
 #include <numeric>
 
 #include "tools/commands.h"
+#include "tools/fold.h"
 #include "tools/gasdat/gas_file.h"
 #include "tools/runtime.h"
 #include "tools/separate_files.h"
 #include "tools/simulated_clock.h"
+#include "tools/station/example.h"
 #include "tools/station/readings.h"
 #include "tools/station/room.h"
 #include "tools/station/station_keys.h"
@@ -265,10 +267,11 @@ void keep_files_apart(const Installation& files, const RunRequest& request, cons
 std::unique_ptr<Results> results_of(const RunRequest& request, const Station& station, TimeKind kind,
                                     OutputFile& out) {
     const bool terminal = request.out.empty() && isatty(STDOUT_FILENO) == 1;
-    return make_results(!request.format.empty() ? request.format
-                        : terminal              ? "table"
-                                                : "csv",
-                        station, kind, out);
+    constexpr std::size_t table_width = 128;
+    if (request.decimal_commas) return make_results("csv_commas", station, kind, out);
+    const std::string format = !request.format.empty() ? request.format : terminal ? "table" : "csv";
+    const bool folded = terminal && narrow_terminal(table_width) && format != "csv" && format != "json";
+    return make_results(folded ? format + "_folded" : format, station, kind, out);
 }
 
 // Everything that can be wrong with the request itself; the minutes of the downtime.
@@ -277,9 +280,14 @@ double check_request(const RunRequest& request) {
     constexpr Limits downtime_min{0.0, 500000.0, ""};
     if (request.station_file.empty() || request.readings.empty())
         throw InputError(
-            "give a station file and readings, such as run station.ini readings.csv; see kalorfix run --help");
+            "give a station file and readings, such as run station.ini readings.csv; run --example DIR writes "
+            "both to start from");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
+    if (!request.decimal.empty() && request.decimal != "comma" && request.decimal != "point")
+        throw InputError("--decimal: there are comma and point, not '", request.decimal, "'");
+    if (request.decimal_commas && !request.format.empty() && request.format != "csv")
+        throw InputError("--decimal-commas: has no meaning with --format ", request.format, "; leave it out");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
     if (!minutes)
         throw InputError("--downtime: expected minutes within ", downtime_min.text(), ", not '",
@@ -318,7 +326,8 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     if (interrupted_copying && (!in || in->peek() == std::istream::traits_type::eof()))
         return nothing_done(interrupted_copying);
     signal_received = 0;
-    Readings readings(station, *in, request.readings);
+    const char decimal = request.decimal.empty() ? '\0' : request.decimal == "comma" ? ',' : '.';
+    Readings readings(station, *in, request.readings, decimal);
     const TimeKind kind = readings.time_kind();
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
@@ -375,20 +384,21 @@ Command run_command() {
         "STATION.ini has a section [GAS N] or [HEAT N] for each channel, N from 1 to 20000;\n"
         "examples/station.ini explains every key. A wrong, unknown, missing or repeated key\n"
         "is named with its line and what is accepted.\n\n"
-        "READINGS.csv begins with a heading: time_s (seconds) or time (2026-03-01T06:00:00);\n"
-        "channel (GAS 1); t_C or t_K; p_Pa, p_kPa or p_MPa, absolute; dp_Pa or dp_kPa; for\n"
-        "meters q_t_h or q_m3_h; for external flows mass_t_h, volume_m3_h,\n"
-        "standard_volume_m3_h, energy_GJ_h, heat_GJ_h. Rows are in the order of time.\n\n"
-        "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
-        "amount of each hour and day where it closes (3600 s and 86400 s of computed time, else\n"
-        "with their length), those of the calendar at the end with the seconds counted in each,\n"
-        "and the longest step between two readings. A refused cycle names the step and the first\n"
-        "limit that it broke; its time is passed over. An empty cell or nan is a transmitter that\n"
-        "failed: a refused cycle. A station whose day does not fit its registers (10^6 units) is\n"
-        "refused with the exponents that would do.\n\n"
-        "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input or a full\n"
-        "disk, which leaves the old files; 130 when interrupted (129 by SIGHUP, 143 by SIGTERM):\n"
-        "what was computed is kept, with the registers to go on from, and standard error says how.\n\n" +
+        "READINGS.csv begins with a heading: time_s (seconds) or time (2026-03-01T06:00:00,\n"
+        "01.03.2026 06:00, +03:00 behind it or not); channel (GAS 1); and, with a unit each:\n" +
+            station::column_reference() +
+            "Cells are parted by commas, semicolons or tabs, numbers have a decimal point or a\n"
+            "decimal comma, as a spreadsheet writes them. Rows are in the order of time.\n\n"
+            "Results: state, properties, geometry, factors, flows and registers of each cycle, the\n"
+            "amount of each hour and day where it closes (3600 s and 86400 s of computed time, else\n"
+            "with their length), those of the calendar at the end with the seconds counted in each,\n"
+            "and the longest step between two readings. A refused cycle names the step and the first\n"
+            "limit that it broke; its time is passed over. An empty cell or nan is a transmitter that\n"
+            "failed: a refused cycle. A station whose day does not fit its registers (10^6 units) is\n"
+            "refused with the exponents that would do.\n\n"
+            "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input or a full\n"
+            "disk, which leaves the old files; 130 when interrupted (129 by SIGHUP, 143 by SIGTERM):\n"
+            "what was computed is kept, with the registers to go on from, and standard error says how.\n\n" +
             station::key_reference(),
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file},
          {"READINGS", "READINGS.csv|-", "measured values: a row a cycle and channel; -\nis standard input",
@@ -397,11 +407,18 @@ Command run_command() {
           "table (default on a terminal), csv (default\nelsewhere), json (a line each), hours, days "
           "(what\nclosed, and the registers)",
           &request->format},
+         {"--decimal", "MARK",
+          "comma or point: the decimal mark of the readings,\nwhere 1,234 can be 1234 as well",
+          &request->decimal},
+         {"--decimal-commas", "", "CSV with semicolons and decimal commas", &request->decimal_commas},
          {"--out", "FILE", "file for the results, complete or not there at all", &request->out},
          {"--registers", "FILE", "file for the registers; else they end the results", &request->registers_file},
          {"--continue", "FILE",
           "go on from the registers that a run left, in their\nfile or in its table or CSV",
           &request->continue_file},
+         {"--example", "DIR",
+          "write a station, readings and a composition into DIR\nto start from, and do nothing else",
+          &request->example},
          {"--longest-step", "SECONDS",
           "longer steps between two readings of a channel are\nnot counted; 0 counts any (default: the key\n"
           "longest_step_s)",
@@ -410,7 +427,13 @@ Command run_command() {
           "minutes before the first reading in which the\ncontroller was down, filled with the substitute "
           "flows",
           &request->downtime}}};
-    command.run = [request](const Installation& files) { return station::run(files, *request); };
+    command.run = [request](const Installation& files) {
+        if (request->example.empty()) return station::run(files, *request);
+        if (!request->station_file.empty())
+            throw InputError(request->station_file, ": nothing expected here beside --example");
+        station::write_example(request->example);
+        return 0;
+    };
     return command;
 }
 

@@ -17,8 +17,11 @@ struct RunRequest {
     std::string out{};             ///< results; standard output when empty
     std::string registers_file{};  ///< registers, when they are wanted in a file of their own
     std::string continue_file{};   ///< registers to go on from
-    std::string longest_step{};    ///< seconds; in place of the keys
-    std::string downtime = "0";    ///< minutes before the first reading in which the controller was down
+    std::string decimal{};  ///< comma or point: the mark of the readings' numbers, where these do not tell
+    bool decimal_commas = false;  ///< CSV results with semicolons and decimal commas
+    std::string example{};        ///< directory to write a station into, in place of a run
+    std::string longest_step{};   ///< seconds; in place of the keys
+    std::string downtime = "0";   ///< minutes before the first reading in which the controller was down
 };
 
 using ResultsMaker = std::function<std::unique_ptr<Results>(const Station&, TimeKind, OutputFile&)>;

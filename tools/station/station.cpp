@@ -9,6 +9,7 @@
 #include "tools/composition_sum.h"
 #include "tools/station/instrument_keys.h"
 #include "tools/station/station_keys.h"
+#include "tools/station/time_text.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -141,6 +142,10 @@ Channel read_channel(const std::string& file, const Section& section) {
     read_pipeline(keys, c);
     c.column_height_m = keys.number("column_height_m");
     c.column_density = keys.number("column_density_kg_m3");
+    if (const Entry* const entry = keys.find("barometer_kPa")) {
+        static_cast<void>(keys.number("barometer_kPa"));
+        c.barometer_Pa = 1e3 * tool::number(entry->value).value_or(0.0);
+    }
     c.longest_step_s = static_cast<double>(keys.number("longest_step_s"));
     c.contract_hour = static_cast<int>(keys.number("contract_hour"));
     if (c.is_gas())
@@ -155,6 +160,29 @@ Channel read_channel(const std::string& file, const Section& section) {
     if (!is_meter(c.device)) read_instruments(keys, c);
     keys.finish(c.is_gas() ? "with this device and this method" : "with this device and this phase");
     return c;
+}
+
+// A colon begins a comment in a station file, so that the reader hands +05:30 out as +05: the first word as it stands there.
+std::string word_as_written(const std::string& file, const Entry& entry) {
+    Lines lines(file, "this station file");
+    std::string_view line;
+    while (lines.number() < static_cast<std::uint64_t>(entry.line) && lines.next(line)) {
+    }
+    const std::vector<std::string_view> behind = words(line.substr(std::min(line.find('=') + 1, line.size())));
+    std::string word(behind.empty() ? "" : behind.front());
+    if (word.ends_with(':')) word.pop_back();
+    return word;
+}
+
+void read_station_keys(const std::string& file, const Section& section, Station& station) {
+    Keys keys(file, section, std::nullopt);
+    if (const Entry* const zone = keys.find("zone")) {
+        const std::string written = word_as_written(file, *zone);
+        station.zone_s = parse_offset(written);
+        if (!station.zone_s)
+            keys.fail(*zone, "expected an offset from UTC such as +03:00, not ", tool::quoted(written));
+    }
+    keys.finish("here");
 }
 
 // The lowest number that no gas channel has leaves the contents for AGA8-92DC.
@@ -188,9 +216,13 @@ const Integrator& integrator(Medium medium, std::size_t k) {
 }
 
 Station read_station(const host::Library& library, const std::string& file) {
-    Station station{file, {}};
-    for (const Section& section : read_sections(library, file))
-        station.channels.push_back(read_channel(file, section));
+    Station station{file, {}, {}};
+    for (const Section& section : read_sections(library, file)) {
+        if (section.title() == "[STATION]")
+            read_station_keys(file, section, station);
+        else
+            station.channels.push_back(read_channel(file, section));
+    }
     if (station.channels.empty())
         throw InputError(file, ": holds no channel; a section [GAS 1] or [HEAT 1] describes one");
     add_contents_channel(station);

@@ -69,6 +69,7 @@ struct Channel {
     bool edge_at_end = false;
     float interval_years = 0, alpha_eps = 0;
     float column_height_m = 0, column_density = 0;
+    std::optional<double> barometer_Pa{};  ///< atmospheric pressure, for readings of gauge pressure
     float cut_off_Pa = -std::numeric_limits<float>::infinity();  ///< a lower differential pressure is no flow
     double longest_step_s = 0;  ///< between two readings, that counts; 0 for any
     int contract_hour = 0;      ///< at which a day of the calendar begins
@@ -95,6 +96,7 @@ inline constexpr short configured_coefficient = 19, meter_mass = 20, meter_volum
 struct Station {
     std::string file;
     std::vector<Channel> channels;  ///< in the order of the file
+    std::optional<int> zone_s{};    ///< of the station's clock: its offset from UTC
 };
 
 /// Reads and checks a station file; every key of every section. Throws InputError with file, line, channel and what is

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "tools/closest.h"
 #include "tools/names.h"
 #include "tools/station/instrument_keys.h"
 
@@ -37,6 +38,7 @@ std::vector<Key> pipeline_keys() {
         {"alpha_eps", "configured_coefficient: its flow coefficient", {0, 100, ""}},
         {"column_height_m", "liquid column between tap and transmitter", {-1000, 1000, "m"}, 0.0F},
         {"column_density_kg_m3", "of this column", {0, 20000, "kg/m3"}, 0.0F},
+        {"barometer_kPa", "atmospheric pressure; needed for readings of gauge pressure", {50, 120, "kPa"}},
         {"cut_off_kPa", "a lower differential pressure is no flow; its time counts", {0, 1000, "kPa"}},
         {"longest_step_s", "longer steps between two readings are not counted; 0 counts any", longest_step,
          0.0F},
@@ -101,7 +103,12 @@ std::vector<Key> instrument_key_list(std::optional<Medium> medium) {
     return keys;
 }
 
-const std::vector<Key>& keys_of(Medium medium) {
+std::vector<Key> station_keys() {
+    return {
+        {"zone", "offset of the station's clock from UTC, such as +03:00, for readings whose times have one"}};
+}
+
+const std::vector<Key>& keys_of(std::optional<Medium> medium) {
     static const auto made = [](Medium of) {
         std::vector<Key> all = pipeline_keys();
         const std::vector<Key> own = of == Medium::gas ? gas_keys() : heat_keys();
@@ -111,8 +118,16 @@ const std::vector<Key>& keys_of(Medium medium) {
         all.insert(all.end(), instruments.begin(), instruments.end());
         return all;
     };
-    static const std::vector<Key> gas = made(Medium::gas), heat = made(Medium::heat_carrier);
+    static const std::vector<Key> gas = made(Medium::gas), heat = made(Medium::heat_carrier),
+                                  station = station_keys();
+    if (!medium) return station;
     return medium == Medium::gas ? gas : heat;
+}
+
+std::vector<std::string> names_of(const std::vector<Key>& keys) {
+    std::vector<std::string> names;
+    for (const Key& key : keys) names.push_back(key.name);
+    return names;
 }
 
 // A name and beside it a text in lines of its own column.
@@ -129,17 +144,19 @@ std::string wrapped(const std::string& name, const std::string& text) {
     return lines + line + "\n";
 }
 
+std::string reference_of(const Key& key) {
+    std::string meaning = key.accepted() + (key.accepted().empty() ? "" : ": ") + key.what;
+    if (key.otherwise && key.words.empty())
+        meaning += fmt::format(" ({})", *key.otherwise);
+    else if (key.otherwise)
+        meaning += fmt::format(" ({})", key.words[static_cast<std::size_t>(*key.otherwise)]);
+    return wrapped("  " + key.name, meaning);
+}
+
 std::string reference(const std::string& title, const std::vector<Key>& keys) {
     std::string text = "\n" + title + ":\n";
-    for (const Key& key : keys) {
-        if (key.name.starts_with("x_")) continue;  // told of with the composition
-        std::string meaning = key.accepted() + (key.accepted().empty() ? "" : ": ") + key.what;
-        if (key.otherwise && key.words.empty())
-            meaning += fmt::format(" ({})", *key.otherwise);
-        else if (key.otherwise)
-            meaning += fmt::format(" ({})", key.words[static_cast<std::size_t>(*key.otherwise)]);
-        text += wrapped("  " + key.name, meaning);
-    }
+    for (const Key& key : keys)
+        if (!key.name.starts_with("x_")) text += reference_of(key);  // told of with the composition
     return text;
 }
 
@@ -163,7 +180,8 @@ std::string key_reference() {
     add_accounting(gas, Medium::gas);
     add_accounting(heat, Medium::heat_carrier);
     return "Keys of STATION.ini with what they accept; in brackets what holds without them.\n" +
-           reference("Every section", pipeline_keys()) + reference("[GAS N]", gas) +
+           reference("[STATION], which may be left out", station_keys()) +
+           reference("Every other section", pipeline_keys()) + reference("[GAS N]", gas) +
            reference("[HEAT N]", heat) +
            reference(
                "Instruments, for kalorfix uncertainty: expanded (95 %); without its key an entry is "
@@ -171,13 +189,30 @@ std::string key_reference() {
                instrument_key_list({}));
 }
 
+std::string key_help(std::string_view name) {
+    for (const std::optional<Medium> medium :
+         {std::optional(Medium::gas), std::optional(Medium::heat_carrier), std::optional<Medium>()})
+        for (const Key& key : keys_of(medium))
+            if (key.name == name) return reference_of(key);
+    return {};
+}
+
+std::vector<std::string> key_names() {
+    std::vector<std::string> names;
+    for (const std::optional<Medium> medium :
+         {std::optional(Medium::gas), std::optional(Medium::heat_carrier), std::optional<Medium>()})
+        for (const Key& key : keys_of(medium)) names.push_back(key.name);
+    return names;
+}
+
 std::string exponent_key(const Integrator& one) { return fmt::format("{}_exponent", one.name); }
 
-Keys::Keys(const std::string& file, const Section& section, Medium medium)
+Keys::Keys(const std::string& file, const Section& section, std::optional<Medium> medium)
     : file_(file), section_(section), known_(keys_of(medium)) {
     for (const Entry& entry : section.entries) {
         if (std::ranges::find(known_, entry.key, &Key::name) == known_.end())
-            fail(entry, "no such key; there are ", joined(known_, &Key::name));
+            fail(entry, "no such key", did_you_mean(entry.key, names_of(known_)), "; there are ",
+                 joined(known_, &Key::name));
         const auto first = std::ranges::find(section.entries, entry.key, &Entry::key);
         if (&*first != &entry) fail(entry, "stands here for the second time, first in line ", first->line);
     }
@@ -202,7 +237,8 @@ float Keys::number(std::string_view key, std::optional<float> otherwise) {
     if (!what.words.empty()) {
         const auto found = std::ranges::find(what.words, entry->value);
         if (found != what.words.end()) return static_cast<float>(found - what.words.begin());
-        fail(*entry, "expected one of ", what.accepted(), ", not ", quoted(entry->value));
+        fail(*entry, "expected one of ", what.accepted(), ", not ", quoted(entry->value),
+             did_you_mean(entry->value, {what.words.begin(), what.words.end()}));
     }
     const std::optional<double> value = number_within(entry->value, what.limits);
     if (what.whole && (!value || !parse<int>(entry->value)))

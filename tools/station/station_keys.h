@@ -53,10 +53,14 @@ inline constexpr Limits longest_step{0.0, 1e8, "s"};
 /// The reference of all keys, in lines for a person.
 [[nodiscard]] std::string key_reference();
 
+/// The lines of that reference on one key; nothing when there is no such key.
+[[nodiscard]] std::string key_help(std::string_view name);
+[[nodiscard]] std::vector<std::string> key_names();
+
 class Keys {
 public:
-    /// Throws InputError for a key that sections of this medium do not have and for one that stands twice.
-    Keys(const std::string& file, const Section& section, Medium medium);
+    /// Throws InputError for a key that sections of this medium ([STATION]: none) do not have and for one that stands twice.
+    Keys(const std::string& file, const Section& section, std::optional<Medium> medium);
 
     [[nodiscard]] bool has(std::string_view key) const;
     [[nodiscard]] std::string title() const { return section_.title(); }
