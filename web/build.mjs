@@ -19,7 +19,7 @@ for (const line of read(release, 'values.csv').split('\n').slice(1)) {
 const folder = join(here, '../tests/cases');
 const cases = Object.fromEntries(readdirSync(folder).filter(name => name.endsWith('.txt')).sort().map(name => [name, read(folder, name)]));
 const data = {
-  ru: JSON.parse(page('texts.ru.json')), materials: JSON.parse(page('materials.json')), cases, native,
+  ru: JSON.parse(page('texts.ru.json')), cases, native,
   wasm: readFileSync(wasmScript.replace(/js$/, 'wasm')).toString('base64'),
   gas: readFileSync(join(release, 'gas.dat')).toString('base64'),
   nativeDigest: createHash('sha256').update(readFileSync(join(release, 'kalorfix.so'))).digest('hex'),

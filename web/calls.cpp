@@ -40,16 +40,16 @@ Json fault(const Form& form) {
 
 namespace {
 
-Json units_of(metering::Dimension dimension) {
+Json units_of(metering::Measure measure) {
     Json all('[');
-    const std::string words = metering::unit_words(dimension);
+    const std::string words = metering::unit_words(measure);
     for (const std::string_view word : tool::split(words, ',')) {
-        const metering::Unit& unit = *metering::find_unit(word, dimension);
+        const metering::Unit& unit = *metering::find_unit(word, measure);
         all.add(Json('{')
-                    .add("word", unit.word)
+                    .add("word", unit.name)
                     .add("factor", unit.factor)
                     .add("offset", unit.offset)
-                    .add("kind", static_cast<double>(unit.flow)));
+                    .add("kind", static_cast<double>(metering::flow_kind(unit))));
     }
     return all;
 }
@@ -190,7 +190,7 @@ EMSCRIPTEN_KEEPALIVE const char* page_offers() {
     Json components('[');
     for (std::size_t i = 0; i < tool::components.size(); ++i)
         components.add(Json('{').add("word", tool::components[i]).add("title", tool::formulas[i]));
-    using enum metering::Dimension;
+    using enum metering::Measure;
     const Json units = Json('{')
                            .add("length", units_of(length))
                            .add("pressure", units_of(pressure))

@@ -87,6 +87,16 @@ constexpr auto max_element(Range&& range, Less = {}, Name name = {}) {
     return std::max_element(std::begin(range), std::end(range),
                             [&](const auto& a, const auto& b) { return invoke(name, a) < invoke(name, b); });
 }
+template <class One, class Other, class Same = std::equal_to<>, class Name = identity,
+          class OtherName = identity>
+constexpr bool equal(One&& one, Other&& other, Same = {}, Name name = {}, OtherName other_name = {}) {
+    return std::equal(std::begin(one), std::end(one), std::begin(other), std::end(other),
+                      [&](const auto& a, const auto& b) { return invoke(name, a) == invoke(other_name, b); });
+}
+template <class Range, class Out, class Change>
+constexpr void transform(Range&& range, Out out, Change change) {
+    std::transform(std::begin(range), std::end(range), out, change);
+}
 template <class Range, class Out, class Test>
 constexpr void copy_if(Range&& range, Out out, Test test) {
     std::copy_if(std::begin(range), std::end(range), out, test);

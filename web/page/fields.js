@@ -9,7 +9,7 @@ const gas = () => is('medium', 'gas');
 const composed = () => gas() && !byDensity();
 const pairs = table => table.map(one => [one.word, one.title]);
 const metals = () => offers.materials.map((m, k) => [String(k + 1),
-  `${k + 1}. ${data.materials[k]} (${(m.at20 * 1e6).toFixed(2)}e-6 1/degC; ${m.low}..${m.high} degC)`]);
+  `${k + 1} (${(m.at20 * 1e6).toFixed(2)}e-6 1/degC; ${m.low}..${m.high} degC)`]);
 
 const groups = [
   {title: 'Metering point', fields: [
