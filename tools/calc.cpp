@@ -12,6 +12,7 @@
 #include "tools/output_file.h"
 #include "tools/point_options.h"
 #include "tools/runtime.h"
+#include "tools/separate_files.h"
 #include "tools/station/instrument_keys.h"
 #include "tools/station/results.h"
 #include "tools/svg.h"
@@ -162,6 +163,12 @@ metering::Instruments read_instruments(const Request& request, const DescribedPo
 
 int run(const Installation& files, const Request& request) {
     if (request.csv && request.json) throw InputError("--csv, --json: give one of them");
+    const std::size_t colon = request.gas.find(':');  // METHOD:FILE
+    keep_apart({{"--lib", files.library},
+                {"--gas-data", files.gas_data},
+                {"STATION", request.station},
+                {"--gas", colon == std::string::npos ? "" : request.gas.substr(colon + 1)}},
+               {{"--svg", request.svg}});
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
     const DescribedPoint described = read_point(library, request);
