@@ -29,7 +29,7 @@ need_packages() {
 # Usage: need_test_packages: what builds everything and runs the tests on this machine.
 need_test_packages() {
     need_packages g++ cmake make libcli11-dev libfmt-dev libssl-dev libmd4c-dev libmd4c-html0-dev libgtest-dev \
-        libbenchmark-dev python3 pkgconf groff locales libclang-rt-14-dev \
+        libbenchmark-dev python3 pkgconf groff gettext locales libclang-rt-14-dev \
         python3-pandas python3-distributed mypy
 }
 
