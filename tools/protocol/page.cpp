@@ -45,14 +45,7 @@ table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nu
 )css";
 
 // Words and numbers as a language writes them.
-struct Writer {
-    Language language;
-
-    [[nodiscard]] std::string operator()(Text text) const { return std::string(text.in(language)); }
-    [[nodiscard]] std::string number(std::string text) const {
-        if (language == Language::russian) std::ranges::replace(text, '.', ',');
-        return text;
-    }
+struct Writer : Wording {
     [[nodiscard]] std::string of(double value) const { return number(fmt::format("{:#.7g}", value)); }
     [[nodiscard]] std::string plain_of(double value) const { return number(fmt::format("{:.6g}", value)); }
 };
@@ -67,7 +60,8 @@ std::string deviation_text(double value, double limit_pct) {
 std::string medium_of(const Writer& w, const metering::Medium& medium) {
     const auto* const gas = std::get_if<metering::Gas>(&medium);
     if (!gas) return w("water and steam, IAPWS-95");
-    std::string text = Text("natural gas, {}").filled(w.language, method_name(gas->method));
+    std::string text =
+        Text("natural gas, {}").filled(w.language, translated(w.language, method_name(gas->method)));
     if (is_by_density(gas->method))
         text += "; " +
                 Text("density at 20 degC and 101.325 kPa: {} kg/m3").filled(w.language, w.plain_of(gas->rho_c));
@@ -202,7 +196,7 @@ std::string paragraph(const std::string& text) { return "<p class=\"note\">" + e
 
 std::string conclusion(const Sheet& sheet, Language language) {
     if (!sheet.with_device) return {};
-    const Writer w{language};
+    const Writer w{{language}};
     const Summary s = summarize(sheet.points, sheet.shown);
     const std::string limit = w.plain_of(sheet.limit_pct),
                       largest = w.number(deviation_text(s.largest_pct, sheet.limit_pct));
@@ -219,7 +213,7 @@ std::string conclusion(const Sheet& sheet, Language language) {
 }
 
 std::string html_of(const Sheet& sheet) {
-    const Writer w{sheet.language};
+    const Writer w{{sheet.language}};
     std::string body =
         head_of(w, sheet) + "<h2>" + escape(w("Points and reference results")) + "</h2>\n" +
         points_table(w, sheet) +
@@ -238,8 +232,9 @@ std::string html_of(const Sheet& sheet) {
     body += paragraph(w("Limit, points and head are the inspector's; no document is on record here that "
                         "prescribes them.")) +
             signatures(w, sheet.head);
-    return html::page(language_code(sheet.language), w("Check of the computations of a flow computer"), style,
-                      body);
+    return html::page(language_code(sheet.language),
+                      w("Check of the computations of a flow computer, protocol No. {}", sheet.head.number),
+                      style, body);
 }
 
 std::string csv_of(const Sheet& sheet) {
@@ -264,7 +259,7 @@ std::string csv_of(const Sheet& sheet) {
                                ? fmt::format(",device_{0},deviation_{0}_pct,verdict_{0}", shown[k].column)
                                : "");
     out += ",limit_pct,refused\n";
-    const Writer w{Language::english};
+    const Writer w{{Language::english}};
     for (std::size_t i = 0; i < sheet.points.size(); ++i) {
         const Point& point = sheet.points[i];
         const bool good = point.refused.empty();

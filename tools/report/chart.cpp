@@ -37,9 +37,9 @@ std::string dot(const Wording& w, const Value& value, double x, const svg::Scale
     const double signed_ratio = std::copysign(value.ratio(), value.deviation);
     const double place = y(std::clamp(std::isfinite(signed_ratio) ? signed_ratio : edge, -edge, edge));
     const bool differs = value.verdict == cases::Verdict::differs_as_declared;
-    const std::string tip =
-        svg::escape(fmt::format("{} {}: {}, {}", value.place(), value.where->id, short_number(signed_ratio),
-                                differs ? w("differ as declared") : w("worst / permitted")));
+    const std::string tip = svg::escape(
+        fmt::format("{} {}: {}, {}", value.place(), value.where->id, w.number(short_number(signed_ratio)),
+                    differs ? w("differ as declared") : w("worst / permitted")));
     if (value.passed())
         return fmt::format("<circle cx=\"{}\" cy=\"{}\" r=\"2.3\" fill=\"{}\"><title>{}</title></circle>\n",
                            svg::at(x), svg::at(place), differs ? "#d08a00" : "#1f5a8c", tip);

@@ -24,7 +24,9 @@ Html code(std::string_view text) { return {fmt::format("<code>{}</code>", escape
 std::string anchor(const Section& section) { return escape("f-" + section.subject.key); }
 
 // A number of those that only values with a permitted deviation have.
-std::string figure(const Statistics& s, double value) { return s.worst ? short_number(value) : "-"; }
+std::string figure(const Wording& w, const Statistics& s, double value) {
+    return s.worst ? w.number(short_number(value)) : "-";
+}
 
 std::string heading(std::string_view level, std::string_view text, std::string_view id = {}) {
     return fmt::format("<{0}{2}>{1}</{0}>\n", level, escape(text),
@@ -72,7 +74,7 @@ std::string by_origin(const Wording& w, const Verification& verification) {
         if (values.empty()) continue;
         const Statistics s = statistics(values);
         table.row({w(text), s.values, s.values - s.differing - s.failed, s.differing, s.failed,
-                   figure(s, s.worst_ratio), verdict(w, s.failed == 0)});
+                   figure(w, s, s.worst_ratio), verdict(w, s.failed == 0)});
     }
     return table.html();
 }
@@ -91,7 +93,7 @@ std::string by_publication(const Wording& w, const Verification& verification) {
             if (printed.empty()) continue;
             const Statistics s = statistics(printed);
             table.row({Html{source_text(w, values.front().table->source)}, link(section, w.language), s.values,
-                       s.values - s.differing - s.failed, s.differing, s.failed, figure(s, s.worst_ratio)});
+                       s.values - s.differing - s.failed, s.differing, s.failed, figure(w, s, s.worst_ratio)});
         }
     const std::string rows = table.html();
     return rows.empty() ? rows : heading("h3", w("Printed values, by publication")) + rows;
@@ -109,7 +111,7 @@ std::string by_function(const Wording& w, const Verification& verification) {
     for (const Section& section : verification.sections) {
         const Statistics s = statistics(section);
         table.row({link(section, w.language), code(section.subject.key), s.cases, s.values, s.exact,
-                   figure(s, s.worst_ratio), figure(s, s.mean_ratio), verdict(w, s)});
+                   figure(w, s, s.worst_ratio), figure(w, s, s.mean_ratio), verdict(w, s)});
     }
     return table.html();
 }
@@ -126,7 +128,8 @@ std::string declaration_table(const Wording& w, const Verification& verification
         table.row({Html{fmt::format("<a class=\"declared\" href=\"#{}\">{}</a>", entry_id(d.reason),
                                     escape(translated(w.language, d.reason)))},
                    Html{source_text(w, d.source)}, d.values, d.differing,
-                   d.at ? percent(d.largest) : std::string("-"), d.at ? d.at->place() : std::string("-")});
+                   d.at ? w.number(percent(d.largest)) : std::string("-"),
+                   d.at ? d.at->place() : std::string("-")});
     const std::string rows = table.html();
     if (rows.empty()) return rows;
     return heading("h3", w("Printed values that differ as declared"), "declared") +
@@ -196,8 +199,8 @@ std::string covered(const Wording& w, const Section& section) {
     std::erase_if(extents, [](const auto& one) { return one.second.first == one.second.second; });
     const auto text = [&w](const auto& one) {
         const Quantity q = quantity(one.first);
-        return fmt::format("{} {:.6g}..{:.6g} {}", q.symbol, one.second.first, one.second.second,
-                           translated(w.language, q.unit));
+        return fmt::format("{} {}..{} {}", q.symbol, w.number(fmt::format("{:.6g}", one.second.first)),
+                           w.number(fmt::format("{:.6g}", one.second.second)), translated(w.language, q.unit));
     };
     return joined(extents, text, "; ");
 }
@@ -216,7 +219,7 @@ std::string sources(const Wording& w, const Section& section) {
             const Statistics s = statistics(here);
             table.row({Html{fmt::format("{} <small>{}:{}</small>", source_text(w, values.front().table->source),
                                         escape(values.front().file->name), values.front().table->line)},
-                       w(text), s.cases, s.values, figure(s, s.worst_ratio), verdict(w, s)});
+                       w(text), s.cases, s.values, figure(w, s, s.worst_ratio), verdict(w, s)});
         }
     return table.html();
 }
@@ -236,8 +239,9 @@ std::string statistics_table(const Wording& w, const Section& section) {
     for (const std::string& output : section.outputs()) {
         const Statistics s = statistics(section, output);
         const Quantity q = quantity(output);
-        table.row({q.symbol, translated(w.language, q.unit), s.values, s.exact, figure(s, s.worst_deviation),
-                   figure(s, s.mean_deviation), figure(s, s.worst_ratio), figure(s, s.mean_ratio),
+        table.row({symbol_text(w, output), translated(w.language, q.unit), s.values, s.exact,
+                   figure(w, s, s.worst_deviation), figure(w, s, s.mean_deviation), figure(w, s, s.worst_ratio),
+                   figure(w, s, s.mean_ratio),
                    s.worst ? s.worst->where->id + ", " + s.worst->place() : std::string("-"), verdict(w, s)});
     }
     return table.html();
@@ -344,7 +348,8 @@ std::string outcome(const Wording& w, const Statistics& s) {
 }  // namespace
 
 std::string source_text(const Wording& w, const std::string& source) {
-    return w.language == Language::english ? escape(source) : "<span lang=\"en\">" + escape(source) + "</span>";
+    const std::string_view text = of_case_file(w.language, source);
+    return text.empty() ? "<span lang=\"en\">" + escape(source) + "</span>" : escape(text);
 }
 
 std::string html(const Verification& verification, const Surroundings& around) {
@@ -363,9 +368,8 @@ std::string html(const Verification& verification, const Surroundings& around) {
         by_function(w, verification) +
         paragraph(
             w("Exact values (statuses, phases, zeros) must agree and have no worst or mean. Worst and mean: "
-              "deviation over permitted or, where a value differs as declared, declared deviation. Sources, "
-              "case names and notes are quoted as the case files have them, in English; numbers have a "
-              "decimal point."),
+              "deviation over permitted or, where a value differs as declared, declared deviation. Names of "
+              "cases and inputs are quoted as the case files have them."),
             "note") +
         declaration_table(w, verification) + heading("h2", w("Identification"), "identification") +
         identification(w, verification, around) + heading("h2", w("Methods and ranges"), "methods") +

@@ -51,11 +51,23 @@ std::string_view component(const std::string& name) {
     return index && *index < components.size() ? components[*index] : std::string_view();
 }
 
-std::string input_text(const std::string& name, double value) {
+std::string word_text(const Wording& w, const std::string& word) {
+    const std::string_view text = of_case_file(w.language, word);
+    return text.empty() ? w.number(word) : std::string(text);
+}
+
+std::string symbol_text(const Wording& w, const std::string& name) {
+    const std::string symbol = quantity(name).symbol;
+    if (!component(name).empty()) return std::string(translated(w.language, symbol));
+    const std::string_view word = of_case_file(w.language, symbol);
+    return word.empty() ? symbol : std::string(word);
+}
+
+std::string input_text(const Wording& w, const std::string& name, double value) {
     const bool standard = value >= 1.0 && value <= static_cast<double>(standard_devices);
     if (name == "device" && standard && value == std::floor(value))
-        return std::string(devices[static_cast<std::size_t>(value) - 1].brief);
-    return fmt::format("{:.10g}", value);
+        return word_text(w, std::string(devices[static_cast<std::size_t>(value) - 1].brief));
+    return w.number(fmt::format("{:.10g}", value));
 }
 
 std::string all_inputs(const cases::Case& one) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "tools/cases/procedures.h"
+#include "tools/wording/wording.h"
 
 namespace kalorfix::tool::report {
 
@@ -23,8 +24,14 @@ struct Quantity {
 /// The component behind x0..x14; empty for other names.
 [[nodiscard]] std::string_view component(const std::string& name);
 
+/// What an input or output is called: a component or a word by its name, else the symbol.
+[[nodiscard]] std::string symbol_text(const Wording& w, const std::string& name);
+
 /// An input as a person reads it: devices by name, numbers with at most ten digits.
-[[nodiscard]] std::string input_text(const std::string& name, double value);
+[[nodiscard]] std::string input_text(const Wording& w, const std::string& name, double value);
+
+/// A word of a case file, such as refused.
+[[nodiscard]] std::string word_text(const Wording& w, const std::string& word);
 
 /// All inputs of a case as name=value.
 [[nodiscard]] std::string all_inputs(const cases::Case& one);

@@ -52,7 +52,8 @@ std::string composition(const Wording& w, const cases::Values& inputs, const Lay
     for (const auto& [name, value] : inputs)
         if (const std::string_view part = component(name);
             !part.empty() && value != 0.0 && !shape.fixed.contains(name))
-            parts.push_back(fmt::format("{} {:.8g}", translated(w.language, part), value));
+            parts.push_back(
+                fmt::format("{} {}", translated(w.language, part), w.number(fmt::format("{:.8g}", value))));
     return parts.empty() ? "-" : joined(parts);
 }
 
@@ -61,8 +62,8 @@ std::string fixed_line(const Wording& w, const Layout& shape) {
     for (const auto& [name, value] : shape.fixed) {
         if (!component(name).empty() && value == 0.0) continue;
         const Quantity q = quantity(name);
-        parts.push_back(fmt::format("{} {}{}", translated(w.language, q.symbol), input_text(name, value),
-                                    unit_behind(w, q)));
+        parts.push_back(
+            fmt::format("{} {}{}", symbol_text(w, name), input_text(w, name, value), unit_behind(w, q)));
     }
     if (parts.empty()) return {};
     return fmt::format("<p class=\"fixed\"><b>{}</b> {}</p>\n", escape(w("All cases:")),
@@ -76,11 +77,12 @@ Html obtained(const Wording& w, const Findings& found) {
     Html words;
     for (const Value* f : found) {
         if (!is_word(*f->expected)) continue;
-        words.text += fmt::format("{}{} <b>{}</b>", words.text.empty() ? "" : ", ", escape(f->expected->column),
-                                  escape(computed_word(*f)));
+        words.text +=
+            fmt::format("{}{} <b>{}</b>", words.text.empty() ? "" : ", ",
+                        escape(word_text(w, f->expected->column)), escape(word_text(w, computed_word(*f))));
         if (!f->passed())
-            words.text +=
-                fmt::format(" <b class=\"failed\">{}</b>", escape(w("FAILED, expected {}", f->expected->text)));
+            words.text += fmt::format(" <b class=\"failed\">{}</b>",
+                                      escape(w("FAILED, expected {}", word_text(w, f->expected->text))));
     }
     return words.text.empty() ? Html{"-"} : words;
 }
@@ -89,7 +91,7 @@ Html value_verdict(const Wording& w, const cases::Finding& f) {
     if (f.verdict != cases::Verdict::differs_as_declared) return verdict(w, f.passed());
     const cases::Deviation& declared = *f.expected->declared;
     return {fmt::format("<a class=\"declared\" href=\"#{}\">{}</a>", entry_id(declared.reason),
-                        escape(w("differs as declared, at most {}", bound_text(declared.bound))))};
+                        escape(w("differs as declared, at most {}", w.number(bound_text(declared.bound)))))};
 }
 
 // A line for each number of a case; the inputs and what was obtained in words stand in the first.
@@ -98,7 +100,7 @@ void add_case(const Wording& w, Table& table, const Findings& found, const Layou
     std::vector<Cell> cells{one.id, std::to_string(one.line)};
     for (const std::string& name : shape.columns) {
         const auto given = one.inputs.find(name);
-        cells.emplace_back(given == one.inputs.end() ? std::string("-") : input_text(name, given->second));
+        cells.emplace_back(given == one.inputs.end() ? std::string("-") : input_text(w, name, given->second));
     }
     if (shape.composition) cells.emplace_back(composition(w, one.inputs, shape));
     cells.emplace_back(obtained(w, found));
@@ -108,11 +110,12 @@ void add_case(const Wording& w, Table& table, const Findings& found, const Layou
         const Quantity q = quantity(f->expected->column);
         const bool exact = f->is_exact();
         const std::string given = f->expected->text, digits = with_digits_of(f->expected->value, f->permitted);
-        for (const Cell& cell : std::vector<Cell>{
-                 std::string(translated(w.language, q.symbol)) + unit_behind(w, q),
-                 given.size() <= digits.size() ? given : digits, with_digits_of(f->computed, f->permitted),
-                 exact && f->passed() ? std::string("0") : short_number(f->deviation),
-                 exact ? w("exact") : short_number(f->permitted), value_verdict(w, *f)})
+        for (const Cell& cell :
+             std::vector<Cell>{symbol_text(w, f->expected->column) + unit_behind(w, q),
+                               w.number(given.size() <= digits.size() ? given : digits),
+                               w.number(with_digits_of(f->computed, f->permitted)),
+                               exact && f->passed() ? std::string("0") : w.number(short_number(f->deviation)),
+                               exact ? w("exact") : w.number(short_number(f->permitted)), value_verdict(w, *f)})
             cells.push_back(cell);
         table.row(cells);
         cells.assign(inputs, std::string());
@@ -133,12 +136,12 @@ struct Side {
     std::string obtained;
     bool passed = true;
 
-    void take(const cases::Finding& finding) {
+    void take(const Wording& w, const cases::Finding& finding) {
         where = finding.where;
         passed = passed && finding.passed();
         if (is_word(*finding.expected))
-            obtained +=
-                (obtained.empty() ? "" : ", ") + finding.expected->column + " " + computed_word(finding);
+            obtained += (obtained.empty() ? "" : ", ") + word_text(w, finding.expected->column) + " " +
+                        word_text(w, computed_word(finding));
     }
 };
 
@@ -147,7 +150,7 @@ struct Limit {
     Side in{}, out{};
 };
 
-std::vector<Limit> limits_of(Values values) {
+std::vector<Limit> limits_of(const Wording& w, Values values) {
     std::vector<Limit> found;
     for (const Value& finding : values)
         for (const std::string_view ending : {inside, outside}) {
@@ -156,7 +159,7 @@ std::vector<Limit> limits_of(Values values) {
             const std::string name = id.substr(0, id.size() - ending.size());
             auto limit = std::ranges::find(found, name, &Limit::name);
             if (limit == found.end()) limit = found.insert(found.end(), Limit{name});
-            (ending == inside ? limit->in : limit->out).take(finding);
+            (ending == inside ? limit->in : limit->out).take(w, finding);
         }
     return found;
 }
@@ -170,8 +173,8 @@ std::string apart(const Wording& w, const Limit& limit, const Side& side) {
             in->second == out->second)
             continue;
         const Quantity q = quantity(name);
-        parts.push_back(fmt::format("{} = {}{}", translated(w.language, q.symbol), input_text(name, value),
-                                    unit_behind(w, q)));
+        parts.push_back(
+            fmt::format("{} = {}{}", symbol_text(w, name), input_text(w, name, value), unit_behind(w, q)));
     }
     return joined(parts);
 }
@@ -185,8 +188,8 @@ std::string value_table(const Wording& w, Values values) {
     std::vector<Column> columns{{w("case"), {}, true}, {w("line")}};
     for (const std::string& name : shape.columns) {
         const Quantity q = quantity(name);
-        columns.push_back({std::string(translated(w.language, q.symbol)),
-                           std::string(translated(w.language, q.unit)), name == "device"});
+        columns.push_back(
+            {symbol_text(w, name), std::string(translated(w.language, q.unit)), name == "device"});
     }
     if (shape.composition) columns.push_back({w("composition"), w("as given"), true, true});
     columns.push_back({w("obtained"), {}, true});
@@ -206,11 +209,12 @@ std::string value_table(const Wording& w, Values values) {
         found.push_back(&value);
     }
     add_case(w, table, found, shape);
-    const std::string notes = escape(joined(source.notes, {}, "; "));
+    const auto note = [&w](const std::string& text) { return source_text(w, text); };
+    const std::string notes = joined(source.notes, note, "; ");
     return fmt::format("<h4>{}<span class=\"trace\">{}:{}</span></h4>\n{}{}{}", source_text(w, source.source),
                        escape(values.front().file->name), source.line,
-                       notes.empty() ? notes : "<p class=\"note\" lang=\"en\">" + notes + "</p>\n",
-                       fixed_line(w, shape), table.html());
+                       notes.empty() ? notes : "<p class=\"note\">" + notes + "</p>\n", fixed_line(w, shape),
+                       table.html());
 }
 
 std::string limit_tables(const Wording& w, const Verification& verification) {
@@ -228,7 +232,7 @@ std::string limit_tables(const Wording& w, const Verification& verification) {
                          {w("verdict"), {}, true}},
                         "values limits");
             const auto bold = [](const Side& side) { return Html{"<b>" + escape(side.obtained) + "</b>"}; };
-            for (const Limit& limit : limits_of(values)) {
+            for (const Limit& limit : limits_of(w, values)) {
                 const auto& [name, in, out_of] = limit;
                 if (!in.where || !out_of.where) continue;
                 ++count;

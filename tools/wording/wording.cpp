@@ -2,8 +2,11 @@
 #include "tools/wording/wording.h"
 
 #include <algorithm>
+#include <span>
 
 #include "tools/names.h"
+#include "tools/wording/case_notes.h"
+#include "tools/wording/case_sources.h"
 
 namespace kalorfix::tool {
 namespace {
@@ -14,16 +17,18 @@ constexpr std::size_t holes(std::string_view text) {
     return count;
 }
 
-constexpr bool is_complete() {
-    for (const wording::Entry& entry : wording::catalogue) {
+constexpr bool is_complete(std::span<const wording::Entry> entries) {
+    for (const wording::Entry& entry : entries) {
         if (entry.english.empty() || entry.russian.empty() || holes(entry.english) != holes(entry.russian))
             return false;
         // Found again at another place: it stands there twice.
-        if (&wording::catalogue[wording::place_of(entry.english)] != &entry) return false;
+        if (&*std::ranges::find(entries, entry.english, &wording::Entry::english) != &entry) return false;
     }
     return true;
 }
-static_assert(is_complete(), "an entry lacks a language or a hole, or stands twice");
+static_assert(is_complete(wording::catalogue) && is_complete(wording::case_sources) &&
+                  is_complete(wording::case_notes) && is_complete(wording::case_words),
+              "an entry lacks a language or a hole, or stands twice");
 
 template <class List, class Name>
 constexpr bool holds(const List& list, Name name) {
@@ -32,6 +37,7 @@ constexpr bool holds(const List& list, Name name) {
     return true;
 }
 static_assert(holds(devices, [](const Device& device) { return device.title; }));
+static_assert(holds(methods, [](const Method& method) { return method.title; }));
 static_assert(holds(components, [](std::string_view component) { return component; }));
 
 }  // namespace
@@ -40,6 +46,18 @@ std::string_view translated(Language language, std::string_view english) {
     const std::size_t place = wording::place_of(english);
     if (language == Language::english || place == wording::none) return english;
     return wording::catalogue[place].russian;
+}
+
+std::string_view of_case_file(Language language, std::string_view english) {
+    if (language == Language::english) return english;
+    for (const std::span<const wording::Entry> entries :
+         {std::span<const wording::Entry>(wording::case_sources),
+          std::span<const wording::Entry>(wording::case_notes),
+          std::span<const wording::Entry>(wording::case_words)})
+        if (const auto found = std::ranges::find(entries, english, &wording::Entry::english);
+            found != entries.end())
+            return found->russian;
+    return {};
 }
 
 std::optional<Language> language_of(std::string_view word) {

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,10 +46,18 @@ struct Wording {
     [[nodiscard]] std::string operator()(Text text, const First& first, const Values&... values) const {
         return text.filled(language, first, values...);
     }
+    /// A written number: Russian has a decimal comma.
+    [[nodiscard]] std::string number(std::string text) const {
+        if (language == Language::russian) std::ranges::replace(text, '.', ',');
+        return text;
+    }
 };
 
 /// Of a list whose texts are known to stand in the catalogue (below), and of units; any other text stays as it is.
 [[nodiscard]] std::string_view translated(Language language, std::string_view english);
+
+/// A source, a note or a word of a case file; empty where it is not known in that language.
+[[nodiscard]] std::string_view of_case_file(Language language, std::string_view english);
 
 /// en or ru; nothing for another word.
 [[nodiscard]] std::optional<Language> language_of(std::string_view word);
