@@ -114,7 +114,7 @@ inline constexpr Entry catalogue[] = {
     {"density", "плотность"},
     {"mass flow", "массовый расход"},
     {"volume flow", "объёмный расход"},
-    {"standard volume flow", "объёмный расход при стандартных условиях"},
+    {"standard volume flow", "объёмный расход, приведённый к стандартным условиям"},
     {"energy flow", "расход энергии"},
     {"heat flow", "расход теплоты"},
     {"compressibility coefficient", "коэффициент сжимаемости"},
@@ -359,7 +359,8 @@ inline constexpr Entry catalogue[] = {
      "-23,15..66,85 °C, 0,001..30 МПа после столба, без концов; K ниже 0,9999; содержания 0..100 мол. % или "
      "0..1; плотность до "
      "1 кг/м³"},
-    {"Discharge coefficient and roughness correction", "Коэффициент истечения и поправка на шероховатость"},
+    {"Discharge coefficient and roughness correction",
+     "Коэффициент истечения и поправочный коэффициент на шероховатость"},
     {"Reader-Harris/Gallagher equation for orifice plates; equations of nozzles and Venturi tubes",
      "уравнение Ридера-Харриса/Галлахера для диафрагм; уравнения сопел и труб Вентури"},
     {"GOST 8.586.2-2005, 8.586.3-2005, 8.586.4-2005 (ISO 5167-2:2003, -3:2003, -4:2003)",
