@@ -63,7 +63,8 @@ def faults_of(document, documents, root):
 
 
 root = Path(sys.argv[1]).resolve()
-documents = {path: Document(path) for path in [*root.glob("README*.md"), *root.glob("docs/*.md"), root / "CONTRIBUTING.md"]}
+documents = {path: Document(path) for path in [*root.glob("README*.md"), *root.glob("docs/*.md"), *root.glob("docs/api/*.md"),
+                                          root / "CONTRIBUTING.md"]}
 found = [f"{d.path.name}: {fault}" for d in documents.values() for fault in faults_of(d, documents, root)]
 indexed = {(root / "docs" / link).resolve() for link in documents[root / "docs/index.md"].links}
 found += [f"docs/index.md does not name {path.name}" for path in documents
