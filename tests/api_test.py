@@ -1,19 +1,23 @@
 # SPDX-License-Identifier: MIT
-"""Judges docs/api.md against the headers and the export list, and compiles its examples and that of kalorfix.3.
+"""Judges docs/api.md and docs/api/ against the headers and the export list, compiles their examples and that of kalorfix.3.
 
-api_test.py SOURCE --cc CC --cxx CXX --cxxfilt CXXFILT: every declared function and variable stands in the document with
-its signature, nothing else does; every parameter is described; every function is in the index; examples compile.
+api_test.py SOURCE --cc CC --cxx CXX --cxxfilt CXXFILT [--run LIBRARY]: every declared function and variable stands in the
+documents with its signature, nothing else does; every parameter is described; every function is in the index; examples
+compile and, where they are run, print the numbers of the comments behind them.
 """
 import argparse
 import pathlib
+import os
 import re
 import subprocess
 import sys
+import tempfile
 
 HEADERS = ("kalorfix.h", "kalorfix_calculators.h", "kalorfix_gas.h", "kalorfix_runtime.h")
 WARNINGS = "-Wall -Wextra -Wconversion -Wshadow -Wdouble-promotion -Wpedantic -Werror".split()
 CLASS = re.compile(r"class KALORFIX_API (\w+)[^{;]*\{(.*?)^\};", re.S | re.M)
 FENCE = re.compile(r"^```(c|cpp)\n(.*?)^```$", re.S | re.M)
+PRINTED = re.compile(r"printf\([^;]*; *(?:/\*|//) ([\d., ]+)(?: \*/)?$", re.M)
 
 
 def normal(text):
@@ -79,9 +83,30 @@ def compile_examples(examples, include, compilers):
                     yield f"examples with {', '.join(headers)} are no {standard[5:]}:\n{ran.stderr}"
 
 
+def run_examples(members, options):
+    """In their order in one program, between Init and the end; the numbers told behind a printf are what it prints."""
+    source = [f'#include "{header}"' for header in HEADERS] + ["#include <cstdio>"]
+    source += [f"static void example_{number}() {{ {text} }}" for number, (_, _, text) in enumerate(members)]
+    calls = " ".join(f"example_{number}();" for number in range(len(members)))
+    source.append(f"int main() {{ Init(); {calls.replace('();', '(); Init();', 1)} }}")
+    with tempfile.TemporaryDirectory() as place:
+        library, program = options.run, f"{place}/examples"
+        command = [options.cxx, "-std=c++20", f"-I{options.source / 'include'}", "-x", "c++", "-", "-x", "none", library,
+                   f"-Wl,-rpath,{library.parent}", "-o", program]
+        subprocess.run(command, input="\n".join(source) + "\n", text=True, check=True)
+        printed = subprocess.run([program], env={**os.environ, "SYSTEM": str(library.parent)}, capture_output=True, check=True)
+    tokens = iter(re.findall(r"\d+\.?\d*", printed.stdout.decode(errors="replace")))
+    for document, line, text in members:
+        for number in re.findall(r"[\d.]+", " ".join(PRINTED.findall(text))):
+            if not any(token.startswith(number) for token in tokens):
+                yield f"{document}, example in line {line}: {number} is not printed"
+                return
+
+
 def judge(options, functions, variables):
-    text = (options.source / "docs/api.md").read_text(encoding="utf-8")
-    sections = dict(re.findall(r"^##+ (.*?)\n(.*?)(?=^##+ |\Z)", text, re.S | re.M))
+    pages = [options.source / "docs/api.md", *sorted((options.source / "docs/api").glob("*.md"))]
+    text = "\n".join(page.read_text(encoding="utf-8") for page in pages)
+    sections = dict(re.findall(r"^##* (.*?)\n(.*?)(?=^##* |\Z)", text, re.S | re.M))
     by_anchor = {re.sub(r"[^\w\- ]", "", t.lower()).replace(" ", "-"): body for t, body in sections.items()}
     common = set(re.findall(r"`(\w+)`", sections["Conventions"]))
     found = {}
@@ -91,7 +116,7 @@ def judge(options, functions, variables):
     yield from (f"no synopsis has: {d}" for d in functions if d not in found)
     yield from (f"{title}: declared nowhere: {d}" for d, title in found.items() if d not in functions)
     for declaration, title in found.items():
-        links = re.findall(r"\]\(#([^)]+)\)", arguments_part(sections[title]))
+        links = re.findall(r"\]\([^)#]*#([^)]+)\)", arguments_part(sections[title]))
         known = common.union(described(sections[title]), *(described(by_anchor.get(link, "")) for link in links))
         for name in parameters(declaration):
             if name not in known and not ("::" in declaration and re.sub(r"_(in|out)$", "", name) in known):
@@ -112,14 +137,19 @@ def judge(options, functions, variables):
             yield f"exported, but declared nowhere: {symbol}"
 
     examples, used = {}, set()
-    for block in FENCE.finditer(text):
-        words = set(re.findall(r"\w+", block[2]))
-        if text[:block.start()].endswith("**Synopsis**\n"):
-            continue
-        used.update(words)
-        headers = {h for d, h in functions.items() if name_of(d).split("::")[0] in words}
-        place = ("docs/api.md", text[:block.start()].count("\n") + 2, block[2])
-        examples.setdefault((block[1], tuple(sorted(headers))), []).append(place)
+    for page in pages:
+        text = page.read_text(encoding="utf-8")
+        for block in FENCE.finditer(text):
+            words = set(re.findall(r"\w+", block[2]))
+            if text[:block.start()].endswith("**Synopsis**\n"):
+                continue
+            used.update(words)
+            headers = {h for d, h in functions.items() if name_of(d).split("::")[0] in words}
+            place = (f"docs/{page.relative_to(options.source / 'docs')}", text[:block.start()].count("\n") + 2, block[2])
+            examples.setdefault((block[1], tuple(sorted(headers))), []).append(place)
+    if options.run:
+        channels = [place for members in examples.values() for place in members]
+        yield from run_examples(sorted(channels, key=lambda place: ("channels" not in place[0], *place[:2])), options)
     plain = [name_of(d) for d, header in functions.items() if header == HEADERS[0]]
     yield from (f"no example calls {name}" for name in plain if name not in used)
     manual = (options.source / "docs/man/kalorfix.3").read_text()
@@ -135,6 +165,7 @@ def main():
     parser.add_argument("source", type=pathlib.Path)
     for name in ("--cc", "--cxx", "--cxxfilt"):
         parser.add_argument(name, required=True)
+    parser.add_argument("--run", type=pathlib.Path, metavar="LIBRARY")
     options = parser.parse_args()
     functions, variables = read_headers(options.source / "include")
     faults = list(judge(options, functions, variables))

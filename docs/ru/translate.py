@@ -21,6 +21,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 # Catalogue: English document, Russian document. Of the deviations only the numbers, which the report shows.
 DOCUMENTS = {
+    "readme": ("README.md", "README.ru.md"),
+    "first_channel": ("docs/first_channel.md", "docs/first_channel.ru.md"),
     "integration": ("docs/integration.md", "docs/integration.ru.md"),
     "deviations": ("docs/deviations.md", "docs/ru/deviations.md"),
     "not_verified": ("docs/not_verified.md", "docs/ru/not_verified.md"),
@@ -83,7 +85,7 @@ def texts(document):
 def wrapped(first, further, text):
     """Within the columns; no break inside code, none that would begin a line with the mark of an item."""
     glued = CODE.sub(lambda code: code[0].replace(" ", "\0"), text)
-    glued = re.sub(r" (?=([*+#>|-]|\d+\.)( |$))", "\0", glued)
+    glued = re.sub(r" (?=([*+#>|-]|\d+\.)( |$))|(?<=\d) (?=[°%])", "\0", glued)
     lines = [first]
     for word in glued.split(" "):
         if len(lines[-1]) + 1 + len(word) > COLUMNS and lines[-1].strip() and lines[-1] != first:
