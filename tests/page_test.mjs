@@ -85,11 +85,20 @@ await test('tabs: check, curves, properties', async () => {
   assert.match(await text('#properties tbody'), /water917\.0782182\.49/);
 });
 await test('Russian, nothing left in English', async () => {
-  for (const input of [{}, {unknown: 'bore'}, {p: '0.12 MPa'}, {tab: 'Check'}, {tab: 'Uncertainty'}, {...gas, tab: 'Uncertainty', dp_range_kPa: '20 kPa', dp_class_pct: '0.1'}, {tab: 'Curves'}, {tab: 'Properties'}, gas, {...gas, tab: 'Check'}, {...gas, tab: 'Properties'},
-    {...gas, x_methane: '120'}, {...gas, unknown: 'dp', q: '1e9 m3/h'}, {...gas, d20: '390 mm', tab: 'Check'}]) {
-    await open({...input, lang: 'ru'});
-    assert.equal(await page.$eval('html', root => root.dataset.untranslated), '');
-  }
+  const media = [{}, {t: '90 C', p: '0.8 MPa'}, {medium: 'given', rho: '5', mu: '20 uPas', kappa: '1.3'}, gas,
+    {...gas, method: 'gerg91', rho_c: '0.68', n2: '0.9', co2: '0.1'}, {...gas, method: 'vnic', heat: 'kcal20', vapour: '0.001'}];
+  const twists = [{}, {unknown: 'bore'}, {unknown: 'dp', q: '1e9 kg/h'}, {p: '50 kPa'}, {t: '900 C'}, {dp: '10 MPa'}, {d20: '390 mm', edge: '1 mm'},
+    {D20: '20 mm'}, {device: 'averaging_12', column: '-1000', column_rho: '20000'}, {expansion: 'coefficients'}, {x_methane: '120'}, {dp: 'abc'},
+    {dp_range_kPa: '20 kPa', dp_class_pct: '0.1', heat_uncertainty_pct: '0.2'}, {t_low: '-50 C', t_high: '900 C', p_low: '1 kPa', p_high: '90 MPa'}];
+  await open({});
+  for (const medium of media)
+    for (const twist of twists)
+      for (const tab of ['Result', 'Check', 'Uncertainty', 'Properties', ...(twist === twists[0] ? ['Curves'] : [])]) {
+        await page.evaluate(input => { delete document.documentElement.dataset.untranslated; location.hash = input; },
+          String(new URLSearchParams({lang: 'ru', tab, ...medium, ...twist})));
+        await page.waitForFunction(() => document.documentElement.dataset.untranslated !== undefined);
+        assert.equal(await page.$eval('html', root => root.dataset.untranslated), '', JSON.stringify({tab, ...medium, ...twist}));
+      }
   await open({lang: 'ru', p: '1,2 MPa'});
   assert.equal(await text('#summary'), '57,02745 т/ч');
   await shot('russian');

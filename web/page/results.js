@@ -81,7 +81,7 @@ function showCheck(panel) {
   const answer = ask('page_check', lines());
   if (faulty(answer, panel)) return;
   const count = verdict => answer.rules.filter(rule => rule.verdict === verdict).length;
-  summary(`OK ${count('OK')}, ${t('WARN')} ${count('WARN')}, ${t('STOP')} ${count('STOP')}`, count('STOP') > 0);
+  summary(`${t('OK')} ${count('OK')}, ${t('WARN')} ${count('WARN')}, ${t('STOP')} ${count('STOP')}`, count('STOP') > 0);
   const body = element('tbody');
   for (const {verdict, what, value, limit, clause} of answer.rules)
     body.append(element('tr', {class: verdict}, element('td', {class: 'verdict'}, t(verdict)), element('th', {scope: 'row'}, t(what)),

@@ -4,7 +4,7 @@ const data = JSON.parse(document.getElementById('data').textContent);
 let language = 'en';
 
 const aNumber = String.raw`-?\d+(?:\.\d+)?(?:e[-+]?\d+)?`;
-const unitWords = ['m3/h at standard conditions', 'kg/m3', 'm3/h', 't/h', 'GJ/h', 'm/s', 'mol %', '1/degC', 'degC', 'MPa', 'kPa', 'Pa', 'mm', 'K', 'years'];
+const unitWords = ['m3/h at standard conditions', 'kg/m3', 'm3/h', 't/h', 'GJ/h', 'MJ/m3', 'm/s', 'mol %', '1/degC', 'degC', 'MPa', 'kPa', 'Pa', 'mm', 'K', 'years'];
 // A number or a range with its unit, if it has one.
 const anAmount = new RegExp(String.raw`(?<!\w|-|(?<!\.)\.)(${aNumber}(?:\.\.${aNumber})?)(?: (${unitWords.join('|')})(?![\w/]))?(?!\w)`, 'g');
 const aLimit = /^(.+?) # (not above|not below|below|above|exceeds|is not) #(.*)$/;
@@ -22,7 +22,7 @@ function translated(text) {
   // Several texts in one, as they are joined by the calculation.
   for (const joint of [': ', '; ', ', '])
     if (text.includes(joint)) return text.split(joint).map(translated).join(joint);
-  if (/[a-z]{3}/.test(text)) untranslated.add(text);
+  if (/[a-z]{3}|# [A-Za-z]/.test(pattern)) untranslated.add(text);
   return text;
 }
 

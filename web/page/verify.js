@@ -67,7 +67,7 @@ async function showVerify(panel) {
   const {functions, total, apart, failed} = await runCases();
   if (tab !== 'Verify') return;
   const met = total.FAILED === 0 && apart.length === 0;
-  summary(`${total.FAILED === 0 ? 'MET' : 'FAILED'}: ${total.values} ${t('values')}, ${total.differs} ${t('differ as declared')}, ${total.FAILED} ${t('failed')}` +
+  summary(`${total.FAILED === 0 ? t('MET') : t('FAILED')}: ${total.values} ${t('values')}, ${total.differs} ${t('differ as declared')}, ${total.FAILED} ${t('failed')}` +
     (apart.length ? `, ${apart.length} ${t('farther apart')}` : ''), !met);
   const digests = [['WebAssembly', bytes(data.wasm)], ['gas.dat', bytes(data.gas)], ...Object.entries(data.cases)];
   panel.replaceChildren(printed(),
