@@ -41,7 +41,8 @@ install(FILES "${PROJECT_BINARY_DIR}/kalorfix.pc" DESTINATION "${CMAKE_INSTALL_L
 install(FILES docs/man/kalorfix.3 DESTINATION "${CMAKE_INSTALL_MANDIR}/man3" COMPONENT dev)
 file(GLOB _readmes "${PROJECT_SOURCE_DIR}/README*.md")
 install(FILES ${_readmes} CHANGELOG.md DESTINATION "${_doc}/kalorfix-dev" COMPONENT dev)
-install(DIRECTORY docs DESTINATION "${_doc}/kalorfix-dev" COMPONENT dev PATTERN man EXCLUDE)
+install(DIRECTORY docs DESTINATION "${_doc}/kalorfix-dev" COMPONENT dev
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN man EXCLUDE)
 install(DIRECTORY examples/ DESTINATION "${_doc}/kalorfix-dev/examples" COMPONENT dev FILES_MATCHING PATTERN "*.c")
 install(FILES LICENSE DESTINATION "${_doc}/kalorfix-dev" RENAME copyright COMPONENT dev)
 

@@ -6,6 +6,7 @@
   looks like a source tree that is built; "..." stands for any lines, a command without output has to end with status 0;
 * a block that names a file ("```c examples/x.c"): quoted from it, which docs_test.py holds; a name without a folder ("```ini
   mine.ini") is a file of the reader's and is written;
+* an example of kalorfix.1: every line ends with status 0;
 * a row of tables/docs_blocks.txt, which says what is done with it, and why;
 * an example of the interface, which api_test.py compiles. Russian versions have the blocks of the English ones (docs_test.py).
 
@@ -81,7 +82,9 @@ def judge(document, rows, source, build):
         place = pathlib.Path(directory).resolve()
         source_tree(source, build, place)
         runs = []  # command, what it prints, whether digits may differ, whether lines may be left out
-        for opening, body in BLOCK.findall((source / document).read_text(encoding="utf-8")):
+        text = (source / document).read_text(encoding="utf-8")
+        manual = [("", body.replace("\\-", "-").replace("\\e\n", " ")) for body in re.findall(r"^\.EX\n(.*?)^\.EE$", text, re.S | re.M)]
+        for opening, body in manual or BLOCK.findall(text):
             words, row = opening.split(), next((r for r in rows if r[0] == document and body.lstrip().startswith(r[1])), None)
             if row:
                 row[-1] = "used"
@@ -95,6 +98,8 @@ def judge(document, rows, source, build):
                 program = f"#define _GNU_SOURCE\n#include <dlfcn.h>\n#include <stdio.h>\nint main(void) {{ {body} return !handle; }}\n"
                 command = f"cc -std=c99 -Wall -Wextra -Werror -fsyntax-only -x c - <<'END'\n{program}END"
                 runs.append((command, "", False, False))
+            elif manual and not what:
+                runs += [(line, "", False, False) for line in body.splitlines()]
             elif what == "commands":
                 runs.append((body.rstrip(), "", False, False))
             elif what == "output":
@@ -114,7 +119,7 @@ def judge(document, rows, source, build):
 source, build = (pathlib.Path(name).resolve() for name in sys.argv[1:3])
 table = (source / "tests/tables/docs_blocks.txt").read_text(encoding="utf-8")
 rows = [[*re.split(r"\s+@\s+", line), "unused"] for line in table.splitlines() if line and not line.startswith("#")]
-documents = ["README.md", "CONTRIBUTING.md", *sorted(str(p.relative_to(source)) for p in source.glob("docs/**/*.md"))]
+documents = ["README.md", "CONTRIBUTING.md", "docs/man/kalorfix.1", *sorted(str(p.relative_to(source)) for p in source.glob("docs/**/*.md"))]
 found = [f"{name}: {fault}" for name in documents if not (name.endswith(".ru.md") or name.startswith("docs/ru/"))
          for fault in judge(name, rows, source, build)]
 found += [f"tables/docs_blocks.txt: no such block: {row[0]} {row[1]}" for row in rows if row[-1] == "unused"]
