@@ -78,7 +78,7 @@ Html obtained(const Wording& w, const Findings& found) {
     for (const Value* f : found) {
         if (!is_word(*f->expected)) continue;
         words.text +=
-            fmt::format("{}{} <b>{}</b>", words.text.empty() ? "" : ", ",
+            fmt::format("{}{}: <b>{}</b>", words.text.empty() ? "" : ", ",
                         escape(word_text(w, f->expected->column)), escape(word_text(w, computed_word(*f))));
         if (!f->passed())
             words.text += fmt::format(" <b class=\"failed\">{}</b>",
@@ -140,7 +140,7 @@ struct Side {
         where = finding.where;
         passed = passed && finding.passed();
         if (is_word(*finding.expected))
-            obtained += (obtained.empty() ? "" : ", ") + word_text(w, finding.expected->column) + " " +
+            obtained += (obtained.empty() ? "" : ", ") + word_text(w, finding.expected->column) + ": " +
                         word_text(w, computed_word(finding));
     }
 };
