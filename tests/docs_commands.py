@@ -13,6 +13,7 @@
 Usage: docs_commands.py SOURCE BUILD [--show]: with --show what came out where it is another thing
 """
 import fcntl
+import itertools
 import os
 import pathlib
 import pty
@@ -71,6 +72,7 @@ def same(wanted, printed, digits_differ, only_these):
     wanted, printed = ([line.rstrip() for line in text.rstrip().split("\n")] for text in (wanted, printed))
     if digits_differ:
         wanted, printed = ([re.sub(r"\d+(\.\d+)?", "#", line) for line in lines] for lines in (wanted, printed))
+        wanted, printed = ([line for line, _ in itertools.groupby(lines)] for lines in (wanted, printed))
     any_lines, pattern = r"(?:.*\n)*?", ""
     for line in wanted:
         pattern += any_lines if line.strip() == "..." else (any_lines if only_these else "") + re.escape(line) + "\n"
