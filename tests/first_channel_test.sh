@@ -22,7 +22,7 @@ kept() { [ "$(echo "$(cut -d' ' -f"$1" "$2") $3 $(cut -d' ' -f"$1" "$4")" | awk 
 start first 3.5
 start second 3.5
 grep -q "^goes on: $(cut -d' ' -f1 first.kept | xargs printf %.2f) m3$" second || fail "the total does not go on"
-kept 1 first.kept '<' second.kept && kept 2 first.kept '<' second.kept || fail "total and hour stand still"
+for column in 1 2; do kept $column first.kept "<" second.kept || fail "column $column stands still"; done
 kept 3 first.kept = second.kept || fail "the hour began anew"
 
 # The hour is nearly over: it closes with what the register grew by since its start, and the next one begins there.
