@@ -6,8 +6,9 @@ namespace kalorfix::tool::report {
 const std::vector<Subject>& subjects() {
     static const Text flow_equations =
         "GOST 8.586.2-2005, 8.586.3-2005, 8.586.4-2005 (ISO 5167-2:2003, -3:2003, -4:2003)";
-    static const Text flow_in_force = "not checked; of ISO 5167-1 and 5167-2 editions of 2022 are on record";
-    static const Text gas_in_force = "not checked; of part 3 an edition of 2015 is on record";
+    static const Text flow_in_force =
+        "GOST 8.586.3 and 8.586.5: yes, the other parts not looked up; ISO 5167:2003: no, superseded in 2022";
+    static const Text gas_in_force = "no: superseded on 2017-01-01 by the edition of 2015";
     static const Text unknown = "not checked: not on record here";
     static const Text density_accepted = "250..340 K, 0.001..30 MPa, ends excluded; density 0..1 kg/m3";
     static const Text density_documented =
@@ -18,15 +19,15 @@ const std::vector<Subject>& subjects() {
          "IAPWS R6-95 with the ideal part of the 1995 edition; Revised Release on the IAPS Formulation 1985 "
          "for the "
          "Viscosity of Ordinary Water Substance",
-         "not checked; the edition of 2018 is on record, the ideal part here is that of 1995; of the viscosity "
-         "a later "
-         "formulation, of 2008, which is another one",
+         "IAPWS R6-95: yes, revised in 2016 and 2018, the ideal part here is that of 1995; viscosity: no, "
+         "superseded in 2008",
          "0..800 degC, 0..100 MPa, both inclusive; saturated vapour (mode 3) up to 371.85 degC", unknown},
         {"t_phase_1", "Phase of water and steam", "explicit saturation pressure, tolerance in pressure",
-         "IAPWS SR1-86(1992)", "not checked", "0..800 degC, 0.001..100 MPa", unknown},
+         "IAPWS SR1-86(1992)", "not looked up", "0..800 degC, 0.001..100 MPa", unknown},
         {"heat_carrier", "State and properties of a heat-carrier channel",
          "column correction, decision of the phase, properties of water, steam and wet steam",
-         "IAPWS R6-95; IAPWS SR1-86(1992)", "not checked",
+         "IAPWS R6-95; IAPWS SR1-86(1992)",
+         "IAPWS R6-95: yes, revised in 2016 and 2018; IAPWS SR1-86: not looked up",
          "state 0..1000 degC and 0.001..100 MPa after the column; properties up to 800 degC; share 0..1",
          unknown},
         {"standard_density", "Density of a composition at standard conditions",
@@ -41,7 +42,7 @@ const std::vector<Subject>& subjects() {
          density_documented},
         {"gas_by_composition.2", "Compressibility by AGA8-92DC", "AGA8-92DC detail characterisation",
          "AGA Report No. 8 (1992); GOST 30319.2-96",
-         "not checked; of AGA Report No. 8 an edition of 2017 is on record, of GOST 30319.3 one of 2015",
+         "no: AGA Report No. 8 superseded in 2017, GOST 30319.2-96 on 2017-01-01 by the edition of 2015",
          "250..340 K, 0.001..30 MPa, ends excluded", unknown},
         {"gas_by_composition.3", "Compressibility by VNIC SMV",
          "VNIC SMV equation of state, 8 components; viscosity and exponent from the composition",

@@ -290,20 +290,19 @@ inline constexpr Entry catalogue[] = {
      "Действует ли: с указателем стандартов не сверялось, это и значит «не проверено»; более позднее издание "
      "названо там, где "
      "его цитируют данные этого проекта."},
-    {"not checked", "не проверено"},
+    {"not looked up", "не выяснено"},
     {"not checked: not on record here", "не проверено: здесь не записан"},
-    {"not checked; the edition of 2018 is on record, the ideal part here is that of 1995; of the viscosity a "
-     "later formulation, of "
-     "2008, which is another one",
-     "не проверено; известна редакция 2018 года, идеальная часть здесь 1995 года; для вязкости известна более "
-     "поздняя формула "
-     "2008 года, другая"},
-    {"not checked; of part 3 an edition of 2015 is on record",
-     "не проверено; известно издание части 3 2015 года"},
-    {"not checked; of AGA Report No. 8 an edition of 2017 is on record, of GOST 30319.3 one of 2015",
-     "не проверено; известны издание AGA Report No. 8 2017 года и ГОСТ 30319.3 2015 года"},
-    {"not checked; of ISO 5167-1 and 5167-2 editions of 2022 are on record",
-     "не проверено; известны издания ISO 5167-1 и 5167-2 2022 года"},
+    {"IAPWS R6-95: yes, revised in 2016 and 2018; IAPWS SR1-86: not looked up",
+     "IAPWS R6-95: да, пересмотрен в 2016 и 2018 годах; IAPWS SR1-86: не выяснено"},
+    {"IAPWS R6-95: yes, revised in 2016 and 2018, the ideal part here is that of 1995; viscosity: no, "
+     "superseded in 2008",
+     "IAPWS R6-95: да, пересмотрен в 2016 и 2018 годах, идеальная часть здесь 1995 года; вязкость: нет, "
+     "заменена в 2008 году"},
+    {"no: superseded on 2017-01-01 by the edition of 2015", "нет: заменён с 2017-01-01 изданием 2015 года"},
+    {"no: AGA Report No. 8 superseded in 2017, GOST 30319.2-96 on 2017-01-01 by the edition of 2015",
+     "нет: AGA Report No. 8 заменён в 2017 году, ГОСТ 30319.2-96 с 2017-01-01 изданием 2015 года"},
+    {"GOST 8.586.3 and 8.586.5: yes, the other parts not looked up; ISO 5167:2003: no, superseded in 2022",
+     "ГОСТ 8.586.3 и 8.586.5: да, остальные части не выяснены; ISO 5167:2003: нет, заменён в 2022 году"},
     {"Properties of water and steam", "Свойства воды и пара"},
     {"Helmholtz function of IAPWS-95; viscosity by the IAPS formulation of 1985",
      "функция Гельмгольца IAPWS-95; вязкость по формуле IAPS 1985 года"},
