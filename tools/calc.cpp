@@ -31,7 +31,7 @@ constexpr double kPa = 1e-3;
 constexpr std::size_t most_answers = 100'000;
 
 struct Request : PointRequest {
-    std::string t, p, dp, q, round = "0.01mm", svg, instruments;
+    std::string t, p, dp, q, round, svg, instruments;
     bool csv = false, json = false, uncertainty = false;
 };
 
@@ -94,7 +94,11 @@ Questions read_questions(const Request& request, const DescribedPoint& described
         all.flow = positive("--q", read_values("--q", request.q, Measure::flow, "", &unit));
         all.common.kind = metering::flow_kind(*unit);
     }
-    all.common.round_mm = read_value("--round", request.round, Measure::length, "mm", 0, 100);
+    if (!request.round.empty()) {
+        if (all.common.unknown != Unknown::bore)
+            throw InputError("--round: has no meaning without a bore to be found; leave it out");
+        all.common.round_mm = read_value("--round", request.round, Measure::length, "mm", 0, 100);
+    }
     for (const std::size_t count : {all.t_C.size(), all.p_Pa.size(), all.dp_Pa.size(), all.flow.size()})
         if (count > most_answers)
             throw InputError("--t, --p, --dp, --q: at most ", most_answers, " answers in all");
@@ -161,6 +165,17 @@ metering::Instruments read_instruments(const Request& request, const DescribedPo
     return stated;
 }
 
+// The controller counts no flow there, whatever the formula gives.
+void warn_of_cut_off(const DescribedPoint& described, const Answer& answer) {
+    if (!described.channel || !answer.solved()) return;
+    const double cut_off_Pa = static_cast<double>(described.channel->cut_off_Pa);
+    if (answer.dp_Pa < cut_off_Pa)
+        fmt::print(
+            stderr,
+            "kalorfix: warning: {}: at dp {:.6g} kPa, below cut_off_kPa = {:.6g}, the host counts no flow\n",
+            described.name, answer.dp_Pa * kPa, cut_off_Pa * kPa);
+}
+
 int run(const Installation& files, const Request& request) {
     if (request.csv && request.json) throw InputError("--csv, --json: give one of them");
     const std::size_t colon = request.gas.find(':');  // METHOD:FILE
@@ -186,6 +201,7 @@ int run(const Installation& files, const Request& request) {
     questions.for_each([&](const Question& q) {
         Answer answer = metering::solve(library, described.point, q);
         all_solved = all_solved && answer.solved();
+        warn_of_cut_off(described, answer);
         std::vector<Cell> cells = cells_of(q, answer);
         BudgetRecord record{described.name, {}, {answer.why}, false, {}, {}};
         if (request.uncertainty) {

@@ -198,14 +198,18 @@ void phases(const host::Library& library, const Point& point, const std::vector<
     const std::string limit =
         std::string(tool::phase_of(wanted).title) + (heat->phase ? " by the station" : " alone");
     const std::string clause = "IAPWS SR1-86";
-    if (wanted != KALORFIX_WET_STEAM &&
-        std::ranges::all_of(found, [&](short phase) { return phase == wanted; })) {
+    const auto met = [&](short phase) { return phase == wanted && wanted != KALORFIX_WET_STEAM; };
+    if (std::ranges::all_of(found, met)) {
         rules.push_back({Verdict::ok, "phase", std::string(tool::phase_of(wanted).title), limit, clause});
         return;
     }
+    // Of a phase that is never there the expansibility is wrong, and with it the flow.
+    const bool nowhere = heat->phase && wanted != KALORFIX_WET_STEAM && std::ranges::none_of(found, met);
     for (std::size_t k = 0; k < corners.size(); ++k)
-        rules.push_back({Verdict::warn, "phase at " + corners[k].place(),
-                         std::string(tool::phase_of(found[k]).title),
+        rules.push_back({met(found[k]) ? Verdict::ok
+                         : nowhere     ? Verdict::stop
+                                       : Verdict::warn,
+                         "phase at " + corners[k].place(), std::string(tool::phase_of(found[k]).title),
                          found[k] == wanted ? limit : "not " + limit, clause});
 }
 
