@@ -30,6 +30,7 @@ cp "$examples/natural_gas.csv" gas.csv && sed 's/natural_gas/gas/' "$examples/st
 sed -n '/^\[GAS 2\]/,/^\[HEAT 1\]/{/^\[HEAT/!p}' all.ini >one.ini
 sed 's/^d20_mm.*/d20_mm = 395/' one.ini >wide.ini
 sed '/_exponent/d' one.ini >short.ini
+sed 's/^device = /cut_off_kPa = 0.5\n&/' one.ini >cut.ini
 printf 'component,mole_percent\nmethane,0.99\n' >shares.csv
 rows calc_runs.txt row
 { echo time_s,channel,t_C,p_MPa,dp_kPa
