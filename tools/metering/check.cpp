@@ -249,6 +249,28 @@ void pressures(const Envelope& e, const std::vector<Corner>& corners, std::vecto
     rules.push_back(high);
 }
 
+// What the wall of the pipe does to the flow, where it does most. GOST 8.586.2-2005, 5.3.2.3; GOST 8.586.3-2005, 5.1.6.2.
+void roughness_correction(const flow::DeviceRow& device, const std::vector<Corner>& corners,
+                          std::vector<Rule>& rules) {
+    const bool orifice = device.family == flow::Family::orifice;
+    if (!orifice && device.family != flow::Family::nozzle) return;
+    const Corner* worst = nullptr;
+    double K_sh = 1.0;
+    for (const Corner& c : corners)
+        for (const End* const end : {&c.dp.low, &c.dp.high})
+            if (c.dp.any && (!worst || std::fabs(end->flow.K_sh - 1.0) > std::fabs(K_sh - 1.0)))
+                K_sh = end->flow.K_sh, worst = &c;
+    if (!worst) return;
+    const char* const words = K_sh == 1.0  ? "none: as smooth as it should be"
+                              : K_sh < 1.0 ? "below 1: the pipe is smoother than the device expects"
+                              : K_sh <= flow::max_roughness_correction
+                                  ? "above 1: the pipe is rougher than the device expects"
+                                  : "above 1.03: is the roughness in mm?";
+    rules.push_back({K_sh == 1.0 ? Verdict::ok : Verdict::warn, "roughness correction",
+                     fmt::format("K_sh {:.5f} at {}", K_sh, worst->place()), words,
+                     orifice ? "GOST 8.586.2-2005, 5.3.2.3" : "GOST 8.586.3-2005, 5.1.6.2"});
+}
+
 // The registers: a day has to stay below 10^6 units of the register.
 void registers(const std::vector<Corner>& corners, const std::vector<Account>& accounts,
                std::vector<Rule>& rules) {
@@ -349,6 +371,7 @@ std::vector<Rule> check(const host::Library& library, const Point& point, const 
     const flow::DeviceRow& device = flow::device_row(point.pipe.device);
     if (!device.is_standard() && !device.is_direct()) return rules;
     if (geometry) pressures(envelope, corners, rules);
+    roughness_correction(device, corners, rules);
     registers(corners, accounts, rules);
     velocity(corners, rules);
     rules.push_back({Verdict::unchecked, "straight lengths", "", "not checked", "GOST 8.586.5-2005"});

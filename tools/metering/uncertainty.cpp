@@ -91,7 +91,7 @@ public:
         measured();
         std::visit([this](const auto& medium) { of_medium(medium); }, point_.medium);
         if (flow.K_p > 1.0) note("the correction for edge bluntness counts as exact");
-        if (flow.K_sh > 1.0) note("the correction for roughness counts as exact");
+        if (flow.K_sh != 1.0 && flow.K_sh != 0.0) note("the correction for roughness counts as exact");
         if (reading_.atmosphere_Pa > 0.0) note("the atmospheric pressure counts as exact");
         if (medium_.phase == KALORFIX_WET_STEAM) note("the share x of the wet steam counts as exact");
         return out_;
