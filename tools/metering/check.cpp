@@ -243,7 +243,9 @@ void pressures(const Envelope& e, const std::vector<Corner>& corners, std::vecto
               "dp/p, Re by device"};
     if (e.dp_high_Pa && *e.dp_high_Pa > most->dp.high.at) {
         high.verdict = all_above ? Verdict::stop : Verdict::warn;
-        high.limit = fmt::format("dp up to {:g} kPa: cycles above it are refused", *e.dp_high_Pa * 1e-3);
+        high.limit = fmt::format("dp up to {:g} kPa: {}", *e.dp_high_Pa * 1e-3,
+                                 most->dp.high.because.empty() ? "above it there is no pressure left"
+                                                               : "cycles above it are refused");
     }
     rules.push_back(low);
     rules.push_back(high);
