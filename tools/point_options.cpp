@@ -105,8 +105,10 @@ metering::GivenMedium read_given(const PointRequest& request) {
     if (request.rho.empty() || request.mu.empty())
         throw InputError(
             "--rho, --mu: give both, and for a gas --kappa, such as --rho 13.93 --mu 11.145uPas --kappa 1.308");
+    constexpr double least_uPas =
+        0.1;  // of no fluid that is metered: a number of Pa s without its unit lies below
     metering::GivenMedium given{read_value("--rho", request.rho, Measure::density, "kg/m3", 1e-9, 1e5),
-                                read_value("--mu", request.mu, Measure::viscosity, "uPas", 1e-6, 1e12),
+                                read_value("--mu", request.mu, Measure::viscosity, "uPas", least_uPas, 1e12),
                                 {},
                                 {}};
     if (!request.kappa.empty()) given.kappa = plain_number("--kappa", request.kappa, {1.000001, 100, ""});
