@@ -30,9 +30,14 @@ cp "$examples/natural_gas.csv" gas.csv && sed 's/natural_gas/gas/' "$examples/st
 sed -n '/^\[GAS 2\]/,/^\[HEAT 1\]/{/^\[HEAT/!p}' all.ini >one.ini
 sed 's/^d20_mm.*/d20_mm = 395/' one.ini >wide.ini
 sed '/_exponent/d' one.ini >short.ini
+sed 's/^device = /cut_off_kPa = 0.5\n&/' one.ini >cut.ini
+printf 'component,mole_percent\nmethane,0.99\n' >shares.csv
 rows calc_runs.txt row
 { echo time_s,channel,t_C,p_MPa,dp_kPa
 printf '%s,GAS 2,15,5.5,%s\n' 0 25 3600 25 7200 5 10800 45; } >hours.csv
+# A transmitter of gauge pressure, within its range although the absolute pressure is above it.
+sed 's/^p_range_MPa.*/p_range_MPa = 5.5/; s/^device = /barometer_kPa = 100\n&/' one.ini >gauge.ini
+printf 'time_s,channel,t_C,p_gauge_MPa,dp_kPa\n0,GAS 2,15,5.45,25\n9,GAS 2,15,5.45,25\n' >gauge.csv
 rows uncertainty_runs.txt row
 value() { sed -n "s/.*\"$1\":\([^,}]*\).*/\1/p" "$said/out"; }
 trip() {

@@ -6,6 +6,9 @@
 #include <cmath>
 #include <memory>
 
+#include "flow/device.h"
+#include "flow/geometry.h"
+#include "runtime/units.h"
 #include "tools/calc_sheet.h"
 #include "tools/commands.h"
 #include "tools/host.h"
@@ -31,7 +34,7 @@ constexpr double kPa = 1e-3;
 constexpr std::size_t most_answers = 100'000;
 
 struct Request : PointRequest {
-    std::string t, p, dp, q, round = "0.01mm", svg, instruments;
+    std::string t, p, dp, q, round, svg, instruments;
     bool csv = false, json = false, uncertainty = false;
 };
 
@@ -94,7 +97,11 @@ Questions read_questions(const Request& request, const DescribedPoint& described
         all.flow = positive("--q", read_values("--q", request.q, Measure::flow, "", &unit));
         all.common.kind = metering::flow_kind(*unit);
     }
-    all.common.round_mm = read_value("--round", request.round, Measure::length, "mm", 0, 100);
+    if (!request.round.empty()) {
+        if (all.common.unknown != Unknown::bore)
+            throw InputError("--round: has no meaning without a bore to be found; leave it out");
+        all.common.round_mm = read_value("--round", request.round, Measure::length, "mm", 0, 100);
+    }
     for (const std::size_t count : {all.t_C.size(), all.p_Pa.size(), all.dp_Pa.size(), all.flow.size()})
         if (count > most_answers)
             throw InputError("--t, --p, --dp, --q: at most ", most_answers, " answers in all");
@@ -161,6 +168,38 @@ metering::Instruments read_instruments(const Request& request, const DescribedPo
     return stated;
 }
 
+// What a person should know of answers that are right for what was typed; each is said once, of the first answer.
+class Warnings {
+public:
+    void of(const DescribedPoint& described, const Answer& answer) {
+        if (!answer.solved()) return;
+        const metering::Pipeline& pipe = answer.point.pipe;
+        if (answer.flow.K_sh > flow::max_roughness_correction)
+            say(roughness_, fmt::format("a roughness of {:g} mm adds {:.2g} % to the flow; is it in mm?",
+                                        pipe.roughness_mm, percent * (answer.flow.K_sh - 1.0)));
+        const double edge_mm = flow::limit_edge_radius_m(false, false) * units::mm_per_m;
+        if (pipe.edge_radius_mm > edge_mm)
+            say(edge_,
+                fmt::format("an edge of {:g} mm is blunter than {:g} mm, to which edges wear; is it in mm?",
+                            pipe.edge_radius_mm, edge_mm));
+        // The controller counts no flow there, whatever the formula gives.
+        const double cut_off_Pa = described.channel ? static_cast<double>(described.channel->cut_off_Pa) : 0.0;
+        if (answer.dp_Pa < cut_off_Pa)
+            say(cut_off_,
+                fmt::format("at dp {:.6g} kPa, below cut_off_kPa = {:.6g} of {}, the host counts no flow",
+                            answer.dp_Pa * kPa, cut_off_Pa * kPa, described.name));
+    }
+
+private:
+    static constexpr double percent = 100.0;
+    bool roughness_ = false, edge_ = false, cut_off_ = false;
+
+    static void say(bool& said, const std::string& words) {
+        if (!said) fmt::print(stderr, "kalorfix: warning: {}\n", words);
+        said = true;
+    }
+};
+
 int run(const Installation& files, const Request& request) {
     if (request.csv && request.json) throw InputError("--csv, --json: give one of them");
     const std::size_t colon = request.gas.find(':');  // METHOD:FILE
@@ -183,9 +222,11 @@ int run(const Installation& files, const Request& request) {
     bool all_solved = true, complete = true;
     std::string text;
     std::vector<Answer> drawn;
+    Warnings warnings;
     questions.for_each([&](const Question& q) {
         Answer answer = metering::solve(library, described.point, q);
         all_solved = all_solved && answer.solved();
+        warnings.of(described, answer);
         std::vector<Cell> cells = cells_of(q, answer);
         BudgetRecord record{described.name, {}, {answer.why}, false, {}, {}};
         if (request.uncertainty) {

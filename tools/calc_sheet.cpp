@@ -103,7 +103,8 @@ void medium(const Answer& answer, Collector& out) {
     out.add("K", "compressibility coefficient K", m.K, "{:.6f}", "", gas);
     out.exists = good;
     out.add("rho_c_kg_m3", "density at standard conditions", m.rho_c, "{:.5f}", "kg/m3", m.rho_c > 0.0);
-    out.step("properties", gas || heat ? "computed" : "as given");
+    const bool liquid = !metering::is_gas(answer.point.medium);
+    out.step("properties", gas || heat ? "computed" : liquid ? "as given, of a liquid" : "as given, of a gas");
     out.add("rho_kg_m3", "density", m.rho, "{:.4f}", "kg/m3");
     out.add("mu_uPa_s", "dynamic viscosity", m.mu_uPas, "{:.3f}", "uPa s");
     out.add("kappa", "isentropic exponent", m.kappa, "{:#.6g}", "", m.kappa > 0.0);

@@ -59,6 +59,14 @@ std::vector<metering::Account> accounts_of(const DescribedPoint& point) {
     return accounts;
 }
 
+// Below the cut-off of a channel there is no flow, and nothing is refused.
+metering::Envelope envelope_of(const DescribedPoint& point, metering::Envelope envelope) {
+    if (point.channel && envelope.dp_low_Pa)
+        envelope.dp_low_Pa = std::clamp(static_cast<double>(point.channel->cut_off_Pa), *envelope.dp_low_Pa,
+                                        *envelope.dp_high_Pa);
+    return envelope;
+}
+
 void print_table(const DescribedPoint& point, const std::vector<Rule>& rules) {
     std::vector<std::vector<std::string>> rows;
     for (const Rule& rule : rules)
@@ -88,7 +96,8 @@ int run(const Installation& files, const Request& request) {
     if (request.csv) fmt::print("channel,verdict,rule,value,limit,clause\n");
     bool stopped = false;
     for (const DescribedPoint& one : points) {
-        const std::vector<Rule> rules = metering::check(library, one.point, envelope, accounts_of(one));
+        const std::vector<Rule> rules =
+            metering::check(library, one.point, envelope_of(one, envelope), accounts_of(one));
         stopped = stopped || std::ranges::find(rules, Verdict::stop, &Rule::verdict) != rules.end();
         request.csv ? print_csv(one, rules) : print_table(one, rules);
     }

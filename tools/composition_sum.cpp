@@ -21,13 +21,24 @@ const char* what_it_looks_like(double sum_pct) {
     return sum_pct < whole_pct ? "is a component missing?" : "is a share wrong?";
 }
 
-}  // namespace
-
-void judge_contents(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where) {
+// More than the gas itself.
+void judge_shares(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where) {
     const double both = nitrogen_pct + carbon_dioxide_pct;
     if (both > whole_pct + rounding_pct)
         throw InputError(where, ": nitrogen and carbon dioxide are ", fmt::format("{:.7g}", both),
                          " % together, more than the gas");
+}
+
+}  // namespace
+
+void judge_contents(double rho_c, double nitrogen_pct, double carbon_dioxide_pct, const std::string& where) {
+    judge_shares(nitrogen_pct, carbon_dioxide_pct, where);
+    // At 20 degC and 101.325 kPa, kg/m3. GOST 30319.1-96, table 1.
+    constexpr double nitrogen_rho = 1.16455, carbon_dioxide_rho = 1.82954;
+    const double alone = (nitrogen_pct * nitrogen_rho + carbon_dioxide_pct * carbon_dioxide_rho) / whole_pct;
+    if (alone > rho_c)
+        throw InputError(where, ": nitrogen and carbon dioxide alone weigh ", fmt::format("{:.4g}", alone),
+                         " kg/m3, more than the gas with its ", fmt::format("{:.7g}", rho_c), " kg/m3");
 }
 
 double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule,
@@ -40,7 +51,7 @@ double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule
         throw InputError(where, ": ", sums, ", not to 100 %: ", what_it_looks_like(sum_pct), " (", how, ")");
     if (rule.normalise)
         for (double& share : x) share *= whole_pct / sum_pct;
-    judge_contents(unit * x[nitrogen], unit * x[carbon_dioxide], where);
+    judge_shares(unit * x[nitrogen], unit * x[carbon_dioxide], where);
     if (off > silent_pct + rounding_pct)
         fmt::print(stderr, "kalorfix: warning: {}\n",
                    printable(fmt::format("{}: {}{}", where, sums, rule.normalise ? ", scaled to 100 %" : "")));

@@ -20,8 +20,9 @@ struct SumRule {
 double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule,
                  const std::string& where, const std::string& how);
 
-/// The last of these for a gas by density. Throws InputError.
-void judge_contents(double nitrogen_pct, double carbon_dioxide_pct, const std::string& where);
+/// For a gas by density, kg/m3 at standard conditions: the last of these, and contents that alone weigh more than the gas. Throws
+/// InputError.
+void judge_contents(double rho_c, double nitrogen_pct, double carbon_dioxide_pct, const std::string& where);
 
 /// Tells on standard error that a composition in volume fractions gives wrong heats of combustion by AGA8-92DC.
 void warn_of_heats(const std::string& where);

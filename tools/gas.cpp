@@ -236,7 +236,7 @@ Gas read_gas(const Request& request) {
     };
     gas.composition.x[nitrogen] = share("--n2", request.nitrogen);
     gas.composition.x[carbon_dioxide] = share("--co2", request.carbon_dioxide);
-    judge_contents(gas.composition.x[nitrogen], gas.composition.x[carbon_dioxide], "--n2, --co2");
+    judge_contents(gas.rho_c, gas.composition.x[nitrogen], gas.composition.x[carbon_dioxide], "--n2, --co2");
     return gas;
 }
 

@@ -8,6 +8,7 @@
 #include <tuple>
 
 #include "tools/composition.h"
+#include "tools/composition_sum.h"
 #include "tools/names.h"
 #include "tools/states.h"
 #include "tools/station/point.h"
@@ -65,6 +66,7 @@ metering::Gas read_gas(const PointRequest& request) {
         gas.rho_c = plain_number("--gas RHO", std::string(parts[0]), {0, 1, "kg/m3"});
         gas.x[nitrogen] = plain_number("--gas N2", std::string(parts[1]), {0, 100, "mol %"});
         gas.x[carbon_dioxide] = plain_number("--gas CO2", std::string(parts[2]), {0, 100, "mol %"});
+        judge_contents(gas.rho_c, gas.x[nitrogen], gas.x[carbon_dioxide], "--gas " + request.gas);
     } else {
         if (rest.empty())
             throw InputError("--gas ", quoted(request.gas),
@@ -72,12 +74,7 @@ metering::Gas read_gas(const PointRequest& request) {
         const GivenComposition given = read_composition(rest);
         gas.volume_fractions = given.volume_fractions;
         gas.x = given.x;
-        double sum = 0.0;
-        for (const double x : gas.x) sum += x;
-        const double whole = gas.volume_fractions ? 1.0 : 100.0;
-        constexpr double widest = 0.01;
-        if (!(std::fabs(sum - whole) <= widest * whole))
-            throw InputError("--gas ", rest, ": the composition sums to ", sum, ", not to ", whole);
+        judge_sum(gas.x, gas.volume_fractions, {}, rest, "composition_sum = any in a station file insists");
     }
     if (!request.vapour.empty()) gas.vapour_kgm3 = plain_number("--vapour", request.vapour, {0, 1000, "kg/m3"});
     if (!request.heat.empty()) {
@@ -98,6 +95,8 @@ metering::HeatCarrier read_water(const PointRequest& request) {
     if (!request.phase.empty())
         if (const std::size_t phase = word_of("--phase", request.phase, phases); phase != 0)
             heat.phase = static_cast<unsigned short>(phase);
+    if (heat.phase && *heat.phase != KALORFIX_WET_STEAM && !request.x.empty())
+        throw InputError("--x: has no meaning with --phase ", request.phase, "; leave it out");
     if (!request.x.empty()) heat.x = plain_number("--x", request.x, {0, 1, ""});
     return heat;
 }
@@ -106,8 +105,10 @@ metering::GivenMedium read_given(const PointRequest& request) {
     if (request.rho.empty() || request.mu.empty())
         throw InputError(
             "--rho, --mu: give both, and for a gas --kappa, such as --rho 13.93 --mu 11.145uPas --kappa 1.308");
+    constexpr double least_uPas =
+        0.1;  // of no fluid that is metered: a number of Pa s without its unit lies below
     metering::GivenMedium given{read_value("--rho", request.rho, Measure::density, "kg/m3", 1e-9, 1e5),
-                                read_value("--mu", request.mu, Measure::viscosity, "uPas", 1e-6, 1e12),
+                                read_value("--mu", request.mu, Measure::viscosity, "uPas", least_uPas, 1e12),
                                 {},
                                 {}};
     if (!request.kappa.empty()) given.kappa = plain_number("--kappa", request.kappa, {1.000001, 100, ""});
@@ -237,6 +238,17 @@ std::pair<std::string, const metering::Unit*> numbers_of(std::string_view option
     return {numbers, found};
 }
 
+// What is typed is absolute, whatever the readings of the station are.
+void warn_of_gauge(const std::vector<DescribedPoint>& points) {
+    for (const DescribedPoint& one : points)
+        if (one.channel && one.channel->barometer_Pa)
+            fmt::print(
+                stderr,
+                "kalorfix: warning: {} has barometer_kPa, for readings of gauge pressure; --p is absolute "
+                "all the same\n",
+                one.name);
+}
+
 }  // namespace
 
 std::vector<double> read_values(std::string_view option, const std::string& text, Measure measure,
@@ -294,6 +306,7 @@ std::vector<DescribedPoint> read_points(const host::Library& library, const Poin
     }
     if (all.size() > 1 && !r.d20.empty())
         throw InputError("--d20: is of one channel; say which, there are ", joined(all, &DescribedPoint::name));
+    warn_of_gauge(all);
     for (DescribedPoint& one : all)
         if (one.bore_given && !r.d20.empty())
             one.point.pipe.d20_mm = read_value("--d20", r.d20, Measure::length, "mm", 0, longest_mm);

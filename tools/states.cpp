@@ -35,7 +35,8 @@ std::vector<Option> output_options(StateRequest& request, const std::string& qua
 
 Range parse_range(std::string_view option, const std::string& text, const Limits& limits, bool ends_excluded) {
     const auto fail = [&](const auto&... what) { return InputError(option, " ", text, ": ", what...); };
-    constexpr std::string_view forms = "expected a number or start:stop:step, such as 150 or 20:200:20";
+    const std::string forms = cat("expected a number or start:stop:step", limits.unit.empty() ? "" : " in ",
+                                  limits.unit, ", such as 150 or 20:200:20");
     std::vector<double> parts;
     for (const std::string_view part : split(text, ':')) {
         const std::optional<double> value = number(part);

@@ -86,6 +86,7 @@ struct Account {
         if (budget.accepted()) {
             mean.t_C += reading.t_C;
             mean.p_Pa += reading.p_Pa;
+            mean.atmosphere_Pa += reading.atmosphere_Pa;
             most_dp_Pa = std::max(most_dp_Pa, reading.dp_Pa);
         }
         if (by == By::all || by == By::reading || !counts) return;
@@ -104,7 +105,7 @@ struct Account {
     }
     [[nodiscard]] metering::Reading typical() const {
         const auto n = static_cast<double>(whole.computed());
-        return {mean.t_C / n, mean.p_Pa / n, most_dp_Pa};
+        return {mean.t_C / n, mean.p_Pa / n, most_dp_Pa, mean.atmosphere_Pa / n};
     }
 };
 
@@ -255,7 +256,7 @@ int run(const Installation& files, const Request& request) {
         Account& account = accounts[row.channel];
         if (!account.channel) continue;
         const metering::Reading reading{row[station::Quantity::t_C], row[station::Quantity::p_Pa],
-                                        row[station::Quantity::dp_Pa]};
+                                        row[station::Quantity::dp_Pa], row.atmosphere_Pa};
         const Budget budget = budget_at(library, account, reading);
         const std::string when = station::print_time(kind, row.time_s);
         if (!budget.accepted() && account.first_refusal.empty())

@@ -198,14 +198,18 @@ void phases(const host::Library& library, const Point& point, const std::vector<
     const std::string limit =
         std::string(tool::phase_of(wanted).title) + (heat->phase ? " by the station" : " alone");
     const std::string clause = "IAPWS SR1-86";
-    if (wanted != KALORFIX_WET_STEAM &&
-        std::ranges::all_of(found, [&](short phase) { return phase == wanted; })) {
+    const auto met = [&](short phase) { return phase == wanted && wanted != KALORFIX_WET_STEAM; };
+    if (std::ranges::all_of(found, met)) {
         rules.push_back({Verdict::ok, "phase", std::string(tool::phase_of(wanted).title), limit, clause});
         return;
     }
+    // Of a phase that is never there the expansibility is wrong, and with it the flow.
+    const bool nowhere = heat->phase && wanted != KALORFIX_WET_STEAM && std::ranges::none_of(found, met);
     for (std::size_t k = 0; k < corners.size(); ++k)
-        rules.push_back({Verdict::warn, "phase at " + corners[k].place(),
-                         std::string(tool::phase_of(found[k]).title),
+        rules.push_back({met(found[k]) ? Verdict::ok
+                         : nowhere     ? Verdict::stop
+                                       : Verdict::warn,
+                         "phase at " + corners[k].place(), std::string(tool::phase_of(found[k]).title),
                          found[k] == wanted ? limit : "not " + limit, clause});
 }
 
@@ -239,10 +243,34 @@ void pressures(const Envelope& e, const std::vector<Corner>& corners, std::vecto
               "dp/p, Re by device"};
     if (e.dp_high_Pa && *e.dp_high_Pa > most->dp.high.at) {
         high.verdict = all_above ? Verdict::stop : Verdict::warn;
-        high.limit = fmt::format("dp up to {:g} kPa: cycles above it are refused", *e.dp_high_Pa * 1e-3);
+        high.limit = fmt::format("dp up to {:g} kPa: {}", *e.dp_high_Pa * 1e-3,
+                                 most->dp.high.because.empty() ? "above it there is no pressure left"
+                                                               : "cycles above it are refused");
     }
     rules.push_back(low);
     rules.push_back(high);
+}
+
+// What the wall of the pipe does to the flow, where it does most. GOST 8.586.2-2005, 5.3.2.3; GOST 8.586.3-2005, 5.1.6.2.
+void roughness_correction(const flow::DeviceRow& device, const std::vector<Corner>& corners,
+                          std::vector<Rule>& rules) {
+    const bool orifice = device.family == flow::Family::orifice;
+    if (!orifice && device.family != flow::Family::nozzle) return;
+    const Corner* worst = nullptr;
+    double K_sh = 1.0;
+    for (const Corner& c : corners)
+        for (const End* const end : {&c.dp.low, &c.dp.high})
+            if (c.dp.any && (!worst || std::fabs(end->flow.K_sh - 1.0) > std::fabs(K_sh - 1.0)))
+                K_sh = end->flow.K_sh, worst = &c;
+    if (!worst) return;
+    const char* const words = K_sh == 1.0  ? "none: as smooth as it should be"
+                              : K_sh < 1.0 ? "below 1: the pipe is smoother than the device expects"
+                              : K_sh <= flow::max_roughness_correction
+                                  ? "above 1: the pipe is rougher than the device expects"
+                                  : "above 1.03: is the roughness in mm?";
+    rules.push_back({K_sh == 1.0 ? Verdict::ok : Verdict::warn, "roughness correction",
+                     fmt::format("K_sh {:.5f} at {}", K_sh, worst->place()), words,
+                     orifice ? "GOST 8.586.2-2005, 5.3.2.3" : "GOST 8.586.3-2005, 5.1.6.2"});
 }
 
 // The registers: a day has to stay below 10^6 units of the register.
@@ -345,6 +373,7 @@ std::vector<Rule> check(const host::Library& library, const Point& point, const 
     const flow::DeviceRow& device = flow::device_row(point.pipe.device);
     if (!device.is_standard() && !device.is_direct()) return rules;
     if (geometry) pressures(envelope, corners, rules);
+    roughness_correction(device, corners, rules);
     registers(corners, accounts, rules);
     velocity(corners, rules);
     rules.push_back({Verdict::unchecked, "straight lengths", "", "not checked", "GOST 8.586.5-2005"});

@@ -42,6 +42,16 @@ bool solve(const host::Library& library, cTeplo2005& c, const Properties& medium
                                    out.energy_GJh, out.K_sh, out.C, out.Re, out.epsilon) == 1;
 }
 
+// What no pipe can have, though the formulas of some devices give a flow for it.
+std::string impossible(const Pipeline& pipe, const Properties& medium, double dp_Pa) {
+    constexpr double kPa = 1e-3;
+    if (!(pipe.d20_mm < pipe.D20_mm))
+        return broken("device diameter", pipe.d20_mm, "not below the pipe's", pipe.D20_mm, "mm");
+    if (dp_Pa > medium.p_Pa)
+        return broken("dp", dp_Pa * kPa, "above the absolute pressure", medium.p_Pa * kPa, "kPa");
+    return {};
+}
+
 template <class Calculator>
 FlowResult run(const host::Library& library, const Point& point, const Properties& medium, double dp_Pa,
                Calculator& c) {
@@ -55,6 +65,8 @@ FlowResult run(const host::Library& library, const Point& point, const Propertie
         explain_geometry(point.pipe, medium.t_C, out);
     else if (!solve(library, c, medium, dp_Pa, out))
         explain_flow(point.pipe, medium, dp_Pa, out);
+    else
+        out.refused = impossible(point.pipe, medium, dp_Pa);
     return out;
 }
 

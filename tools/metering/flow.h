@@ -10,8 +10,8 @@
 
 namespace kalorfix::metering {
 
-/// Geometry and flow. Where `refused` is not empty the library refused the point or the reading; `limit` is the limit that was broken,
-/// if it is one of the device's.
+/// Geometry and flow. Where `refused` is not empty the library refused the point or the reading, or they cannot be: a device wider than
+/// its pipe, a differential pressure above the pressure. `limit` is the limit that was broken, if it is one of the device's.
 struct FlowResult {
     std::string refused{};
     flow::Limit limit = flow::Limit::none;

@@ -91,7 +91,8 @@ public:
         measured();
         std::visit([this](const auto& medium) { of_medium(medium); }, point_.medium);
         if (flow.K_p > 1.0) note("the correction for edge bluntness counts as exact");
-        if (flow.K_sh > 1.0) note("the correction for roughness counts as exact");
+        if (flow.K_sh != 1.0 && flow.K_sh != 0.0) note("the correction for roughness counts as exact");
+        if (reading_.atmosphere_Pa > 0.0) note("the atmospheric pressure counts as exact");
         if (medium_.phase == KALORFIX_WET_STEAM) note("the share x of the wet steam counts as exact");
         return out_;
     }
@@ -193,15 +194,16 @@ private:
             instruments_.D_pct, sized(&Pipeline::D20_mm), relative_step);
     }
 
-    void transmitter(Entry entry, const Transmitter& stated, double factor, const Move& move, double step) {
+    // `shown` is what the transmitter itself measures, in the unit of the entry.
+    void transmitter(Entry entry, double shown, const Transmitter& stated, double factor, const Move& move,
+                     double step) {
         std::optional<double> expanded = stated.expanded();
         if (expanded) *expanded *= factor;
         entry.absolute = true;
         // The range of a thermometer is a span, whose beginning nobody states.
-        if (stated.range && !entry.per_unit && entry.value > *stated.range * factor) {
+        if (stated.range && !entry.per_unit && shown > *stated.range * factor) {
             entry.standing = Standing::outside;
-            entry.source =
-                broken(entry.key, entry.value, "above the range of", *stated.range * factor, entry.unit);
+            entry.source = broken(entry.key, shown, "above the range of", *stated.range * factor, entry.unit);
         }
         if (expanded && *expanded > 0.0) {
             const double off = entry.per_unit ? *expanded : *expanded / entry.value;
@@ -212,14 +214,14 @@ private:
     }
 
     void measured() {
-        const auto [t_C, p_Pa, dp_Pa] = reading_;
+        const auto [t_C, p_Pa, dp_Pa, atmosphere_Pa] = reading_;
         transmitter(
             {.key = "dp",
              .name = "differential pressure",
              .unit = "kPa",
              .value = dp_Pa * kPa,
              .source = "dp_range_kPa with dp_class_pct, or dp_error_kPa"},
-            instruments_.dp, kPa,
+            dp_Pa * kPa, instruments_.dp, kPa,
             [this, dp = dp_Pa](double h) { return flows(point_, medium_, dp * (1.0 + h)); }, relative_step);
         transmitter(
             {.key = "p",
@@ -227,7 +229,7 @@ private:
              .unit = "MPa",
              .value = p_Pa * MPa,
              .source = "p_range_MPa with p_class_pct, or p_error_MPa"},
-            instruments_.p, MPa,
+            (p_Pa - atmosphere_Pa) * MPa, instruments_.p, MPa,
             [this, t = t_C, p = p_Pa](double h) { return at_state(point_, t, p * (1.0 + h)); }, relative_step);
         transmitter(
             {.key = "t",
@@ -236,8 +238,8 @@ private:
              .value = t_C,
              .source = "t_range_K with t_class_pct, or t_error_K",
              .per_unit = true},
-            instruments_.t, 1.0, [this, t = t_C, p = p_Pa](double h) { return at_state(point_, t + h, p); },
-            t_step_K);
+            t_C, instruments_.t, 1.0,
+            [this, t = t_C, p = p_Pa](double h) { return at_state(point_, t + h, p); }, t_step_K);
     }
 
     Move changed(const std::function<void(Properties&, double factor)>& change) const {

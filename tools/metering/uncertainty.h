@@ -11,6 +11,7 @@ namespace kalorfix::metering {
 
 struct Reading {
     double t_C = 0, p_Pa = 0, dp_Pa = 0;  ///< p measured, absolute
+    double atmosphere_Pa = 0;             ///< in p, where the transmitter measures gauge pressure
 };
 
 /// The budget of a reading. Sensitivities are central differences through the library; docs/uncertainty.md has the steps.

@@ -340,7 +340,9 @@ double Readings::read_value(std::string_view cell, const Column& column, const C
 }
 
 // The absolute pressure where there is a column of gauge pressure.
-double Readings::pressure_by_gauge(const Channel& channel) {
+void Readings::read_pressure(const Channel& channel, Measured& row) {
+    double& p_Pa = row.value[static_cast<std::size_t>(Quantity::p_Pa)];
+    p_Pa = std::numeric_limits<double>::quiet_NaN();
     const auto cell = [this](std::size_t column) {
         return column < columns_.size() ? cells_[column] : std::string_view();
     };
@@ -349,21 +351,24 @@ double Readings::pressure_by_gauge(const Channel& channel) {
     if (!absolute.empty() && !gauge.empty())
         lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name, " has ",
                        columns_[pressure_column_].name, " as well; leave one of them empty");
-    if (!absolute.empty()) return value(pressure_column_);
-    if (is_no_reading(gauge)) return std::numeric_limits<double>::quiet_NaN();
+    if (!absolute.empty()) {
+        p_Pa = value(pressure_column_);
+        return;
+    }
+    if (is_no_reading(gauge)) return;
     const std::string_view atmosphere = cell(barometer_column_);
     if (barometer_column_ == columns_.size() && !channel.barometer_Pa)
         lines_.fail_at(gauge, columns_[gauge_column_].name, ": ", channel.name,
                        " needs the atmospheric pressure as well: a column barometer_kPa, or a key "
                        "barometer_kPa in its section");
-    double barometer_Pa = channel.barometer_Pa.value_or(std::numeric_limits<double>::quiet_NaN());
+    row.atmosphere_Pa = channel.barometer_Pa.value_or(std::numeric_limits<double>::quiet_NaN());
     if (!atmosphere.empty()) {
-        barometer_Pa = value(barometer_column_);
-        if (const double kPa = barometer_Pa / 1e3; kPa < barometer_kPa.low || kPa > barometer_kPa.high)
+        row.atmosphere_Pa = value(barometer_column_);
+        if (const double kPa = row.atmosphere_Pa / 1e3; kPa < barometer_kPa.low || kPa > barometer_kPa.high)
             lines_.fail_at(atmosphere, columns_[barometer_column_].name, ": expected ", barometer_kPa.text(),
                            ", not ", quoted(atmosphere));
     }
-    return value(gauge_column_) + barometer_Pa;
+    p_Pa = value(gauge_column_) + row.atmosphere_Pa;
 }
 
 void Readings::check_order(const Measured& row, std::string_view time) {
@@ -401,8 +406,7 @@ bool Readings::next(Measured& row) {
         if (k != time_column_ && k != channel_column_ && !(by_gauge && is_pressure(columns_[k])))
             row.value[static_cast<std::size_t>(columns_[k].quantity)] =
                 read_value(cells_[k], columns_[k], station_.channels[row.channel]);
-    if (by_gauge)
-        row.value[static_cast<std::size_t>(Quantity::p_Pa)] = pressure_by_gauge(station_.channels[row.channel]);
+    if (by_gauge) read_pressure(station_.channels[row.channel], row);
     check_order(row, cells_[time_column_]);
     return true;
 }

@@ -60,6 +60,7 @@ struct Measured {
     double time_s = 0.0;
     std::size_t channel = 0;  ///< index in the station
     std::array<double, quantity_count> value{};
+    double atmosphere_Pa = 0.0;  ///< in the pressure, where it was read as gauge pressure
 
     [[nodiscard]] double operator[](Quantity q) const { return value[static_cast<std::size_t>(q)]; }
 };
@@ -106,7 +107,7 @@ private:
     double read_time(std::string_view cell);
     std::size_t find_channel(std::string_view cell) const;
     double read_value(std::string_view cell, const Column& column, const Channel& channel);
-    double pressure_by_gauge(const Channel& channel);
+    void read_pressure(const Channel& channel, Measured& row);
     void check_order(const Measured& row, std::string_view time);
 
     const Station& station_;

@@ -97,8 +97,8 @@ void read_gas(Keys& keys, const std::string& station_file, Gas& gas) {
         gas.rho_c = keys.number("rho_c_kg_m3");
         gas.x[nitrogen] = keys.number("nitrogen_pct");
         gas.x[carbon_dioxide] = keys.number("carbon_dioxide_pct");
-        judge_contents(static_cast<double>(gas.x[nitrogen]), static_cast<double>(gas.x[carbon_dioxide]),
-                       station_file + ": " + keys.title());
+        judge_contents(static_cast<double>(gas.rho_c), static_cast<double>(gas.x[nitrogen]),
+                       static_cast<double>(gas.x[carbon_dioxide]), station_file + ": " + keys.title());
     } else {
         read_composition_keys(keys, station_file, gas);
         judge_composition(keys, station_file, gas);
