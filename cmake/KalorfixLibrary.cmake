@@ -52,8 +52,6 @@ add_library(
   props/edge/heat_carrier.cpp
   props/gas_properties.cpp
   props/heat_carrier.cpp
-  props/heat_of_combustion.cpp
-  props/humid_gas.cpp
   props/water/density.cpp
   props/water/nonanalytic.cpp
   props/water/residual.cpp

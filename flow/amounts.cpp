@@ -4,11 +4,6 @@
 #include "runtime/units.h"
 
 namespace kalorfix::flow {
-namespace {
-
-constexpr double to_thousands = 0.001;
-
-}  // namespace
 
 WorkingFlow working_flow(const DeviceRow& device, double q_m_kgs, double reading, double rho_kgm3) {
     switch (device.device) {
@@ -43,12 +38,12 @@ GasFlow gas_flow(const DeviceRow& device, const WorkingFlow& working, double rea
         default:
             flow.q_c_m3h = working.q_m_th * units::kg_per_t / rho_c_kgm3;
     }
-    flow.q_e = flow.q_c_m3h * to_thousands * factor;
+    flow.q_e = flow.q_c_m3h * units::per_thousand * factor;
     return flow;
 }
 
 double heat_flow(const DeviceRow& device, const WorkingFlow& working, double h_kJ_kg) {
-    return device.family == Family::external ? 0.0 : working.q_m_th * to_thousands * h_kJ_kg;
+    return device.family == Family::external ? 0.0 : working.q_m_th * units::per_thousand * h_kJ_kg;
 }
 
 }  // namespace kalorfix::flow

@@ -97,10 +97,7 @@ double friction_factor(double R_over_D, double Re) {
 }
 
 // Bounds of R_a/D within which the pipe counts as smooth. GOST 8.586.2-2005, 5.3.1.
-struct SmoothRange {
-    double min, max;
-};
-SmoothRange smooth_range(double beta, double ln_beta, const Reynolds& r) {
+Range smooth_range(double beta, double ln_beta, const Reynolds& r) {
     const double x = upper_limit(beta, ln_beta, r);
     const double y = r.Re >= 3e6 ? lower_limit(beta, r.lg) : 0.0;
     return {y > 0.0 ? y * 1e-4 : 0.0, x >= 15.0 ? 0.0015 : x * 1e-4};
@@ -108,7 +105,7 @@ SmoothRange smooth_range(double beta, double ln_beta, const Reynolds& r) {
 
 // GOST 8.586.2-2005, 5.3.2.3.
 double roughness_correction(const Bore& bore, const OrificeConstants& c, const Reynolds& r) {
-    const SmoothRange smooth = smooth_range(bore.beta, c.ln_beta, r);
+    const Range smooth = smooth_range(bore.beta, c.ln_beta, r);
     const double max_m = smooth.max * bore.D_m;
     if (smooth.min * bore.D_m <= bore.R_a_m && bore.R_a_m <= max_m) return 1.0;
     const double nearest = bore.R_a_m > max_m ? smooth.max : smooth.min;

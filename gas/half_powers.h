@@ -11,25 +11,19 @@
 namespace kalorfix::gas {
 
 /// An exponent u taken apart once: 2u as a whole number where that is exact and small.
-class HalfPower {
-public:
+struct HalfPower {
     static constexpr int limit = 63;  ///< of 2u, either way
 
     HalfPower() = default;
-    explicit HalfPower(double exponent) : exponent_(exponent) {
-        const bool small = std::fabs(exponent) <= 0.5 * limit;  // false for a NaN too
-        twice_ = small ? static_cast<int>(2.0 * exponent) : 0;
-        exact_ = small && static_cast<double>(twice_) == 2.0 * exponent;
+    explicit HalfPower(double u) : exponent(u) {
+        const bool small = std::fabs(u) <= 0.5 * limit;  // false for a NaN too
+        twice = small ? static_cast<int>(2.0 * u) : 0;
+        exact = small && static_cast<double>(twice) == 2.0 * u;
     }
 
-    [[nodiscard]] bool exact() const { return exact_; }
-    [[nodiscard]] int twice() const { return twice_; }  ///< 0 for one that is not exact
-    [[nodiscard]] double exponent() const { return exponent_; }
-
-private:
-    double exponent_ = 0.0;
-    int twice_ = 0;
-    bool exact_ = false;
+    double exponent = 0.0;
+    int twice = 0;  ///< 0 for one that is not exact
+    bool exact = false;
 };
 
 /// Of some exponents the least and the largest, doubled; 0 is always among them.
@@ -37,8 +31,8 @@ struct HalfPowerRange {
     int least = 0, largest = 0;
 
     void include(const HalfPower& u) {
-        least = std::min(least, u.twice());
-        largest = std::max(largest, u.twice());
+        least = std::min(least, u.twice);
+        largest = std::max(largest, u.twice);
     }
 };
 
@@ -54,10 +48,10 @@ public:
     }
 
     [[nodiscard]] double to(const HalfPower& u) const {
-        return u.exact() ? to_exact(u) : std::pow(base_, u.exponent());
+        return u.exact ? to_exact(u) : std::pow(base_, u.exponent);
     }
     /// The same for an exponent that is known to be exact.
-    [[nodiscard]] double to_exact(const HalfPower& u) const { return *(power_.data() + zero + u.twice()); }
+    [[nodiscard]] double to_exact(const HalfPower& u) const { return *(power_.data() + zero + u.twice); }
 
 private:
     static constexpr int zero = HalfPower::limit + 4;  // place of the exponent 0; the others by their double

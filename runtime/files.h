@@ -2,6 +2,7 @@
 // Opening files that people and other programs leave about.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 
@@ -14,6 +15,12 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 
 /// Whether an open descriptor is a regular file.
 [[nodiscard]] bool is_regular(int descriptor);
+
+/// Four bytes of a file, little-endian on every machine.
+[[nodiscard]] constexpr std::uint32_t little_endian(const unsigned char* bytes) {
+    return bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 | static_cast<std::uint32_t>(bytes[2]) << 16 |
+           static_cast<std::uint32_t>(bytes[3]) << 24;
+}
 
 /// fopen for regular files, existing or to be made. A directory, a pipe or a device gives null: none of them holds
 /// settings or tables, and a pipe would make the controller wait.

@@ -17,7 +17,6 @@
 #include <utility>
 #include <vector>
 
-#include "frame/lifecycle.h"
 #include "gas/edge/gas_data.h"
 #include "gas/edge/loaded_constants.h"
 #include "kalorfix_calculators.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The members that set a pipeline up and bring it to the working temperature.
 #include <numbers>
+#include <tuple>
 
 #include "flow/geometry.h"
 #include "kalorfix_calculators.h"
@@ -89,8 +90,6 @@ char cCommon2005::Param_tr(double& D_mm, double& d_mm, double& beta_out, double&
                       (!flow::device_row(device_type).is_standard() || form_ratio(*this));
     D_mm = D * units::mm_per_m;
     d_mm = d * units::mm_per_m;
-    beta_out = beta;
-    E_out = E;
-    K_p_out = K_p;
+    std::tie(beta_out, E_out, K_p_out) = std::tie(beta, E, K_p);
     return judged(*this, good && all_finite(D_mm, d_mm));
 }

@@ -6,13 +6,18 @@
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"
 
+namespace gas = kalorfix::gas;
 namespace edge = kalorfix::gas::edge;
-using edge::DensityMethod;
+using edge::Query;
 using kalorfix::FloatEnvironment;
+using kalorfix::guarded;
 
 namespace {
 
-float handed_out(const edge::Found& found, short& status) {
+// K by a method, with its status.
+template <class Method, class... Arguments>
+float K_by(Method method, short& status, const Arguments&... arguments) {
+    const edge::Found found = guarded(method, arguments...);
     status = found.done ? 0 : 1;
     return found.K;
 }
@@ -22,8 +27,7 @@ float handed_out(const edge::Found& found, short& status) {
 void PF1_1(float x0, float x1, float x2, float x3, float x4, float x5, float x6, float x7, float x8, float x9,
            float x10, float x11, float x12, float x13, float x14) {
     const FloatEnvironment guard;
-    edge::store(
-        kalorfix::gas::from_mole_percent({x0, x1, x2, x3, x4, x5, x6, x7, x8, x9, x10, x11, x12, x13, x14}));
+    edge::store(gas::from_mole_percent({x0, x1, x2, x3, x4, x5, x6, x7, x8, x9, x10, x11, x12, x13, x14}));
 }
 
 void PF1_2(float r0, float r1, float r2, float r3, float r4, float r5, float r6, float r7, float r8, float r9,
@@ -33,40 +37,31 @@ void PF1_2(float r0, float r1, float r2, float r3, float r4, float r5, float r6,
 }
 
 float PF2() {
-    const FloatEnvironment guard;
-    return edge::standard_density(edge::working_composition());
+    return guarded([] { return edge::standard_density(edge::working_composition()); });
 }
 
 float NF1_1(float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c, short& status) {
-    const FloatEnvironment guard;
-    return handed_out(edge::by_density(DensityMethod::nx19, {T_K, dp_kPa, p_MPa}, N2_pct, CO2_pct, rho_c),
-                      status);
+    return K_by(edge::by_density, status, gas::nx19, Query{T_K, dp_kPa, p_MPa}, N2_pct, CO2_pct, rho_c);
 }
 
 float NF1_2(float T_K, float dp_kPa, float p_MPa, float N2_pct, float CO2_pct, float rho_c, short& status) {
-    const FloatEnvironment guard;
-    return handed_out(edge::by_density(DensityMethod::gerg91, {T_K, dp_kPa, p_MPa}, N2_pct, CO2_pct, rho_c),
-                      status);
+    return K_by(edge::by_density, status, gas::gerg91, Query{T_K, dp_kPa, p_MPa}, N2_pct, CO2_pct, rho_c);
 }
 
 float PF3_1(float T_K, float dp_kPa, float p_MPa, short& status) {
-    const FloatEnvironment guard;
-    return handed_out(edge::by_density_of_composition(DensityMethod::nx19, {T_K, dp_kPa, p_MPa}), status);
+    return K_by(edge::by_density_of_composition, status, gas::nx19, Query{T_K, dp_kPa, p_MPa});
 }
 
 float PF3_2(float T_K, float dp_kPa, float p_MPa, short& status) {
-    const FloatEnvironment guard;
-    return handed_out(edge::by_density_of_composition(DensityMethod::gerg91, {T_K, dp_kPa, p_MPa}), status);
+    return K_by(edge::by_density_of_composition, status, gas::gerg91, Query{T_K, dp_kPa, p_MPa});
 }
 
 float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
-    const FloatEnvironment guard;
-    return handed_out(edge::aga8(edge::working_composition(), {T_K, dp_kPa, p_MPa}), status);
+    return K_by(edge::aga8, status, edge::working_composition(), Query{T_K, dp_kPa, p_MPa});
 }
 
 float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
-    const FloatEnvironment guard;
-    return handed_out(edge::vnic(edge::working_composition(), {T_K, dp_kPa, p_MPa}), status);
+    return K_by(edge::vnic, status, edge::working_composition(), Query{T_K, dp_kPa, p_MPa});
 }
 
 float PF4_1() {

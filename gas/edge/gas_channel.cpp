@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <tuple>
 
 #include "gas/edge/methods.h"
 #include "gas/edge/module_state.h"
@@ -43,9 +44,9 @@ bool find_by_density(cGas2005& c, const edge::Query& query) {
     const double CO2 = c.Xi_in[gas::carbon_dioxide];
     if (!(0.0 <= c.Ro_c && c.Ro_c <= 1.0 && 0.0 <= N2 && N2 <= 100.0 && 0.0 <= CO2 && CO2 <= 100.0))
         return false;
-    const auto method = c.Method == KALORFIX_NX19 ? edge::DensityMethod::nx19 : edge::DensityMethod::gerg91;
-    const edge::Found found = edge::by_density(method, query, static_cast<float>(N2), static_cast<float>(CO2),
-                                               static_cast<float>(c.Ro_c));
+    const edge::Found found =
+        edge::by_density(c.Method == KALORFIX_NX19 ? gas::nx19 : gas::gerg91, query, static_cast<float>(N2),
+                         static_cast<float>(CO2), static_cast<float>(c.Ro_c));
     c.K_c = found.K;
     return found.done;
 }
@@ -88,8 +89,6 @@ char cGas2005::Param_gs(double t_in, double p_meas, double rho_col, double h_col
             good = find_by_composition(*this, query, composition_of(x, fractions != 0));
         }
     }
-    sum_out = Xi_sum;
-    K_out = K_c;
-    rho_c_out = Ro_c;
+    std::tie(sum_out, K_out, rho_c_out) = std::tie(Xi_sum, K_c, Ro_c);
     return kalorfix::judged(*this, good && K_c < highest_accepted_K && kalorfix::all_finite(Xi_sum, K_c, Ro_c));
 }

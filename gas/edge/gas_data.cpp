@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstdint>
 #include <cstdlib>
 
 #include "gas/edge/loaded_constants.h"
@@ -16,14 +15,11 @@ namespace gas = kalorfix::gas::edge;
 
 namespace {
 
-// The file is little-endian on every machine. False at the end of the file.
+// False at the end of the file.
 bool read_value(std::FILE* file, float& value) {
     std::array<unsigned char, 4> bytes{};
     if (std::fread(bytes.data(), 1, bytes.size(), file) != bytes.size()) return false;
-    const std::uint32_t bits = bytes[0] | static_cast<std::uint32_t>(bytes[1]) << 8 |
-                               static_cast<std::uint32_t>(bytes[2]) << 16 |
-                               static_cast<std::uint32_t>(bytes[3]) << 24;
-    value = std::bit_cast<float>(bits);
+    value = std::bit_cast<float>(kalorfix::little_endian(bytes.data()));
     return true;
 }
 

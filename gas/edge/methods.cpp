@@ -32,11 +32,6 @@ void store(const Query& q) {
     DeltaP = q.dp_kPa;
 }
 
-float evaluate(DensityMethod method, const Query& q, const DensityGas& gas, CubeRoot kind) {
-    return static_cast<float>(method == DensityMethod::nx19 ? nx19(q.T_K, q.p_MPa, gas, kind)
-                                                            : gerg91(q.T_K, q.p_MPa, gas, kind));
-}
-
 template <class Isotherm>
 GasRoot gas_root(const Isotherm& isotherm, double target, const Query& q, double start_MPa) {
     return GasRootSearch(isotherm, target)
@@ -54,7 +49,7 @@ Found by_density(DensityMethod method, const Query& q, float N2_pct, float CO2_p
     Xy = CO2_pct / 100.0F;
     Roc = rho_c;
     if (!accepted(q)) return failed;
-    K = evaluate(method, q, {Roc, Xa, Xy}, CubeRoot::real);
+    K = static_cast<float>(method(q.T_K, q.p_MPa, {Roc, Xa, Xy}, CubeRoot::real));
     if (!usable(K)) K = 0.0F;
     return {K, usable(K)};
 }
@@ -63,7 +58,7 @@ Found by_density_of_composition(DensityMethod method, const Query& q) {
     VNIC_FLAG = 0;
     store(q);
     if (!accepted(q)) return failed;
-    K = evaluate(method, q, {Roc, Xi[nitrogen], Xi[carbon_dioxide]}, CubeRoot::power);
+    K = static_cast<float>(method(q.T_K, q.p_MPa, {Roc, Xi[nitrogen], Xi[carbon_dioxide]}, CubeRoot::power));
     return {K, usable(K)};
 }
 

@@ -18,9 +18,8 @@ struct Found {
     bool done;
 };
 
-enum class DensityMethod { nx19, gerg91 };
-
-/// By density and contents: as they were handed in, or those of the working composition.
+/// By density and contents, nx19 or gerg91: as they were handed in, or those of the working composition.
+using DensityMethod = double (&)(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind);
 [[nodiscard]] Found by_density(DensityMethod method, const Query& query, float N2_pct, float CO2_pct,
                                float rho_c);
 [[nodiscard]] Found by_density_of_composition(DensityMethod method, const Query& query);

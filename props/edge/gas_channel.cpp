@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Gas channel: the properties at working conditions.
+#include <tuple>
+
 #include "gas/composition.h"
 #include "gas/edge/gas_data.h"
 #include "gas/edge/loaded_constants.h"
 #include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 #include "props/edge/gas_properties.h"
-#include "props/heat_of_combustion.h"
-#include "props/humid_gas.h"
+#include "props/gas_properties.h"
 #include "runtime/judged.h"
 #include "runtime/units.h"
 
@@ -50,10 +51,7 @@ char cGas2005::tf_Param(char unit, char tempBasis, double roVap, double& ro_out,
                         static_cast<unsigned char>(unit) + 2U * static_cast<unsigned char>(tempBasis));
         if (!gas::working_density({T, p * units::MPa_per_Pa, Ro_c, K_c, Ro_vap}, rho_w)) return 0;
     }
-    ro_out = rho_w;
     mu_out = mu * units::uPas_per_Pas;
-    kappa_out = kappa;
-    hLow = H_low;
-    hHigh = H_high;
+    std::tie(ro_out, kappa_out, hLow, hHigh) = std::tie(rho_w, kappa, H_low, H_high);
     return judged(*this, fresh && kalorfix::all_finite(rho_w, mu, kappa, H_low, H_high));
 }

@@ -9,10 +9,13 @@
 #include "kalorfix_gas.h"
 #include "props/gas_properties.h"
 #include "runtime/float_environment.h"
+#include "runtime/units.h"
 
 namespace gas = kalorfix::gas;
 namespace edge = kalorfix::gas::edge;
+namespace units = kalorfix::units;
 using kalorfix::FloatEnvironment;
+using kalorfix::guarded;
 
 namespace kalorfix::gas::edge {
 
@@ -55,32 +58,18 @@ float NF2_2(float rho_meter, float T_meter_K, float p_meter_MPa) {
     return Ro = static_cast<float>(rho_meter / (1.0 - (p - p_meter_MPa) / p) * (1.0 - (t - T_meter_K) / t));
 }
 
-float NF3() {
-    const FloatEnvironment guard;
-    return edge::viscosity_by_density();
-}
+float NF3() { return guarded(edge::viscosity_by_density); }
 
-float NF4() {
-    const FloatEnvironment guard;
-    return edge::isentropic_exponent_by_density();
-}
+float NF4() { return guarded(edge::isentropic_exponent_by_density); }
 
 float NF6() {
-    const FloatEnvironment guard;
-    return qoi = static_cast<float>(qmi * 1000.0 / Ro);
+    return guarded([] { return qoi = static_cast<float>(qmi * units::kg_per_t / Ro); });
 }
 
 float NF7() {
-    const FloatEnvironment guard;
-    return qci = static_cast<float>(qmi * 1000.0 / Roc);
+    return guarded([] { return qci = static_cast<float>(qmi * units::kg_per_t / Roc); });
 }
 
-float PF5(unsigned long) {
-    const FloatEnvironment guard;
-    return edge::viscosity_by_composition();
-}
+float PF5(unsigned long) { return guarded(edge::viscosity_by_composition); }
 
-float PF6() {
-    const FloatEnvironment guard;
-    return edge::isentropic_exponent_by_composition();
-}
+float PF6() { return guarded(edge::isentropic_exponent_by_composition); }

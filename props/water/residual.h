@@ -51,14 +51,8 @@ struct Helmholtz {
 /// eq. 6 and table 5). Nothing is added where Delta is 0: at the critical point itself the second derivatives do not exist.
 void add_nonanalytic(double delta, double tau, double negligible, Helmholtz& sum);
 
-/// Number of power terms that differ in (c, d): at a fixed tau each such group is one coefficient.
-constexpr std::size_t count_merged_terms() {
-    std::size_t count = 1;
-    for (std::size_t k = 1; k < power_terms.size(); ++k)
-        count += power_terms[k].c != power_terms[k - 1].c || power_terms[k].d != power_terms[k - 1].d;
-    return count;
-}
-inline constexpr std::size_t merged_term_count = count_merged_terms();
+/// Number of power terms that differ in (c, d): at a fixed tau those that do not are one coefficient.
+inline constexpr std::size_t merged_term_count = 31;
 
 /// The residual part at one temperature. Construction collapses the 51 power terms into one polynomial
 /// in delta for each exponential factor; an evaluation then costs some six exponentials and short sums.
