@@ -38,7 +38,6 @@ add_library(
   gas/aga8.cpp
   gas/aga8_constants.cpp
   gas/composition.cpp
-  gas/edge/exports.cpp
   gas/edge/gas_channel.cpp
   gas/edge/gas_data.cpp
   gas/edge/loaded_constants.cpp
@@ -47,7 +46,6 @@ add_library(
   gas/gerg91.cpp
   gas/nx19.cpp
   gas/vnic_smv.cpp
-  props/edge/gas_channel.cpp
   props/edge/gas_properties.cpp
   props/edge/heat_carrier.cpp
   props/gas_properties.cpp

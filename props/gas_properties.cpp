@@ -26,6 +26,21 @@ constexpr std::size_t negative_columns = 6;
 
 void add(float& sum, double term) { sum = static_cast<float>(sum + term); }
 
+// Of one component.
+float ideal_heat_capacity(std::size_t component, float T_K, const float* positive, const float* negative) {
+    const HeatCapacityRange& range = ranges[component];
+    const double ratio = T_K / range.theta_K;
+    float rising = 0.0F;
+    double power = 1.0;
+    for (std::size_t m = 0; m <= static_cast<std::size_t>(range.degree); ++m, power *= ratio)
+        add(rising, positive[component * positive_columns + m] * power);
+    float falling = 0.0F;
+    power = 1.0 / ratio;
+    for (std::size_t m = 0; m < static_cast<std::size_t>(range.negative_terms); ++m, power /= ratio)
+        add(falling, negative[component * negative_columns + m] * power);
+    return rising + falling;
+}
+
 // Standard temperature over standard pressure, K/MPa.
 constexpr double standard_ratio = 2893.1655563779914;
 
@@ -74,20 +89,6 @@ float viscosity(const ReducedState& state, float molar_mass) {
         std::pow(state.critical_temperature, 1.0 / 6.0) /
         (std::sqrt(static_cast<double>(molar_mass)) * std::pow(state.critical_pressure, 2.0 / 3.0)));
     return static_cast<float>(density_part / (10.0 * scale));
-}
-
-float ideal_heat_capacity(std::size_t component, float T_K, const float* positive, const float* negative) {
-    const HeatCapacityRange& range = ranges[component];
-    const double ratio = T_K / range.theta_K;
-    float rising = 0.0F;
-    double power = 1.0;
-    for (std::size_t m = 0; m <= static_cast<std::size_t>(range.degree); ++m, power *= ratio)
-        add(rising, positive[component * positive_columns + m] * power);
-    float falling = 0.0F;
-    power = 1.0 / ratio;
-    for (std::size_t m = 0; m < static_cast<std::size_t>(range.negative_terms); ++m, power /= ratio)
-        add(falling, negative[component * negative_columns + m] * power);
-    return rising + falling;
 }
 
 float ideal_heat_capacity(const vnic::Fractions& x, float T_K, const float* positive, const float* negative) {

@@ -26,12 +26,8 @@ struct ReducedState {
 /// Dynamic viscosity, uPa s; molar mass in kg/kmol. GOST 30319.3-96.
 [[nodiscard]] float viscosity(const ReducedState& state, float molar_mass);
 
-/// Ideal-gas cp/R of one of the 8 components at T (K). `positive` 8 x 11 and `negative` 8 x 6 coefficients, row by row.
-/// Summed in single precision. GOST 30319.3-96, table 2.
-[[nodiscard]] float ideal_heat_capacity(std::size_t component, float T_K, const float* positive,
-                                        const float* negative);
-
-/// The same of a mixture, over the components that are there.
+/// Ideal-gas cp/R of a mixture at T (K), over the components that are there. `positive` 8 x 11 and `negative` 8 x 6 coefficients,
+/// row by row. Summed in single precision. GOST 30319.3-96, table 2.
 [[nodiscard]] float ideal_heat_capacity(const vnic::Fractions& x, float T_K, const float* positive,
                                         const float* negative);
 

@@ -93,16 +93,12 @@ void read_string(std::FILE* file, bool colon_is_text, const char* file_name, cha
     hand_out(text.text(), result);
 }
 
-// Where a value stands.
-struct Place {
-    char const *section, *sub1, *sub2, *key;
-};
-
 // Reads the value behind the "=" of a key; 0, or why it was not found.
 template <class Read>
-int read_value(IniFile& file, const Place& at, Read&& read) {
-    if (file.SectionSearch(at.section, at.sub1, at.sub2, nullptr) != 0) return section_not_found;
-    if (file.KeySearch(at.key) != 0) return key_not_found;
+int read_value(IniFile& file, const char* section, const char* sub1, const char* sub2, const char* key,
+               Read&& read) {
+    if (file.SectionSearch(section, sub1, sub2, nullptr) != 0) return section_not_found;
+    if (file.KeySearch(key) != 0) return key_not_found;
     read();
     return 0;
 }
@@ -154,30 +150,28 @@ int list_numbers(char const* text, Number max, Number* out) {
 }  // namespace
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, int& result) {
-    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_integer(file_); });
+    return read_value(*this, section, sub1, sub2, key, [&] { result = read_integer(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, long& result) {
-    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_integer(file_); });
+    return read_value(*this, section, sub1, sub2, key, [&] { result = read_integer(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, short& result) {
-    return read_value(*this, {section, sub1, sub2, key},
+    return read_value(*this, section, sub1, sub2, key,
                       [&] { result = static_cast<short>(read_integer(file_)); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, float& result) {
-    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_number(file_); });
+    return read_value(*this, section, sub1, sub2, key, [&] { result = read_number(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, char* result) {
-    return read_value(*this, {section, sub1, sub2, key},
-                      [&] { read_string<1000>(file_, false, name_, result); });
+    return read_value(*this, section, sub1, sub2, key, [&] { read_string<1000>(file_, false, name_, result); });
 }
 
 int IniFile::CfgGetMax(char const* section, char const* sub1, char const* sub2, char const* key, char* result) {
-    return read_value(*this, {section, sub1, sub2, key},
-                      [&] { read_string<2000>(file_, true, name_, result); });
+    return read_value(*this, section, sub1, sub2, key, [&] { read_string<2000>(file_, true, name_, result); });
 }
 
 int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2, char* key, char* value,

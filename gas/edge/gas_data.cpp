@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Loading and releasing the gas data tables.
-#include "gas/edge/gas_data.h"
+#include "gas/edge/module_state.h"
 
 #include <algorithm>
 #include <array>
@@ -58,13 +58,11 @@ bool fill_tables(std::FILE* file) {
         float* const table = *gas::blocks[b].table;
         if (!table) return false;
         bool whole = true;
-        for (int j = 0; j < gas::blocks[b].values; ++j)
-            if (b < repeating_blocks) {
-                whole = read_value(file, last) && whole;
-                table[j] = last;
-            } else {
-                whole = read_value(file, table[j]) && whole;
-            }
+        for (int j = 0; j < gas::blocks[b].values; ++j) {
+            float& value = b < repeating_blocks ? last : table[j];
+            whole = read_value(file, value) && whole;
+            table[j] = value;
+        }
         not_whole[b] = whole ? nullptr : table;
         some_not_whole = some_not_whole || !whole;
     }

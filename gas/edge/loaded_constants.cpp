@@ -5,7 +5,7 @@
 #include <array>
 #include <bit>
 
-#include "gas/edge/gas_data.h"
+#include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"
 

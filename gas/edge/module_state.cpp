@@ -4,7 +4,6 @@
 
 #include <algorithm>
 
-#include "gas/edge/gas_data.h"
 #include "kalorfix_gas.h"
 
 char PATH_SRAM_FOR_LOADTABL[100];
