@@ -25,7 +25,6 @@ add_library(
   flow/edge/flow_rate.cpp
   flow/edge/pipeline.cpp
   flow/edge/totals.cpp
-  flow/expansibility.cpp
   flow/flow_rate.cpp
   flow/geometry.cpp
   flow/integration.cpp

@@ -88,9 +88,9 @@ void InitProstoyTime() {
     ProstoyTime = 0.0;
     std::array<char, path_size> path{};
     if (!kalorfix::join_path(path.data(), path.size(), SRV_Path.PATHDB, "/dat/timewait.dat")) return;
-    // Not blocking: were the name a pipe, the controller would wait for ever. Only a regular file holds a stamp.
+    if (!kalorfix::is_regular_or_new(path.data())) return;
     const Descriptor file(open(path.data(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (file.number < 0 || !kalorfix::is_regular(file.number)) return;
+    if (file.number < 0) return;
 
     const std::int32_t stored = stamped_seconds(file.number);
     timeval now{};

@@ -15,9 +15,7 @@
 namespace kalorfix::gas::edge {
 namespace {
 
-constexpr Found failed{0.0F, false};
-
-bool usable(float coefficient) { return coefficient > 0.0F && std::isfinite(coefficient); }
+constexpr float failed = 0.0F;
 
 // 70 < T < 1500 K, 0 < p < 100 MPa, dp not negative and below a quarter of p. The comparisons refuse what lies outside, so that a
 // NaN passes here and fails in the method.
@@ -45,26 +43,28 @@ double RT_of(const Query& q) { return static_cast<double>(molar_gas_constant) * 
 
 }  // namespace
 
-Found by_density(DensityMethod method, const Query& q, float N2_pct, float CO2_pct, float rho_c) {
+bool usable(float coefficient) { return coefficient > 0.0F && std::isfinite(coefficient); }
+
+float by_density(DensityMethod method, const Query& q, float N2_pct, float CO2_pct, float rho_c) {
     store(q);
     Xa = N2_pct / 100.0F;
     Xy = CO2_pct / 100.0F;
     Roc = rho_c;
     if (!accepted(q)) return failed;
     K = static_cast<float>(method(q.T_K, q.p_MPa, {Roc, Xa, Xy}, CubeRoot::real));
-    if (!usable(K)) K = 0.0F;
-    return {K, usable(K)};
+    if (!usable(K)) K = failed;
+    return K;
 }
 
-Found by_density_of_composition(DensityMethod method, const Query& q) {
+float by_density_of_composition(DensityMethod method, const Query& q) {
     VNIC_FLAG = 0;
     store(q);
     if (!accepted(q)) return failed;
     K = static_cast<float>(method(q.T_K, q.p_MPa, {Roc, Xi[nitrogen], Xi[carbon_dioxide]}, CubeRoot::power));
-    return {K, usable(K)};
+    return K;
 }
 
-Found aga8(const Composition& gas, const Query& q) {
+float aga8(const Composition& gas, const Query& q) {
     VNIC_FLAG = 0;
     store(q);
     const aga8::Constants* const constants = accepted(q) ? aga8_constants() : nullptr;
@@ -86,10 +86,10 @@ Found aga8(const Composition& gas, const Query& q) {
     const GasRoot root = gas_root(isotherm, target, q, aga8::Isotherm::start_pressure_MPa);
     const auto found = static_cast<float>(target / root.x / standard_compressibility(gas));
     if (!(root.x > 0.0 && usable(found))) return failed;
-    return {K = found, true};
+    return K = found;
 }
 
-Found vnic(const Composition& gas, const Query& q) {
+float vnic(const Composition& gas, const Query& q) {
     VNIC_FLAG = 1;
     FP = 0.0F;
     Z = 0.0F;
@@ -116,7 +116,7 @@ Found vnic(const Composition& gas, const Query& q) {
     Rom = static_cast<float>(root.x * critical.density);
     Ron = static_cast<float>(root.x);
     Z = static_cast<float>(compressibility);
-    return {K = found, true};
+    return K = found;
 }
 
 float standard_density(const Composition& gas) {
@@ -140,9 +140,10 @@ namespace {
 // K by a method, with its status.
 template <class Method, class... Arguments>
 float K_by(Method method, short& status, const Arguments&... arguments) {
-    const edge::Found found = guarded(method, arguments...);
-    status = found.done ? 0 : 1;
-    return found.K;
+    const FloatEnvironment guard;
+    const float found = method(arguments...);
+    status = edge::usable(found) ? 0 : 1;
+    return found;
 }
 
 }  // namespace
