@@ -38,16 +38,6 @@ struct SettingsFile {
 };
 SettingsFile settings;
 
-struct Descriptor {
-    int number;
-    explicit Descriptor(int opened) : number(opened) {}
-    ~Descriptor() {
-        if (number >= 0) close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-};
-
 // The stamp is 12 bytes, little-endian, on every machine: seconds since the Epoch (4, signed), milliseconds (2), minutes
 // west of Greenwich (2), daylight-saving flag (2), padding (2). Only the seconds count; a shorter file gives 0.
 std::int32_t stamped_seconds(int descriptor) {
@@ -89,10 +79,11 @@ void InitProstoyTime() {
     std::array<char, path_size> path{};
     if (!kalorfix::join_path(path.data(), path.size(), SRV_Path.PATHDB, "/dat/timewait.dat")) return;
     if (!kalorfix::is_regular_or_new(path.data())) return;
-    const Descriptor file(open(path.data(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (file.number < 0) return;
+    const int file = open(path.data(), O_RDWR | O_CREAT | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file < 0) return;
+    const std::int32_t stored = stamped_seconds(file);
+    close(file);
 
-    const std::int32_t stored = stamped_seconds(file.number);
     timeval now{};
     gettimeofday(&now, nullptr);
     if (now.tv_sec >= stored)

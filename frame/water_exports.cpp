@@ -4,7 +4,6 @@
 #include "props/water/iapws95_tables.h"
 #include "props/water/water.h"
 #include "runtime/float_environment.h"
-#include "runtime/judged.h"
 #include "runtime/units.h"
 
 namespace water = kalorfix::water;
@@ -26,13 +25,9 @@ short t_param_1(double t_C, double p_MPa, short mode, double* ro, double* mu, do
     const kalorfix::FloatEnvironment guard;
     const double T_K = t_C + kalorfix::units::zero_celsius_K;
     water::Properties found{};
-    bool done = mode == saturated_vapour_mode
-                    ? water::pressure_in_range(p_MPa) && water::saturated_vapour(T_K, found)
-                    : water::single_phase(T_K, p_MPa, found);
-    if (!kalorfix::all_finite(found.rho_kgm3, found.mu_uPas, found.h_kJ_kg, found.kappa)) {
-        done = false;
-        found = {};
-    }
+    const bool done = mode == saturated_vapour_mode
+                          ? water::pressure_in_range(p_MPa) && water::saturated_vapour(T_K, found)
+                          : water::single_phase(T_K, p_MPa, found);
     store(ro, found.rho_kgm3);
     store(mu, found.mu_uPas);
     store(h, found.h_kJ_kg);

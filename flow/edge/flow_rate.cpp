@@ -82,10 +82,7 @@ char cCommon2005::Countq_mReCK_sh(int pass, double dp, double rho, double q_prev
 
 char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {
     const flow::FlowSolution found = averaging(*this, dp, rho);
-    epsilon = found.epsilon;
-    alpha_eps = found.alpha_eps;
-    q_m = found.q_m_kgs;
-    Re = found.Re;
+    std::tie(epsilon, alpha_eps, q_m, Re) = std::tie(found.epsilon, found.alpha_eps, found.q_m_kgs, found.Re);
     return judged(*this, flow::device_row(device_type).is_direct() && found.limit == flow::Limit::none &&
                              all_finite(epsilon, alpha_eps, q_m, Re));
 }

@@ -41,8 +41,7 @@ bool allocate_tables() {
     for (std::size_t b = 0; b < gas::block_count; ++b) {
         float*& table = *gas::blocks[b].table;
         std::free(table);
-        table =
-            static_cast<float*>(std::calloc(static_cast<std::size_t>(gas::blocks[b].values), sizeof(float)));
+        table = static_cast<float*>(std::calloc(gas::blocks[b].values, sizeof(float)));
         not_whole[b] = table;
         if (!table) return false;
     }
@@ -58,7 +57,7 @@ bool fill_tables(std::FILE* file) {
         float* const table = *gas::blocks[b].table;
         if (!table) return false;
         bool whole = true;
-        for (int j = 0; j < gas::blocks[b].values; ++j) {
+        for (std::size_t j = 0; j < gas::blocks[b].values; ++j) {
             float& value = b < repeating_blocks ? last : table[j];
             whole = read_value(file, value) && whole;
             table[j] = value;
@@ -77,7 +76,7 @@ bool gas::table_loaded(const float* table) {
 
 int Step_Init(int block) {
     const bool known = block >= 0 && static_cast<std::size_t>(block) < gas::block_count;
-    return known ? gas::blocks[static_cast<std::size_t>(block)].values : 0;
+    return known ? static_cast<int>(gas::blocks[static_cast<std::size_t>(block)].values) : 0;
 }
 
 int Watcom_Init() {

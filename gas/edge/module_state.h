@@ -13,7 +13,7 @@ namespace kalorfix::gas::edge {
 struct Block {
     float** table;     ///< exported pointer
     const char* name;  ///< its name
-    int values;
+    std::size_t values;
 };
 
 inline constexpr std::size_t block_count = 31;

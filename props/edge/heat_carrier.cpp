@@ -47,15 +47,12 @@ char cTeplo2005::tf_Param(char source, unsigned short phase_req, double x, doubl
         in_phase = water::carrier_properties(static_cast<water::Phase>(phase), t + units::zero_celsius_K,
                                              p * units::MPa_per_Pa, x);
     if (in_phase.at_saturation) p = p_sat * units::Pa_per_MPa;
-    water::Properties& found = in_phase.found;
-    const bool good =
-        in_phase.good && kalorfix::all_finite(found.rho_kgm3, found.mu_uPas, found.h_kJ_kg, found.kappa);
-    if (!good) found = water::Properties{};
+    const water::Properties& found = in_phase.found;
     rho_w = found.rho_kgm3;
     mu = found.mu_uPas * units::Pas_per_uPas;
     h_w = found.h_kJ_kg;
     kappa = found.kappa;
     mu_out = mu * units::uPas_per_Pas;
     std::tie(ro_out, h_out, kappa_out) = std::tie(rho_w, h_w, kappa);
-    return judged(*this, good);
+    return judged(*this, in_phase.good);
 }

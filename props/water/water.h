@@ -26,7 +26,7 @@ struct Properties {
 
 /// Single-phase state at T_K and p_MPa. Liquid where p is at or above the saturation pressure, vapour
 /// below it. False (properties zero) outside 273.15..1073.15 K, 0..100 MPa, for a NaN, and where the
-/// density cannot be found. At p = 0 the ideal-gas limits are given.
+/// density cannot be found or a property is not finite. At p = 0 the ideal-gas limits are given.
 /// IAPWS R6-95(2018); IAPS Formulation 1985 for the viscosity.
 [[nodiscard]] bool single_phase(double T_K, double p_MPa, Properties& out);
 
