@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Orifice plates with corner, D and D/2, and flange tappings.
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -55,19 +56,13 @@ double cubic(const std::array<double, 4>& c, double L) {
     return (c[0] + c[1] * L) + (c[2] + c[3] * L) * (L * L);  // halves that do not wait for each other
 }
 
-// The set of cubics for a Reynolds number from 10^4 to 10^8.
-const RoughnessSet& roughness_set(double Re) {
-    const auto& sets = orifice_roughness;
-    if (Re <= sets[0].Re_to) return sets[0];
-    return Re <= sets[1].Re_to ? sets[1] : sets[2];
-}
-
 // Upper bound of 10^4 R_a/D, to two decimals.
 double upper_limit(double beta, double ln_beta, const Reynolds& r) {
     double x = 0.0;
     if (r.Re > orifice_roughness.back().Re_to) return 0.0;  // all coefficients are 0
     if (r.Re > orifice_roughness.front().Re_above) {
-        const RoughnessSet& set = roughness_set(r.Re);
+        const RoughnessSet& set =
+            *std::ranges::find_if(orifice_roughness, [&](const RoughnessSet& s) { return r.Re <= s.Re_to; });
         x = cubic(set.A, r.lg) * std::exp(cubic(set.B, r.lg) * ln_beta) + cubic(set.C, r.lg);
     } else {
         x = 0.718866 * std::pow(beta, -3.887) + 0.364;

@@ -108,10 +108,8 @@ int take_number(std::string_view& rest) {
     constexpr std::size_t max_digits = 9;
     while (!rest.empty() && !ini::is_digit(rest.front())) rest.remove_prefix(1);
     int value = 0;
-    for (std::size_t k = 0; k < max_digits && !rest.empty() && ini::is_digit(rest.front()); ++k) {
-        value = 10 * value + (rest.front() - '0');
-        rest.remove_prefix(1);
-    }
+    const char* const most = rest.data() + std::min(rest.size(), max_digits);
+    rest.remove_prefix(static_cast<std::size_t>(std::from_chars(rest.data(), most, value).ptr - rest.data()));
     return value;
 }
 
@@ -205,15 +203,11 @@ int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2,
     line_counter += c == '\n';
 
     // Without "=" both sides are empty.
-    std::string_view before, behind;
-    const std::size_t equals = text.text().find('=');
-    if (equals != std::string_view::npos) {
-        before = {text.text().data(), equals};
-        behind = text.text();
-        behind.remove_prefix(equals + 1);
-    }
-    if (key) hand_out(before, key);
-    if (value) hand_out(behind, value);
+    std::string_view rest = text.text();
+    const bool pair = rest.find('=') != std::string_view::npos;
+    if (key) hand_out({rest.data(), pair ? rest.find('=') : 0}, key);
+    rest.remove_prefix(pair ? rest.find('=') + 1 : rest.size());
+    if (value) hand_out(rest, value);
     return 0;
 }
 

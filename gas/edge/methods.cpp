@@ -11,6 +11,7 @@
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"
+#include "runtime/units.h"
 
 namespace kalorfix::gas::edge {
 namespace {
@@ -23,7 +24,7 @@ bool accepted(const Query& q) {
     if (q.T_K <= 70.0F || q.T_K >= 1500.0F) return false;
     if (q.p_MPa <= 0.0F || q.p_MPa >= 100.0F) return false;
     if (q.dp_kPa < 0.0F) return false;
-    return !(q.dp_kPa / (q.p_MPa * 1000.0) >= 0.25);
+    return !(q.dp_kPa / (q.p_MPa * units::kPa_per_MPa) >= 0.25);
 }
 
 void store(const Query& q) {
@@ -82,7 +83,7 @@ float aga8(const Composition& gas, const Query& q) {
               C + aga8::first_density_term);
 
     const aga8::Isotherm isotherm = aga8::isotherm(q.T_K, mixture, coefficients, *constants);
-    const double target = 1000.0 * q.p_MPa / RT_of(q) * mixture.size_cubed;
+    const double target = units::kPa_per_MPa * q.p_MPa / RT_of(q) * mixture.size_cubed;
     const GasRoot root = gas_root(isotherm, target, q, aga8::Isotherm::start_pressure_MPa);
     const auto found = static_cast<float>(target / root.x / standard_compressibility(gas));
     if (!(root.x > 0.0 && usable(found))) return failed;
@@ -107,7 +108,7 @@ float vnic(const Composition& gas, const Query& q) {
     vnic::equation_coefficients(Akl, Bkl, critical.acentric, Ckl);
 
     const vnic::Isotherm isotherm(Ckl, Tn);
-    const double target = 1000.0 * q.p_MPa / (RT_of(q) * critical.density);
+    const double target = units::kPa_per_MPa * q.p_MPa / (RT_of(q) * critical.density);
     const GasRoot root = gas_root(isotherm, target, q, Pnk);
     const double compressibility = target / root.x;
     const auto found = static_cast<float>(compressibility / standard_compressibility(gas));

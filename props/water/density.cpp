@@ -106,10 +106,10 @@ DensityProblem single_phase_problem(const ResidualAt& residual, double T_K, doub
         const double p_sat_MPa = saturation_pressure_MPa(T_K);
         if (p_MPa / critical_pressure_MPa >= p_sat_MPa / critical_pressure_MPa)
             return {target, liquid_start(T_K, p_MPa, p_sat_MPa)};
-        return {target, virial_start(discriminant, target)};
+    } else if (!(discriminant > dilute)) {
+        return {target, supercritical_start(theta, target)};
     }
-    if (discriminant > dilute) return {target, virial_start(discriminant, target)};
-    return {target, supercritical_start(theta, target)};
+    return {target, virial_start(discriminant, target)};
 }
 
 DensityProblem saturated_vapour_problem(double T_K) {

@@ -223,8 +223,10 @@ DensityDerivatives ResidualAt::density_derivatives(double delta) const {
     }
 
     // From powers of delta d/d(delta) to delta^n times the n-th derivative.
-    return {first + nonanalytic.d, second - first + nonanalytic.dd, third - 3.0 * second + 2.0 * first,
-            fourth - 6.0 * third + 11.0 * second - 6.0 * first, critical};
+    return {{first + nonanalytic.d, second - first + nonanalytic.dd},
+            third - 3.0 * second + 2.0 * first,
+            fourth - 6.0 * third + 11.0 * second - 6.0 * first,
+            critical};
 }
 
 Helmholtz ResidualAt::all(double delta) const {

@@ -12,14 +12,10 @@
 
 namespace kalorfix::water {
 
-/// Derivatives by density alone: all that a step of the density iteration needs. Those of third and fourth order leave out
-/// terms 55 and 56: they only make the step longer.
-struct DensityDerivatives {
-    double d;       ///< delta phi_d
-    double dd;      ///< delta^2 phi_dd
-    double ddd;     ///< delta^3 phi_ddd
-    double dddd;    ///< delta^4 phi_dddd
-    bool critical;  ///< so close to the critical point that what is left out counts
+/// The derivatives that the pressure and its slope follow from.
+struct PressureTerms {
+    double d;   ///< delta phi_d
+    double dd;  ///< delta^2 phi_dd
 
     /// p / (rho R T)
     [[nodiscard]] double compressibility() const { return 1.0 + d; }
@@ -27,17 +23,20 @@ struct DensityDerivatives {
     [[nodiscard]] double stiffness() const { return 1.0 + 2.0 * d + dd; }
 };
 
+/// Derivatives by density alone: all that a step of the density iteration needs. Those of third and fourth order leave out
+/// terms 55 and 56: they only make the step longer.
+struct DensityDerivatives : PressureTerms {
+    double ddd;     ///< delta^3 phi_ddd
+    double dddd;    ///< delta^4 phi_dddd
+    bool critical;  ///< so close to the critical point that what is left out counts
+};
+
 /// The residual function with all its first and second derivatives, in logarithmic form.
-struct Helmholtz {
+struct Helmholtz : PressureTerms {
     double phi;
-    double d;   ///< delta phi_d
-    double dd;  ///< delta^2 phi_dd
     double t;   ///< tau phi_t
     double tt;  ///< tau^2 phi_tt
     double dt;  ///< delta tau phi_dt
-
-    [[nodiscard]] double compressibility() const { return 1.0 + d; }
-    [[nodiscard]] double stiffness() const { return 1.0 + 2.0 * d + dd; }
 };
 
 // Terms 55 and 56, n delta Delta^b psi, which bend the isotherms at the critical point.

@@ -72,7 +72,7 @@ void edge(const Point& point, double d_m, std::vector<Rule>& rules) {
     }
     rules.push_back(in_range("initial radius of the edge", pipe.edge_radius_mm,
                              {0.0, limit_m * units::mm_per_m}, "mm", clause, Verdict::warn));
-    const double worn_m = flow::edge_radius_m({limit_m, initial_m, pipe.interval_years, pipe.edge_at_end});
+    const double worn_m = flow::edge_radius_m(limit_m, initial_m, pipe.interval_years, pipe.edge_at_end);
     const double K_p = flow::bluntness_correction(worn_m, d_m);
     rules.push_back({K_p > 1.0 ? Verdict::warn : Verdict::ok, "bluntness of the worn edge",
                      fmt::format("{:.4g} mm, K_p {:.5f}", worn_m * units::mm_per_m, K_p),
