@@ -18,7 +18,6 @@ configure_file(frame/identity.cpp.in "${PROJECT_BINARY_DIR}/identity.cpp" @ONLY)
 add_library(
   kalorfix_objects OBJECT
   "${PROJECT_BINARY_DIR}/identity.cpp"
-  flow/amounts.cpp
   flow/averaging.cpp
   flow/device.cpp
   flow/discharge.cpp
@@ -31,15 +30,13 @@ add_library(
   flow/material_tables.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
-  frame/channel_exports.cpp
+  frame/exports.cpp
   frame/lifecycle.cpp
-  frame/water_exports.cpp
   gas/aga8.cpp
   gas/aga8_constants.cpp
   gas/composition.cpp
   gas/edge/gas_channel.cpp
   gas/edge/gas_data.cpp
-  gas/edge/loaded_constants.cpp
   gas/edge/methods.cpp
   gas/edge/module_state.cpp
   gas/gerg91.cpp

@@ -17,7 +17,7 @@
 #include <utility>
 #include <vector>
 
-#include "gas/edge/loaded_constants.h"
+#include "gas/edge/gas_data.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"

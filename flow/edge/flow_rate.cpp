@@ -4,7 +4,6 @@
 
 #include <tuple>
 
-#include "flow/amounts.h"
 #include "flow/fixed_point.h"
 #include "kalorfix_calculators.h"
 #include "runtime/judged.h"

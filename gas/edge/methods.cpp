@@ -7,7 +7,7 @@
 #include <cstring>
 
 #include "gas/by_density.h"
-#include "gas/edge/loaded_constants.h"
+#include "gas/edge/gas_data.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix_gas.h"
 #include "runtime/float_environment.h"

@@ -23,9 +23,6 @@ inline constexpr std::size_t file_bytes = 4 * file_values;
 /// The blocks in the order of the file.
 extern const std::array<Block, block_count> blocks;
 
-/// Whether a table is there. One that was allocated but not filled to its end by the file counts as absent.
-[[nodiscard]] bool table_loaded(const float* table);
-
 /// Puts the mole fractions into the exported working composition.
 void store(const Composition& gas);
 

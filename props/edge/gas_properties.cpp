@@ -5,7 +5,7 @@
 
 #include <tuple>
 
-#include "gas/edge/loaded_constants.h"
+#include "gas/edge/gas_data.h"
 #include "gas/edge/methods.h"
 #include "gas/edge/module_state.h"
 #include "kalorfix_calculators.h"

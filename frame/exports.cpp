@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Exported channel functions: each runs a member of the calculator of its channel.
+// The exported plain functions. Those of a channel run a member of its calculator.
 #include <functional>
 
 #include "frame/channels.h"
+#include "props/water/iapws95_tables.h"
+#include "props/water/water.h"
+#include "runtime/units.h"
 
 // The registries are destroyed, and every calculator with them, when the library is unloaded.
 namespace kalorfix::frame {
@@ -10,6 +13,9 @@ LocVect<cGas2005> gas_channels;
 LocVect<cTeplo2005> heat_channels;
 }  // namespace kalorfix::frame
 
+namespace units = kalorfix::units;
+namespace water = kalorfix::water;
+using kalorfix::FloatEnvironment;
 using kalorfix::frame::channel_call;
 using kalorfix::frame::gas_channels;
 using kalorfix::frame::heat_channels;
@@ -120,4 +126,41 @@ int mt_tf_param(int channel, char source, unsigned short phase_req, float x, cha
                 float* h, float* kappa) {
     return channel_call<&cTeplo2005::tf_Param>(heat_channels, channel, status, std::array{ro, mu, h, kappa},
                                                source, phase_req, x);
+}
+
+// ---- Water and steam ----
+
+const double T_kr = water::critical_temperature_K;
+const double p_kr = water::critical_pressure_MPa;
+
+namespace {
+
+constexpr short saturated_vapour_mode = 3;
+
+void store(double* output, double value) {
+    if (output) *output = value;
+}
+
+}  // namespace
+
+short t_param_1(double t_C, double p_MPa, short mode, double* ro, double* mu, double* h, double* kappa) {
+    const FloatEnvironment guard;
+    const double T_K = t_C + units::zero_celsius_K;
+    water::Properties found{};
+    const bool done = mode == saturated_vapour_mode
+                          ? water::pressure_in_range(p_MPa) && water::saturated_vapour(T_K, found)
+                          : water::single_phase(T_K, p_MPa, found);
+    store(ro, found.rho_kgm3);
+    store(mu, found.mu_uPas);
+    store(h, found.h_kJ_kg);
+    store(kappa, found.kappa);
+    return done ? 0 : 1;
+}
+
+short t_phase_1(double p_MPa, double t_C, double dp_MPa, double* ps) {
+    const FloatEnvironment guard;
+    double saturation_MPa = 0.0;
+    const water::Phase phase = water::phase(p_MPa, t_C + units::zero_celsius_K, dp_MPa, saturation_MPa);
+    store(ps, saturation_MPa);
+    return static_cast<short>(phase);
 }
