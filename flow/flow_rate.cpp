@@ -19,8 +19,8 @@ double nozzle_expansibility(double beta, double kappa, double tau) {
     const double beta4 = beta * beta * beta * beta;
     const double tau_k = std::pow(tau, 1.0 / kappa);
     const double tau_2k = tau_k * tau_k;
-    const double one_minus_power =
-        (tau_k - tau) / tau_k;  // 1 - tau^((kappa-1)/kappa), no digit lost in the difference
+    // 1 - tau^((kappa-1)/kappa), no digit lost in the difference.
+    const double one_minus_power = (tau_k - tau) / tau_k;
     return std::sqrt(kappa * tau_2k / (kappa - 1.0) * ((1.0 - beta4) / (1.0 - beta4 * tau_2k)) *
                      (one_minus_power / (1.0 - tau)));
 }

@@ -11,16 +11,13 @@ namespace kalorfix::flow {
 
 /// The medium at the device.
 struct Medium {
-    double p_Pa;
-    double kappa;
-    double mu_Pas;
+    double p_Pa, kappa, mu_Pas;
     bool liquid;
 };
 
 /// Differential pressure, and the density at the device.
 struct Reading {
-    double dp_Pa;
-    double rho_kgm3;
+    double dp_Pa, rho_kgm3;
 };
 
 /// Factors that a solution did not get to are 0.

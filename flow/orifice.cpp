@@ -5,13 +5,11 @@
 #include <numbers>
 
 #include "flow/discharge.h"
-#include "flow/orifice_tables.h"
+#include "flow/smooth_pipe_tables.h"
 #include "runtime/units.h"
 
 namespace kalorfix::flow {
 namespace {
-
-using units::inch_m;
 
 struct Tappings {
     double L2;        // distance of the downstream tapping from the plate, in pipe diameters
@@ -21,7 +19,7 @@ struct Tappings {
 Tappings tappings(Device device, double D_m) {
     if (device == Device::orifice_corner) return {0.0, 0.0};                 // L1 = 0
     if (device == Device::orifice_d_d2) return {0.47, 0.04289147051261779};  // L1 = 1
-    const double L = inch_m / D_m;
+    const double L = units::inch_m / D_m;
     const double e = std::exp(-L), e3 = e * e * e, e7 = e3 * e3 * e;
     return {L, 0.043 + 0.080 * (e7 * e3) - 0.123 * e7};
 }
@@ -129,7 +127,8 @@ OrificeConstants orifice_constants(const Bore& bore) {
     const double M2 = 2.0 * tap.L2 / (1.0 - beta);
     const double M2_1_1 = M2 == 0.0 ? 0.0 : M2 * std::exp(0.1 * std::log(M2));
     const double downstream = 0.031 * (M2 - 0.8 * M2_1_1) * (beta * tenth3);  // beta^1.3
-    const double small_pipe = bore.D_m < 0.07112 ? 0.011 * (0.75 - beta) * (2.8 - bore.D_m / inch_m) : 0.0;
+    const double small_pipe =
+        bore.D_m < 0.07112 ? 0.011 * (0.75 - beta) * (2.8 - bore.D_m / units::inch_m) : 0.0;
     return {0.5961 + 0.0261 * beta2 - 0.216 * beta8 + upstream - downstream + small_pipe,
             0.000521 * million_0_7 * tenth7,
             0.0188 * beta_3_5 * million_0_3,

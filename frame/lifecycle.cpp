@@ -87,8 +87,7 @@ void InitProstoyTime() {
     timeval now{};
     gettimeofday(&now, nullptr);
     if (now.tv_sec >= stored)
-        ProstoyTime =
-            std::difftime(now.tv_sec, static_cast<std::time_t>(stored)) / kalorfix::units::seconds_per_minute;
+        ProstoyTime = std::difftime(now.tv_sec, stored) / kalorfix::units::seconds_per_minute;
 }
 
 // The whole initialisation; the argument is not used. Non-zero when done.

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "gas/composition.h"
-#include "gas/half_powers.h"
+#include "gas/powers.h"
 #include "runtime/unrolled.h"
 
 namespace kalorfix::gas::aga8 {
@@ -55,8 +55,8 @@ using FormPairs = std::array<Pair, form_count / 2>;
 /// are a group, those of a group with the same b are a cell.
 struct DensityLayout {
     static constexpr std::size_t largest_whole = 31;  ///< whole powers are products
-    static constexpr std::size_t power_places =
-        largest_whole + 1 + 2 * density_terms;  ///< the others follow them
+    /// The others follow them.
+    static constexpr std::size_t power_places = largest_whole + 1 + 2 * density_terms;
 
     struct Group {
         double c, k;

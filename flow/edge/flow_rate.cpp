@@ -27,10 +27,7 @@ flow::FlowSolution averaging(cCommon2005& c, double dp, double rho) {
 }
 
 void store(cCommon2005& c, const flow::FlowSolution& found) {
-    c.epsilon = found.epsilon;
-    c.Re = found.Re;
-    c.C = found.C;
-    c.K_sh = found.K_sh;
+    std::tie(c.epsilon, c.Re, c.C, c.K_sh) = std::tie(found.epsilon, found.Re, found.C, found.K_sh);
     c.q_m = found.q_m_kgs;
 }
 

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <tuple>
 
 #include "flow/device.h"
 #include "flow/integration.h"
@@ -141,9 +142,8 @@ char cCommon2005::in2_Param(float dt_s, float downtime_minutes, unsigned short s
     const flow::Interval next =
         flow::carry_on({interval_time_s, interval_start_total, last_result},
                        {dt_s, downtime_minutes, total_now, tick_s()}, flow::interval_length_s[set]);
-    interval_time_out = next.time_s;
-    interval_start_out = next.start_total;
-    result = next.result;
+    std::tie(interval_time_out, interval_start_out, result) =
+        std::tie(next.time_s, next.start_total, next.result);
     return all_finite(dt_s, downtime_minutes, next.time_s, next.start_total, next.result) ? 1 : 0;
 }
 

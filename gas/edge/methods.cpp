@@ -21,9 +21,8 @@ constexpr float failed = 0.0F;
 // 70 < T < 1500 K, 0 < p < 100 MPa, dp not negative and below a quarter of p. The comparisons refuse what lies outside, so that a
 // NaN passes here and fails in the method.
 bool accepted(const Query& q) {
-    if (q.T_K <= 70.0F || q.T_K >= 1500.0F) return false;
-    if (q.p_MPa <= 0.0F || q.p_MPa >= 100.0F) return false;
-    if (q.dp_kPa < 0.0F) return false;
+    if (q.T_K <= 70.0F || q.T_K >= 1500.0F || q.p_MPa <= 0.0F || q.p_MPa >= 100.0F || q.dp_kPa < 0.0F)
+        return false;
     return !(q.dp_kPa / (q.p_MPa * units::kPa_per_MPa) >= 0.25);
 }
 
@@ -37,6 +36,15 @@ template <class Isotherm>
 GasRoot gas_root(const Isotherm& isotherm, double target, const Query& q, double start_MPa) {
     return GasRootSearch(isotherm, target)
         .from(start_density(target, isotherm.second_virial(), q.p_MPa, start_MPa));
+}
+
+// By density and contents as they stand in the working composition.
+float by_density_of_composition(DensityMethod method, const Query& q) {
+    VNIC_FLAG = 0;
+    store(q);
+    if (!accepted(q)) return failed;
+    return K = static_cast<float>(
+               method(q.T_K, q.p_MPa, {Roc, Xi[nitrogen], Xi[carbon_dioxide]}, CubeRoot::power));
 }
 
 // R T, kJ/kmol.
@@ -54,14 +62,6 @@ float by_density(DensityMethod method, const Query& q, float N2_pct, float CO2_p
     if (!accepted(q)) return failed;
     K = static_cast<float>(method(q.T_K, q.p_MPa, {Roc, Xa, Xy}, CubeRoot::real));
     if (!usable(K)) K = failed;
-    return K;
-}
-
-float by_density_of_composition(DensityMethod method, const Query& q) {
-    VNIC_FLAG = 0;
-    store(q);
-    if (!accepted(q)) return failed;
-    K = static_cast<float>(method(q.T_K, q.p_MPa, {Roc, Xi[nitrogen], Xi[carbon_dioxide]}, CubeRoot::power));
     return K;
 }
 

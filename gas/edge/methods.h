@@ -15,11 +15,10 @@ struct Query {
 /// Whether the K of a method is one, finite and above 0; the others tell that the method failed.
 [[nodiscard]] bool usable(float coefficient);
 
-/// By density and contents, nx19 or gerg91: as they were handed in, or those of the working composition.
+/// By density and contents, nx19 or gerg91.
 using DensityMethod = double (&)(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind);
 [[nodiscard]] float by_density(DensityMethod method, const Query& query, float N2_pct, float CO2_pct,
                                float rho_c);
-[[nodiscard]] float by_density_of_composition(DensityMethod method, const Query& query);
 
 /// By the equation of state of a composition. 0 where the gas has no root or a table is missing.
 [[nodiscard]] float aga8(const Composition& gas, const Query& query);

@@ -17,9 +17,7 @@
 namespace gas = kalorfix::gas;
 namespace edge = kalorfix::gas::edge;
 namespace units = kalorfix::units;
-using kalorfix::FloatEnvironment;
 using kalorfix::guarded;
-using kalorfix::judged;
 
 namespace {
 
@@ -66,7 +64,7 @@ void find_properties(cGas2005& c, bool by_composition, unsigned heat_row) {
 }  // namespace
 
 float NF2_1() {
-    const FloatEnvironment guard;
+    const kalorfix::FloatEnvironment guard;
     Plotnomer = 0;
     const double standard = P * gas::standard_temperature_K * Roc;
     const double working = T * gas::standard_pressure_MPa * K;
@@ -74,7 +72,7 @@ float NF2_1() {
 }
 
 float NF2_2(float rho_meter, float T_meter_K, float p_meter_MPa) {
-    const FloatEnvironment guard;
+    const kalorfix::FloatEnvironment guard;
     Plotnomer = 1;
     const double p = P;
     const double t = T;
@@ -101,7 +99,7 @@ char cGas2005::tf_Param(char unit, char tempBasis, double roVap, double& ro_out,
                         double& kappa_out, double& hLow, double& hHigh) {
     const bool by_composition = Method >= KALORFIX_VNIC_SMV;
     const bool fresh = valid != 0 && T != 0.0 && (!by_composition || property_tables_loaded());
-    judged(*this, false);
+    kalorfix::judged(*this, false);
     if (fresh) {
         rho_w = 0.0;
         Ro_vap = roVap;
@@ -111,5 +109,5 @@ char cGas2005::tf_Param(char unit, char tempBasis, double roVap, double& ro_out,
     }
     mu_out = mu * units::uPas_per_Pas;
     std::tie(ro_out, kappa_out, hLow, hHigh) = std::tie(rho_w, kappa, H_low, H_high);
-    return judged(*this, fresh && kalorfix::all_finite(rho_w, mu, kappa, H_low, H_high));
+    return kalorfix::judged(*this, fresh && kalorfix::all_finite(rho_w, mu, kappa, H_low, H_high));
 }

@@ -60,8 +60,8 @@ static_assert(std::ranges::max(layout.d) == max_delta_power);
 // half, but 50 of 44 and 6.
 constexpr std::array<std::size_t, 18> tau_chain{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 22, 23, 44, 46, 50};
 constexpr std::size_t larger_factor(std::size_t power) { return power == 50 ? 44 : (power + 1) / 2; }
-constexpr std::size_t polynomial_terms =
-    7;  // terms 1..7 have exponents in eighths up to 1, the others integers
+// Terms 1..7 have exponents in eighths, up to 1, the others integers.
+constexpr std::size_t polynomial_terms = 7;
 static_assert(std::ranges::all_of(power_terms, [](const PowerTerm& term) {
     return term.t <= 1.0 || std::ranges::find(tau_chain, static_cast<std::size_t>(term.t)) != tau_chain.end();
 }));

@@ -13,10 +13,7 @@ inline constexpr double max_pressure_MPa = 100.0;
 inline constexpr double near_critical_K = 645.0;
 
 struct Properties {
-    double rho_kgm3;
-    double mu_uPas;
-    double h_kJ_kg;
-    double kappa;
+    double rho_kgm3, mu_uPas, h_kJ_kg, kappa;
 };
 
 /// Whether a pressure is accepted: 0..100 MPa, not a NaN.

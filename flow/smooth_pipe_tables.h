@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Orifice plates: the cubics from which the largest roughness of a smooth pipe follows, 10^4 R_a/D = A b^B + C with b the diameter
-// ratio; c0..c3 of c0 + c1 L + c2 L^2 + c3 L^3, L = lg Re. GOST 8.586.2-2005, 5.3.1.
+// The largest roughness of a smooth pipe, 10^4 R_a/D. Dimensionless.
 #pragma once
 
 #include <array>
 
 namespace kalorfix::flow {
 
+/// Orifice plates: A b^B + C with b the diameter ratio, each the cubic c0 + c1 L + c2 L^2 + c3 L^3, L = lg Re.
+/// GOST 8.586.2-2005, 5.3.1.
 struct RoughnessSet {
     double Re_above, Re_to;  ///< applies for Re_above < Re <= Re_to
     std::array<double, 4> A, B, C;
@@ -25,6 +26,17 @@ inline constexpr std::array<RoughnessSet, 3> orifice_roughness{{
     {3e6, 1e8, {{16.5416, -6.60709, 0.88147, -0.039226}},
                {{322.594, -132.2, 17.795, -0.799765}},
                {{-92.029, 37.935, -5.1885, 0.23583}}},
+}};
+// clang-format on
+
+/// Nozzles 4 and 6: by the diameter ratio, ascending. GOST 8.586.3-2005, 5.1.6.1 and 5.3.4.1.
+struct NozzleRoughness {
+    double beta, limit;
+};
+// clang-format off
+inline constexpr std::array<NozzleRoughness, 13> nozzle_roughness{{
+    {0.35, 8.0}, {0.36, 5.9}, {0.38, 4.3}, {0.40, 3.4}, {0.42, 2.8}, {0.44, 2.4}, {0.46, 2.1},
+    {0.48, 1.9}, {0.50, 1.8}, {0.60, 1.4}, {0.70, 1.3}, {0.77, 1.2}, {0.80, 1.2},
 }};
 // clang-format on
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
-// Powers whose exponents are whole or half numbers, as those of the equations of state are, without the general power
-// function.
+// Powers without the general power function: those whose exponents are whole or half numbers, as in the equations of state, and the
+// two cube roots of the density methods.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace kalorfix::gas {
 
@@ -73,5 +74,15 @@ private:
     double base_;
     std::array<double, 2 * zero + 1> power_;
 };
+
+enum class CubeRoot {
+    real,   ///< the real root, negative for a negative number
+    power,  ///< a power with exponent 1/3: not a number for a negative one
+};
+
+inline double cube_root(double value, CubeRoot kind) {
+    if (kind == CubeRoot::power && value < 0.0) return std::numeric_limits<double>::quiet_NaN();
+    return std::cbrt(value);
+}
 
 }  // namespace kalorfix::gas
