@@ -103,14 +103,6 @@ struct {
     aga8::Mixture mixture;
 } last;
 
-// Makes the constants anew.
-void tables_changed() {
-    const FloatEnvironment guard;
-    aga8_prepared.known = vnic_prepared.known = false;
-    static_cast<void>(aga8_constants());
-    static_cast<void>(vnic_constants());
-}
-
 }  // namespace
 
 bool table_loaded(const float* table) {
@@ -127,6 +119,13 @@ const aga8::Mixture& aga8_mixture(const Composition& gas) {
     if (last.times != aga8_prepared.times || last.gas != gas)
         last = {gas, aga8_prepared.times, aga8::mix(gas, aga8_prepared.constants)};
     return last.mixture;
+}
+
+void tables_changed() {
+    const FloatEnvironment guard;
+    aga8_prepared.known = vnic_prepared.known = false;
+    static_cast<void>(aga8_constants());
+    static_cast<void>(vnic_constants());
 }
 
 }  // namespace kalorfix::gas::edge

@@ -18,4 +18,7 @@ namespace kalorfix::gas::edge {
 /// The mixture of a composition by the constants that were asked for last; that of the composition before is kept.
 [[nodiscard]] const aga8::Mixture& aga8_mixture(const Composition& gas);
 
+/// Makes them anew. To be called whenever tables were loaded, replaced or released.
+void tables_changed();
+
 }  // namespace kalorfix::gas::edge
