@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Orifice plates with corner, D and D/2, and flange tappings.
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -59,8 +58,8 @@ double upper_limit(double beta, double ln_beta, const Reynolds& r) {
     double x = 0.0;
     if (r.Re > orifice_roughness.back().Re_to) return 0.0;  // all coefficients are 0
     if (r.Re > orifice_roughness.front().Re_above) {
-        const RoughnessSet& set =
-            *std::ranges::find_if(orifice_roughness, [&](const RoughnessSet& s) { return r.Re <= s.Re_to; });
+        const auto& sets = orifice_roughness;
+        const RoughnessSet& set = r.Re <= sets[0].Re_to ? sets[0] : r.Re <= sets[1].Re_to ? sets[1] : sets[2];
         x = cubic(set.A, r.lg) * std::exp(cubic(set.B, r.lg) * ln_beta) + cubic(set.C, r.lg);
     } else {
         x = 0.718866 * std::pow(beta, -3.887) + 0.364;

@@ -53,7 +53,9 @@ IniFile::~IniFile() { std::free(name_); }
 
 void IniFile::SetName(char const* file_name) {
     if (!file_name || !*file_name) return;
-    std::free(std::exchange(name_, strdup(file_name)));
+    char* const copy = static_cast<char*>(std::malloc(std::strlen(file_name) + 1));
+    if (copy) std::strcpy(copy, file_name);
+    std::free(std::exchange(name_, copy));
 }
 
 void IniFile::SetMode(int mode_bits) {
