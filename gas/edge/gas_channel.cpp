@@ -25,7 +25,7 @@ bool within_window(double T_K, double p_MPa) {
     return 250.0 < T_K && T_K < 340.0 && 0.001 < p_MPa && p_MPa < 30.0;
 }
 
-bool by_density(short method) { return method == KALORFIX_NX19 || method == KALORFIX_GERG91; }
+bool takes_density(short method) { return method == KALORFIX_NX19 || method == KALORFIX_GERG91; }
 
 // A NaN is neither below nor above: it is left to the method.
 bool any_outside(const Values& x, double upper) {
@@ -56,7 +56,7 @@ bool find_by_composition(cGas2005& c, const edge::Query& query, const gas::Compo
     edge::store(composition);
     c.Ro_c = edge::standard_density(composition);
     const float found =
-        c.Method == KALORFIX_AGA8_92DC ? edge::aga8(composition, query) : edge::vnic(composition, query);
+        c.Method == KALORFIX_AGA8_92DC ? edge::by_aga8(composition, query) : edge::by_vnic(composition, query);
     c.K_c = found;
     return edge::usable(found) && c.Ro_c > 0.0;  // without it there is no flow at standard conditions
 }
@@ -82,7 +82,7 @@ char cGas2005::Param_gs(double t_in, double p_meas, double rho_col, double h_col
         const double p_MPa = p * units::MPa_per_Pa;
         const edge::Query query{static_cast<float>(T), 0.0F, static_cast<float>(p_MPa)};
         good = within_window(T, p_MPa);
-        if (good && by_density(method)) {
+        if (good && takes_density(method)) {
             good = find_by_density(*this, query);
         } else if (good) {
             if (any_outside(x, fractions == 0 ? 100.0 : 1.0)) return kalorfix::judged(*this, false);

@@ -65,7 +65,7 @@ float by_density(DensityMethod method, const Query& q, float N2_pct, float CO2_p
     return K;
 }
 
-float aga8(const Composition& gas, const Query& q) {
+float by_aga8(const Composition& gas, const Query& q) {
     VNIC_FLAG = 0;
     store(q);
     const aga8::Constants* const constants = accepted(q) ? aga8_constants() : nullptr;
@@ -90,7 +90,7 @@ float aga8(const Composition& gas, const Query& q) {
     return K = found;
 }
 
-float vnic(const Composition& gas, const Query& q) {
+float by_vnic(const Composition& gas, const Query& q) {
     VNIC_FLAG = 1;
     FP = 0.0F;
     Z = 0.0F;
@@ -182,11 +182,11 @@ float PF3_2(float T_K, float dp_kPa, float p_MPa, short& status) {
 }
 
 float PF3_3(float T_K, float dp_kPa, float p_MPa, short& status) {
-    return K_by(edge::aga8, status, edge::working_composition(), Query{T_K, dp_kPa, p_MPa});
+    return K_by(edge::by_aga8, status, edge::working_composition(), Query{T_K, dp_kPa, p_MPa});
 }
 
 float PF3_4(float T_K, float dp_kPa, float p_MPa, short& status) {
-    return K_by(edge::vnic, status, edge::working_composition(), Query{T_K, dp_kPa, p_MPa});
+    return K_by(edge::by_vnic, status, edge::working_composition(), Query{T_K, dp_kPa, p_MPa});
 }
 
 float PF4_1() {
@@ -194,7 +194,7 @@ float PF4_1() {
     Plotnomer = 0;
     if (VNIC_FLAG == 0) {
         if (!edge::vnic_constants()) return Ro = 0.0F;
-        static_cast<void>(edge::vnic(edge::working_composition(), {T, DeltaP, P}));
+        static_cast<void>(edge::by_vnic(edge::working_composition(), {T, DeltaP, P}));
     }
     return Ro = Rom * SM;
 }

@@ -21,8 +21,8 @@ using DensityMethod = double (&)(double T_K, double p_MPa, const DensityGas& gas
                                float rho_c);
 
 /// By the equation of state of a composition. 0 where the gas has no root or a table is missing.
-[[nodiscard]] float aga8(const Composition& gas, const Query& query);
-[[nodiscard]] float vnic(const Composition& gas, const Query& query);
+[[nodiscard]] float by_aga8(const Composition& gas, const Query& query);
+[[nodiscard]] float by_vnic(const Composition& gas, const Query& query);
 
 /// Density of a composition at standard conditions, left in Roc; 0 while a table is missing.
 float standard_density(const Composition& gas);

@@ -33,7 +33,7 @@ float viscosity_by_composition() {
     const bool prepared = VNIC_FLAG != 0;
     if (!edge::table_loaded(Mi) || !(prepared || edge::vnic_constants())) return Mu = 0.0F;
     const gas::Composition composition = edge::working_composition();
-    if (!prepared) static_cast<void>(edge::vnic(composition, {T, DeltaP, P}));
+    if (!prepared) static_cast<void>(edge::by_vnic(composition, {T, DeltaP, P}));
     SM = gas::molar_mass(composition, Mi);
     return Mu = gas::viscosity({Tn, Ron, Tnk, Pnk, FP}, SM);
 }
