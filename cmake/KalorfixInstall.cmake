@@ -49,7 +49,9 @@ install(FILES LICENSE DESTINATION "${_doc}/kalorfix-dev" RENAME copyright COMPON
 # tool, with what its report and its demonstration are made of
 if(KALORFIX_TOOL)
   install(TARGETS kalorfix_tool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tool)
-  install(FILES docs/man/kalorfix.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
+  if(TARGET manual_page)
+    install(FILES "${PROJECT_BINARY_DIR}/kalorfix.1" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT tool)
+  endif()
   install(FILES tools/completion/kalorfix DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tool)
   install(DIRECTORY tests/cases/ DESTINATION "${_share}/cases" COMPONENT tool FILES_MATCHING PATTERN "*.txt")
   install(FILES docs/deviations.md docs/not_verified.md DESTINATION "${_share}" COMPONENT tool)

@@ -18,42 +18,34 @@ configure_file(frame/identity.cpp.in "${PROJECT_BINARY_DIR}/identity.cpp" @ONLY)
 add_library(
   kalorfix_objects OBJECT
   "${PROJECT_BINARY_DIR}/identity.cpp"
-  flow/amounts.cpp
   flow/averaging.cpp
   flow/device.cpp
   flow/discharge.cpp
   flow/edge/flow_rate.cpp
   flow/edge/pipeline.cpp
   flow/edge/totals.cpp
-  flow/expansibility.cpp
   flow/flow_rate.cpp
   flow/geometry.cpp
   flow/integration.cpp
   flow/material_tables.cpp
   flow/nozzle.cpp
   flow/orifice.cpp
-  frame/channel_exports.cpp
+  frame/exports.cpp
   frame/lifecycle.cpp
-  frame/water_exports.cpp
   gas/aga8.cpp
   gas/aga8_constants.cpp
   gas/composition.cpp
-  gas/edge/exports.cpp
   gas/edge/gas_channel.cpp
   gas/edge/gas_data.cpp
-  gas/edge/loaded_constants.cpp
   gas/edge/methods.cpp
   gas/edge/module_state.cpp
   gas/gerg91.cpp
   gas/nx19.cpp
   gas/vnic_smv.cpp
-  props/edge/gas_channel.cpp
   props/edge/gas_properties.cpp
   props/edge/heat_carrier.cpp
   props/gas_properties.cpp
   props/heat_carrier.cpp
-  props/heat_of_combustion.cpp
-  props/humid_gas.cpp
   props/water/density.cpp
   props/water/nonanalytic.cpp
   props/water/residual.cpp

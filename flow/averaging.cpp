@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 // m is the blockage of a bar of width d across a pipe D, 4 d/(pi D); alpha the flow coefficient, epsilon the expansibility.
-#include <array>
-
 #include "flow/flow_rate.h"
 
 namespace kalorfix::flow {
@@ -10,15 +8,9 @@ namespace {
 struct Coefficients {
     double A, B;
 };
-constexpr std::array<Coefficients, 7> tabulated{{
-    {0.92, -1.3452},    // 12
-    {1.265, -1.43},     // 13
-    {1.2075, -1.3416},  // 14
-    {1.24, -1.2613},    // 15
-    {1.4229, -1.515},   // 16
-    {1.4179, -1.492},   // 17
-    {1.3318, -1.5856},  // 18
-}};
+// Devices 12 to 18.
+constexpr Coefficients tabulated[] = {{0.92, -1.3452},  {1.265, -1.43},   {1.2075, -1.3416}, {1.24, -1.2613},
+                                      {1.4229, -1.515}, {1.4179, -1.492}, {1.3318, -1.5856}};
 constexpr std::size_t first_tabulated = 12;
 
 double expansibility(double m, const Medium& medium, double dp_Pa) {
@@ -27,13 +19,11 @@ double expansibility(double m, const Medium& medium, double dp_Pa) {
     return 1.0 - (0.31424 * (free * free) - 0.09484) * dp_Pa / (medium.p_Pa * medium.kappa);
 }
 
-// Flow coefficient of devices 10..18: linear for 10 and 11. 0 for any other device.
+// Flow coefficient of devices 10..18: linear for 10 and 11.
 double averaging_coefficient(Device device, double blockage) {
-    const auto code = static_cast<std::size_t>(device);
     if (Device::averaging_first <= device && device <= Device::averaging_linear_last)
         return 0.7269 - 0.8212 * blockage;
-    if (code < first_tabulated || code >= first_tabulated + tabulated.size()) return 0.0;
-    const Coefficients& row = tabulated[code - first_tabulated];
+    const Coefficients& row = tabulated[static_cast<std::size_t>(device) - first_tabulated];
     const double free = 1.0 - row.A * blockage;
     return free / std::sqrt(1.0 - row.B * (free * free));
 }

@@ -79,27 +79,4 @@ Limit check_ratio(const DeviceRow& row, double beta) {
     return (row.family == Family::orifice ? !outside : inside) ? Limit::none : Limit::diameter_ratio;
 }
 
-Range bounds(Limit limit, const DeviceRow& row, double beta, double D_m) {
-    switch (limit) {
-        case Limit::pipe_diameter:
-            return {row.D_min, row.D_max};
-        case Limit::device_diameter:
-            return {.min = row.d_min};
-        case Limit::roughness:
-            return {.max = row.R_a_max};
-        case Limit::diameter_ratio:
-            return {row.beta_min, row.beta_max};
-        case Limit::reynolds:
-            return row.reynolds(beta, D_m);
-        case Limit::pressure_ratio:
-            return {.max = max_pressure_ratio};
-        case Limit::nozzle_roughness:
-            return {.max = max_nozzle_roughness};
-        case Limit::roughness_correction:
-            return {.max = max_roughness_correction};
-        default:
-            return {};
-    }
-}
-
 }  // namespace kalorfix::flow

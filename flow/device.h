@@ -111,7 +111,4 @@ extern const std::array<DeviceRow, last_device + 1> devices;
 /// NaN on.
 [[nodiscard]] Limit check_ratio(const DeviceRow& row, double beta);
 
-/// The bounds of a limit, for those who explain it; unbounded for limits of other parts than the device.
-[[nodiscard]] Range bounds(Limit limit, const DeviceRow& row, double beta, double D_m);
-
 }  // namespace kalorfix::flow

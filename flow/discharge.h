@@ -12,10 +12,7 @@ namespace kalorfix::flow {
 /// A pipe with its device, at the working temperature.
 struct Bore {
     const DeviceRow& device;
-    double D_m;
-    double beta;
-    double R_sh_m;
-    double R_a_m;
+    double D_m, beta, R_sh_m, R_a_m;
 };
 
 struct Discharge {

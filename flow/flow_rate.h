@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The mass flow at a device: what is measured there, and the solution of its flow equation.
+// The flow at a device: what is measured there, the solution of its flow equation, and what is made of the mass flow.
 #pragma once
 
 #include <cmath>
@@ -11,16 +11,13 @@ namespace kalorfix::flow {
 
 /// The medium at the device.
 struct Medium {
-    double p_Pa;
-    double kappa;
-    double mu_Pas;
+    double p_Pa, kappa, mu_Pas;
     bool liquid;
 };
 
 /// Differential pressure, and the density at the device.
 struct Reading {
-    double dp_Pa;
-    double rho_kgm3;
+    double dp_Pa, rho_kgm3;
 };
 
 /// Factors that a solution did not get to are 0.
@@ -84,5 +81,28 @@ struct AveragingPoint {
 /// least of the device.
 [[nodiscard]] FlowSolution averaging_flow(const AveragingPoint& point, const Medium& medium,
                                           const Reading& reading);
+
+// ---- The flows handed out and totalled, from a solved mass flow or the reading of a meter ----
+
+/// Mass flow t/h and volume flow m3/h at the device. `reading` is that of a meter: t/h, m3/h or standard m3/h.
+struct WorkingFlow {
+    double q_m_th = 0.0;
+    double q_v_m3h = 0.0;
+};
+[[nodiscard]] WorkingFlow working_flow(const DeviceRow& device, double q_m_kgs, double reading,
+                                       double rho_kgm3);
+
+/// What a gas channel adds: standard volume flow, and that times 0.001 and the host's factor. A meter of standard volume gives the
+/// working flow as well.
+struct GasFlow {
+    WorkingFlow working;
+    double q_c_m3h = 0.0;
+    double q_e = 0.0;
+};
+[[nodiscard]] GasFlow gas_flow(const DeviceRow& device, const WorkingFlow& working, double reading,
+                               double rho_kgm3, double rho_c_kgm3, double factor);
+
+/// Heat flow: the mass flow times 0.001 and the host's enthalpy; 0 where the flow is external.
+[[nodiscard]] double heat_flow(const DeviceRow& device, const WorkingFlow& working, double h_kJ_kg);
 
 }  // namespace kalorfix::flow

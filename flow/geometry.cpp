@@ -43,11 +43,10 @@ double limit_edge_radius_m(bool gas, bool liquid) {
     return liquid ? 0.00019 : 0.0002;
 }
 
-double edge_radius_m(const EdgeWear& wear) {
-    const double missing = wear.limit_radius_m - wear.initial_radius_m;
-    const double decay = std::exp(-wear.interval_years / 3.0);
-    if (wear.at_end) return wear.limit_radius_m - missing * decay;
-    return wear.limit_radius_m - 3.0 / wear.interval_years * missing * (1.0 - decay);
+double edge_radius_m(double limit_m, double initial_m, double interval_years, bool at_end) {
+    const double missing = limit_m - initial_m;
+    const double decay = std::exp(-interval_years / 3.0);
+    return limit_m - (at_end ? missing * decay : 3.0 / interval_years * missing * (1.0 - decay));
 }
 
 double bluntness_correction(double edge_radius_m, double d_m) {

@@ -43,20 +43,12 @@ struct Diameters {
 /// Velocity-of-approach factor 1 / sqrt(1 - beta^4). GOST 8.586.1-2005, 3.2.
 [[nodiscard]] double approach_factor(double beta);
 
-/// What an orifice edge is worn to.
-struct EdgeWear {
-    double limit_radius_m;  ///< radius that the edge tends to, by the medium
-    double initial_radius_m;
-    double interval_years;
-    bool at_end;  ///< radius at the end of the interval, else its mean
-};
-
 /// Radius in m that a worn edge tends to: gas 0.195 mm, liquid water 0.19 mm, steam 0.2 mm.
 [[nodiscard]] double limit_edge_radius_m(bool gas, bool liquid);
 
-/// Radius of the inlet edge in m. A mean over an interval of 0 years is undefined (NaN).
+/// Radius of the inlet edge in m at the end of the interval between checks, else its mean. That over 0 years is undefined (NaN).
 /// GOST 8.586.2-2005, 5.3.2.4.
-[[nodiscard]] double edge_radius_m(const EdgeWear& wear);
+[[nodiscard]] double edge_radius_m(double limit_m, double initial_m, double interval_years, bool at_end);
 
 /// Correction for the bluntness of the edge: 1 while the radius is at most 0.0004 d (or undefined).
 /// GOST 8.586.2-2005, 5.3.2.4.

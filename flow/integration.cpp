@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "runtime/units.h"
+
 namespace kalorfix::flow {
 namespace {
 
@@ -19,8 +21,8 @@ double scale(short exponent) {
 }  // namespace
 
 double increment(const Passage& p) {
-    const double passed = p.flow_per_h / 3600.0 * p.time_s;
-    const double filled_in = p.substitute_per_h / 60.0 * p.downtime_min;
+    const double passed = p.flow_per_h / units::seconds_per_hour * p.time_s;
+    const double filled_in = p.substitute_per_h / units::minutes_per_hour * p.downtime_min;
     return (passed + filled_in) * scale(p.exp10);
 }
 

@@ -15,8 +15,7 @@ inline constexpr std::array<double, 2> interval_length_s{3600.0, 86400.0};
 
 /// Seconds between two readings of the 32-bit tick counter, one wrap allowed.
 [[nodiscard]] inline double elapsed_s(std::uint32_t now, std::uint32_t before, long ticks_per_second) {
-    return static_cast<double>(static_cast<std::uint32_t>(now - before)) /
-           static_cast<double>(ticks_per_second);
+    return static_cast<double>(now - before) / static_cast<double>(ticks_per_second);
 }
 
 /// What a flow has brought.

@@ -3,15 +3,10 @@
 #include <cmath>
 
 #include "flow/discharge.h"
-#include "flow/nozzle_tables.h"
+#include "flow/smooth_pipe_tables.h"
 
 namespace kalorfix::flow {
 namespace {
-
-// GOST 8.586.3-2005, 5.2.6.2.
-double long_radius_coefficient(double beta, double Re) {
-    return 0.9965 - 0.00653 * std::sqrt(million * beta / Re);
-}
 
 Limit roughness_correction(const Bore& bore, const NozzleConstants& c, double Re, double& K_sh) {
     K_sh = 1.0;
@@ -66,7 +61,7 @@ NozzleConstants nozzle_constants(const Bore& bore) {
 
 Limit nozzle_discharge(const Bore& bore, const NozzleConstants& c, double Re, Discharge& out) {
     if (bore.device.device == Device::nozzle_long_radius) {
-        out = {long_radius_coefficient(bore.beta, Re), 1.0};
+        out = {0.9965 - 0.00653 * std::sqrt(million * bore.beta / Re), 1.0};  // GOST 8.586.3-2005, 5.2.6.2
         return Limit::none;
     }
     double K_sh = 1.0;

@@ -4,13 +4,11 @@
 #include <numbers>
 
 #include "flow/discharge.h"
-#include "flow/orifice_tables.h"
+#include "flow/smooth_pipe_tables.h"
 #include "runtime/units.h"
 
 namespace kalorfix::flow {
 namespace {
-
-using units::inch_m;
 
 struct Tappings {
     double L2;        // distance of the downstream tapping from the plate, in pipe diameters
@@ -20,7 +18,7 @@ struct Tappings {
 Tappings tappings(Device device, double D_m) {
     if (device == Device::orifice_corner) return {0.0, 0.0};                 // L1 = 0
     if (device == Device::orifice_d_d2) return {0.47, 0.04289147051261779};  // L1 = 1
-    const double L = inch_m / D_m;
+    const double L = units::inch_m / D_m;
     const double e = std::exp(-L), e3 = e * e * e, e7 = e3 * e3 * e;
     return {L, 0.043 + 0.080 * (e7 * e3) - 0.123 * e7};
 }
@@ -55,19 +53,13 @@ double cubic(const std::array<double, 4>& c, double L) {
     return (c[0] + c[1] * L) + (c[2] + c[3] * L) * (L * L);  // halves that do not wait for each other
 }
 
-// The set of cubics for a Reynolds number from 10^4 to 10^8.
-const RoughnessSet& roughness_set(double Re) {
-    const auto& sets = orifice_roughness;
-    if (Re <= sets[0].Re_to) return sets[0];
-    return Re <= sets[1].Re_to ? sets[1] : sets[2];
-}
-
 // Upper bound of 10^4 R_a/D, to two decimals.
 double upper_limit(double beta, double ln_beta, const Reynolds& r) {
     double x = 0.0;
     if (r.Re > orifice_roughness.back().Re_to) return 0.0;  // all coefficients are 0
     if (r.Re > orifice_roughness.front().Re_above) {
-        const RoughnessSet& set = roughness_set(r.Re);
+        const auto& sets = orifice_roughness;
+        const RoughnessSet& set = r.Re <= sets[0].Re_to ? sets[0] : r.Re <= sets[1].Re_to ? sets[1] : sets[2];
         x = cubic(set.A, r.lg) * std::exp(cubic(set.B, r.lg) * ln_beta) + cubic(set.C, r.lg);
     } else {
         x = 0.718866 * std::pow(beta, -3.887) + 0.364;
@@ -97,10 +89,7 @@ double friction_factor(double R_over_D, double Re) {
 }
 
 // Bounds of R_a/D within which the pipe counts as smooth. GOST 8.586.2-2005, 5.3.1.
-struct SmoothRange {
-    double min, max;
-};
-SmoothRange smooth_range(double beta, double ln_beta, const Reynolds& r) {
+Range smooth_range(double beta, double ln_beta, const Reynolds& r) {
     const double x = upper_limit(beta, ln_beta, r);
     const double y = r.Re >= 3e6 ? lower_limit(beta, r.lg) : 0.0;
     return {y > 0.0 ? y * 1e-4 : 0.0, x >= 15.0 ? 0.0015 : x * 1e-4};
@@ -108,7 +97,7 @@ SmoothRange smooth_range(double beta, double ln_beta, const Reynolds& r) {
 
 // GOST 8.586.2-2005, 5.3.2.3.
 double roughness_correction(const Bore& bore, const OrificeConstants& c, const Reynolds& r) {
-    const SmoothRange smooth = smooth_range(bore.beta, c.ln_beta, r);
+    const Range smooth = smooth_range(bore.beta, c.ln_beta, r);
     const double max_m = smooth.max * bore.D_m;
     if (smooth.min * bore.D_m <= bore.R_a_m && bore.R_a_m <= max_m) return 1.0;
     const double nearest = bore.R_a_m > max_m ? smooth.max : smooth.min;
@@ -137,7 +126,8 @@ OrificeConstants orifice_constants(const Bore& bore) {
     const double M2 = 2.0 * tap.L2 / (1.0 - beta);
     const double M2_1_1 = M2 == 0.0 ? 0.0 : M2 * std::exp(0.1 * std::log(M2));
     const double downstream = 0.031 * (M2 - 0.8 * M2_1_1) * (beta * tenth3);  // beta^1.3
-    const double small_pipe = bore.D_m < 0.07112 ? 0.011 * (0.75 - beta) * (2.8 - bore.D_m / inch_m) : 0.0;
+    const double small_pipe =
+        bore.D_m < 0.07112 ? 0.011 * (0.75 - beta) * (2.8 - bore.D_m / units::inch_m) : 0.0;
     return {0.5961 + 0.0261 * beta2 - 0.216 * beta8 + upstream - downstream + small_pipe,
             0.000521 * million_0_7 * tenth7,
             0.0188 * beta_3_5 * million_0_3,

@@ -69,8 +69,8 @@ enum class Undefined { never, where_there_is_none };
 /// arguments are handed on once.
 template <auto member, Undefined undefined = Undefined::never, class Calculator, std::size_t N,
           class... Arguments>
-[[gnu::always_inline]] inline int channel_call(LocVect<Calculator>& registry, int channel, char* status,
-                                               const std::array<float*, N>& outputs, Arguments... arguments) {
+[[gnu::always_inline]] inline int run_step(LocVect<Calculator>& registry, int channel, char* status,
+                                           const std::array<float*, N>& outputs, Arguments... arguments) {
     const FloatEnvironment guard;
     std::array<double, N> results{};
     char outcome = 0;

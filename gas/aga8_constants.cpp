@@ -76,7 +76,7 @@ void make_terms(const Terms& t, Constants& c) {
             bit *= 2;
         }
         if (n >= first_density_term)
-            c.plain_terms = c.plain_terms && c.u[n].exact() && c.flags[n] < Constants::other_flags;
+            c.plain_terms = c.plain_terms && c.u[n].exact && c.flags[n] < Constants::other_flags;
     }
 }
 

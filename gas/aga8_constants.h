@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "gas/composition.h"
-#include "gas/half_powers.h"
+#include "gas/powers.h"
 #include "runtime/unrolled.h"
 
 namespace kalorfix::gas::aga8 {
@@ -18,21 +18,14 @@ inline constexpr std::size_t virial_terms = 13;       ///< terms 1..13 make the 
 inline constexpr std::size_t first_density_term = 7;  ///< terms 8..53 (position 7 on) are the density terms
 inline constexpr std::size_t density_terms = term_count - first_density_term;
 
-/// Parameters of the components, one each.
+/// Parameters of the components, one each: E (K), K ((m3/kmol)^(1/3)), G, Q and F.
 struct Components {
-    const float* energy;            ///< E, K
-    const float* size;              ///< K, (m3/kmol)^(1/3)
-    const float* orientation;       ///< G
-    const float* quadrupole;        ///< Q
-    const float* high_temperature;  ///< F
+    const float *energy, *size, *orientation, *quadrupole, *high_temperature;
 };
 
-/// Parameters of the pairs, 15 x 15 row by row.
+/// Parameters of the pairs, 15 x 15 row by row: E* of the second virial coefficient, U, K and G*.
 struct Binaries {
-    const float* energy;          ///< E*, of the second virial coefficient
-    const float* mixture_energy;  ///< U
-    const float* size;            ///< K
-    const float* orientation;     ///< G*
+    const float *energy, *mixture_energy, *size, *orientation;
 };
 
 /// Coefficients and exponents of the terms.
@@ -62,8 +55,8 @@ using FormPairs = std::array<Pair, form_count / 2>;
 /// are a group, those of a group with the same b are a cell.
 struct DensityLayout {
     static constexpr std::size_t largest_whole = 31;  ///< whole powers are products
-    static constexpr std::size_t power_places =
-        largest_whole + 1 + 2 * density_terms;  ///< the others follow them
+    /// The others follow them.
+    static constexpr std::size_t power_places = largest_whole + 1 + 2 * density_terms;
 
     struct Group {
         double c, k;

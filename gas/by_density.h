@@ -3,7 +3,7 @@
 // closed form, and GERG-91 mod., a virial equation.
 #pragma once
 
-#include "gas/cube_root.h"
+#include "gas/powers.h"
 
 namespace kalorfix::gas {
 

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "gas/composition.h"
 
+#include <numeric>
+
 namespace kalorfix::gas {
 namespace {
 
-float sum(const Fractions& values) {
-    float total = 0.0F;
-    for (const float value : values) total += value;
-    return total;
-}
+float sum(const Fractions& values) { return std::accumulate(values.begin(), values.end(), 0.0F); }
 
 // The sum of x_i times what the components have, in the precision of Sum.
 template <class Sum, class Table>

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <limits>
 
+#include "runtime/bracketed_zero.h"
+
 namespace kalorfix::gas {
 
 /// A point of an isotherm.
@@ -121,36 +123,22 @@ private:
 
     // The isotherm rises at one point and falls at the other: the maximum lies between, and the root, if any, below it.
     double below_maximum(const IsothermPoint& rising, const IsothermPoint& falling) {
-        const double top = zero(
-            rising.x, falling.x, [](const IsothermPoint& at) { return -at.slope; },
-            [](const IsothermPoint& at) { return -at.curvature; });
+        const double top = zero(rising, falling, [](const IsothermPoint& at) {
+            return Tangent{-at.slope, -at.curvature};
+        });
         const IsothermPoint maximum = point(top);
         return maximum.y >= target_ ? pressure_root(rising, maximum) : none;
     }
 
     double pressure_root(const IsothermPoint& low, const IsothermPoint& high) {
-        return zero(
-            low.x, high.x, [this](const IsothermPoint& at) { return at.y - target_; },
-            [](const IsothermPoint& at) { return at.slope; });
+        return zero(low, high, [this](const IsothermPoint& at) { return Tangent{at.y - target_, at.slope}; });
     }
 
-    // The zero of a rising value between two points of different sign: Newton steps, halvings where they leave the bracket or
-    // shrink it too slowly.
-    template <class Value, class Slope>
-    double zero(double low, double high, Value&& value, Slope&& slope) {
-        constexpr double resolution = 1e-14;
-        double x = 0.5 * (low + high);
-        double width = 2.0 * (high - low);
-        for (int step = 0; step < bracket_steps; ++step) {
-            const IsothermPoint here = point(x);
-            const double excess = value(here);
-            (excess < 0.0 ? low : high) = x;
-            double next = x - excess / slope(here);
-            if (!(next > low && next < high) || high - low > 0.5 * width) next = 0.5 * (low + high);
-            if (std::fabs(next - x) <= resolution * x) return next;
-            width = high - low;
-            x = next;
-        }
+    // The zero of a value that rises from one point to the other.
+    template <class Value>
+    double zero(const IsothermPoint& low, const IsothermPoint& high, Value&& value) {
+        double x = 0.5 * (low.x + high.x);
+        bracketed_zero(low.x, high.x, 1e-14, bracket_steps, x, [&](double at) { return value(point(at)); });
         return x;
     }
 

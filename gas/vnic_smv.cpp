@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "gas/cube_root.h"
+#include "gas/powers.h"
 
 namespace kalorfix::gas::vnic {
 namespace {

@@ -25,15 +25,12 @@ inline constexpr std::array<short, density_powers> temperature_terms{8, 7, 7, 6,
 using Fractions = std::array<float, component_count>;
 using Coefficients = float[density_powers][columns];
 
-/// The tables of the gas data file; matrices row by row.
+/// The tables of the gas data file. Of the components molar mass (kg/kmol), critical density (kg/m3) and temperature (K), acentric
+/// factor; of their pairs, 8 x 8 row by row, lambda and xi; the coefficients of the equation, 10 x 8.
 struct Tables {
-    const float* molar_mass;            ///< kg/kmol
-    const float* critical_density;      ///< kg/m3
-    const float* critical_temperature;  ///< K
-    const float* acentric;
-    const float* volume_correction;       ///< lambda, 8 x 8
-    const float* temperature_correction;  ///< xi, 8 x 8
-    const float *a, *b;                   ///< coefficients of the equation, 10 x 8
+    const float *molar_mass, *critical_density, *critical_temperature, *acentric;
+    const float *volume_correction, *temperature_correction;
+    const float *a, *b;
 };
 
 /// What x_i x_j is multiplied by in the sums over pairs i <= j, both orders of a pair in one: critical volume (m3/kmol), and

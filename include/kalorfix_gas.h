@@ -70,22 +70,21 @@ KALORFIX_API extern float GIJM[15][15];
 KALORFIX_API extern float Ckl[10][8];
 
 /* Results and intermediates of the last method that ran. */
-KALORFIX_API extern float T;      /* temperature, K */
-KALORFIX_API extern float P;      /* absolute pressure, MPa */
-KALORFIX_API extern float DeltaP; /* differential pressure, kPa */
-KALORFIX_API extern float Z;      /* compressibility factor */
-KALORFIX_API extern float K;      /* compressibility coefficient Z/Zc */
-KALORFIX_API extern float Roc;    /* density at standard conditions, kg/m3 */
-KALORFIX_API extern float Xa;     /* nitrogen, mole fraction */
-KALORFIX_API extern float Xy;     /* carbon dioxide, mole fraction */
-KALORFIX_API extern float FP;     /* acentric factor of the mixture */
-KALORFIX_API extern float Tnk;    /* pseudo-critical temperature, K */
-KALORFIX_API extern float Pnk;    /* pseudo-critical pressure, MPa */
-KALORFIX_API extern float Tn;     /* reduced temperature */
-KALORFIX_API extern float Rom;    /* molar density, kmol/m3 */
-KALORFIX_API extern float Ron;    /* reduced density */
-KALORFIX_API extern char
-    VNIC_FLAG; /* 1 after the 8-component method ran, 0 after another full-composition method */
+KALORFIX_API extern float T;        /* temperature, K */
+KALORFIX_API extern float P;        /* absolute pressure, MPa */
+KALORFIX_API extern float DeltaP;   /* differential pressure, kPa */
+KALORFIX_API extern float Z;        /* compressibility factor */
+KALORFIX_API extern float K;        /* compressibility coefficient Z/Zc */
+KALORFIX_API extern float Roc;      /* density at standard conditions, kg/m3 */
+KALORFIX_API extern float Xa;       /* nitrogen, mole fraction */
+KALORFIX_API extern float Xy;       /* carbon dioxide, mole fraction */
+KALORFIX_API extern float FP;       /* acentric factor of the mixture */
+KALORFIX_API extern float Tnk;      /* pseudo-critical temperature, K */
+KALORFIX_API extern float Pnk;      /* pseudo-critical pressure, MPa */
+KALORFIX_API extern float Tn;       /* reduced temperature */
+KALORFIX_API extern float Rom;      /* molar density, kmol/m3 */
+KALORFIX_API extern float Ron;      /* reduced density */
+KALORFIX_API extern char VNIC_FLAG; /* 1 after the 8-component method, 0 after another full-composition one */
 
 /* Properties of the last state. */
 KALORFIX_API extern float Mu;       /* dynamic viscosity, uPa s */

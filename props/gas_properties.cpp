@@ -4,6 +4,11 @@
 #include <array>
 #include <cmath>
 
+#include "props/heat_of_combustion_tables.h"
+#include "props/water/saturation.h"
+#include "props/water/water.h"
+#include "runtime/units.h"
+
 namespace kalorfix::gas {
 namespace {
 
@@ -13,18 +18,46 @@ struct HeatCapacityRange {
     double theta_K;        // reference temperature
     short negative_terms;  // powers -1, -2, ...
 };
-constexpr std::array<HeatCapacityRange, vnic::component_count> ranges{{{10, 100.0, 6},
-                                                                       {6, 100.0, 5},
-                                                                       {6, 100.0, 4},
-                                                                       {6, 100.0, 5},
-                                                                       {5, 300.0, 2},
-                                                                       {6, 100.0, 6},
-                                                                       {6, 300.0, 4},
-                                                                       {5, 100.0, 5}}};
+constexpr HeatCapacityRange ranges[vnic::component_count] = {{10, 100.0, 6}, {6, 100.0, 5}, {6, 100.0, 4},
+                                                             {6, 100.0, 5},  {5, 300.0, 2}, {6, 100.0, 6},
+                                                             {6, 300.0, 4},  {5, 100.0, 5}};
 constexpr std::size_t positive_columns = 11;
 constexpr std::size_t negative_columns = 6;
 
 void add(float& sum, double term) { sum = static_cast<float>(sum + term); }
+
+// Of one component.
+float ideal_heat_capacity(std::size_t component, float T_K, const float* positive, const float* negative) {
+    const HeatCapacityRange& range = ranges[component];
+    const double ratio = T_K / range.theta_K;
+    float rising = 0.0F;
+    double power = 1.0;
+    for (std::size_t m = 0; m <= static_cast<std::size_t>(range.degree); ++m, power *= ratio)
+        add(rising, positive[component * positive_columns + m] * power);
+    float falling = 0.0F;
+    power = 1.0 / ratio;
+    for (std::size_t m = 0; m < static_cast<std::size_t>(range.negative_terms); ++m, power /= ratio)
+        add(falling, negative[component * negative_columns + m] * power);
+    return rising + falling;
+}
+
+// Standard temperature over standard pressure, K/MPa.
+constexpr double standard_ratio = 2893.1655563779914;
+
+// Density of the vapour at the gas pressure: saturated where the gas is colder than the saturation temperature, the single phase
+// there otherwise.
+bool vapour_density(double T_K, double p_MPa, double& density) {
+    const double T_sat_K = water::saturation_temperature_K(p_MPa, water::SaturationTemperatureSet::humid_gas);
+    // Through degrees Celsius, as the water routine is asked: the sum may differ in its last bit.
+    const double asked_K = T_sat_K - units::zero_celsius_K + units::zero_celsius_K;
+    water::Properties saturated{};
+    water::Properties single{};
+    if (!water::pressure_in_range(p_MPa) || !water::saturated_vapour(asked_K, saturated) ||
+        !water::single_phase(asked_K, p_MPa, single))
+        return false;
+    density = T_sat_K >= T_K ? saturated.rho_kgm3 : single.rho_kgm3;
+    return true;
+}
 
 }  // namespace
 
@@ -56,20 +89,6 @@ float viscosity(const ReducedState& state, float molar_mass) {
         std::pow(state.critical_temperature, 1.0 / 6.0) /
         (std::sqrt(static_cast<double>(molar_mass)) * std::pow(state.critical_pressure, 2.0 / 3.0)));
     return static_cast<float>(density_part / (10.0 * scale));
-}
-
-float ideal_heat_capacity(std::size_t component, float T_K, const float* positive, const float* negative) {
-    const HeatCapacityRange& range = ranges[component];
-    const double ratio = T_K / range.theta_K;
-    float rising = 0.0F;
-    double power = 1.0;
-    for (std::size_t m = 0; m <= static_cast<std::size_t>(range.degree); ++m, power *= ratio)
-        add(rising, positive[component * positive_columns + m] * power);
-    float falling = 0.0F;
-    power = 1.0 / ratio;
-    for (std::size_t m = 0; m < static_cast<std::size_t>(range.negative_terms); ++m, power /= ratio)
-        add(falling, negative[component * negative_columns + m] * power);
-    return rising + falling;
 }
 
 float ideal_heat_capacity(const vnic::Fractions& x, float T_K, const float* positive, const float* negative) {
@@ -106,6 +125,34 @@ float isentropic_exponent(const vnic::Coefficients& c, float reduced_temperature
     const double bulk = 1.0 + A0;
     const double thermal = 1.0 + A1;
     return static_cast<float>(bulk * (cv + thermal * thermal / bulk) / (cv * Z_factor));
+}
+
+HeatOfCombustion heat_of_combustion(unsigned row, const double* mole_percent) {
+    if (row >= heat_rows) return {0.0, 0.0};
+    HeatOfCombustion sum{0.0, 0.0};
+    for (std::size_t k = 0; k < component_count; ++k) {
+        sum.lower += lower_heat[row][k] * mole_percent[k];
+        sum.higher += higher_heat[row][k] * mole_percent[k];
+    }
+    return {0.01 * sum.lower, 0.01 * sum.higher};
+}
+
+HeatOfCombustion heat_of_combustion(double rho_c, double nitrogen_pct, double carbon_dioxide_pct) {
+    return {85.453 * (0.5219 * rho_c + 0.04242 - 0.0065197 * nitrogen_pct - 0.01 * carbon_dioxide_pct),
+            92.819 * (0.51447 * rho_c + 0.05603 - 0.0065689 * nitrogen_pct - 0.01 * carbon_dioxide_pct)};
+}
+
+bool working_density(const HumidState& gas, double& density) {
+    double vapour = 1.0;
+    double share = 0.0;
+    if (!(gas.vapour_kgm3 <= 0.0)) {
+        if (!vapour_density(gas.T_K, gas.p_MPa, vapour)) return false;
+        share = gas.vapour_kgm3 / vapour;
+        if (!(share <= 1.0)) return false;
+    }
+    density =
+        gas.rho_c_kgm3 * standard_ratio * (gas.p_MPa - share * gas.p_MPa) / (gas.T_K * gas.K) + vapour * share;
+    return true;
 }
 
 }  // namespace kalorfix::gas

@@ -5,8 +5,7 @@
 
 #include <array>
 
-#include "gas/composition.h"
-#include "props/heat_of_combustion.h"
+#include "props/gas_properties.h"
 
 namespace kalorfix::gas {
 

@@ -16,8 +16,8 @@ namespace kalorfix {
 [[nodiscard]] inline double exponential(double x) {
     constexpr double per_ln2 = 1.4426950408889634;
     constexpr double ln2_high = 6.93147180369123816490e-01, ln2_low = 1.90821492927058770002e-10;
-    constexpr double integer_in_last_bits =
-        6755399441055744.0;  // 1.5 * 2^52: k ends in the last bits of the sum
+    // 1.5 * 2^52: k ends in the last bits of the sum.
+    constexpr double integer_in_last_bits = 6755399441055744.0;
 
     const double shifted = x * per_ln2 + integer_in_last_bits;
     const double k = shifted - integer_in_last_bits;

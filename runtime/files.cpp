@@ -3,8 +3,8 @@
 
 #include <sys/stat.h>
 
-// glibc has stat and fstat as symbols only since 2.33; their forerunners, told which struct stat is meant, serve every
-// version. They know the classic struct, not the one with 64-bit offsets and times of a 32-bit machine.
+// glibc has stat as a symbol only since 2.33; its forerunner, told which struct stat is meant, serves every version. It knows the
+// classic struct, not the one with 64-bit offsets and times of a 32-bit machine.
 #if defined(__GLIBC__) && defined(__x86_64__)
 #define KALORFIX_STAT_VERSION 1
 #elif defined(__GLIBC__) && defined(__aarch64__)
@@ -14,36 +14,19 @@
 #endif
 
 #ifdef KALORFIX_STAT_VERSION
-extern "C" {
-int __xstat(int version, const char* name, struct stat* about) noexcept;
-int __fxstat(int version, int descriptor, struct stat* about) noexcept;
-}
+extern "C" int __xstat(int version, const char* name, struct stat* about) noexcept;
+#define stat(name, about) __xstat(KALORFIX_STAT_VERSION, name, about)
 #endif
 
 namespace kalorfix {
 
-namespace {
-
-#ifdef KALORFIX_STAT_VERSION
-int status_of(const char* name, struct stat* about) { return __xstat(KALORFIX_STAT_VERSION, name, about); }
-int status_of(int descriptor, struct stat* about) { return __fxstat(KALORFIX_STAT_VERSION, descriptor, about); }
-#else
-int status_of(const char* name, struct stat* about) { return stat(name, about); }
-int status_of(int descriptor, struct stat* about) { return fstat(descriptor, about); }
-#endif
-
-}  // namespace
-
-bool is_regular(int descriptor) {
+bool is_regular_or_new(const char* name) {
     struct stat about {};
-    return status_of(descriptor, &about) == 0 && S_ISREG(about.st_mode);
+    return stat(name, &about) != 0 || S_ISREG(about.st_mode);
 }
 
 File open_regular(const char* name, const char* mode) {
-    if (!name || !mode) return nullptr;
-    struct stat about {};
-    if (status_of(name, &about) == 0 && !S_ISREG(about.st_mode)) return nullptr;
-    return File(std::fopen(name, mode));
+    return File(name && mode && is_regular_or_new(name) ? std::fopen(name, mode) : nullptr);
 }
 
 bool join_path(char* buffer, std::size_t size, const char* directory, const char* rest) {

@@ -58,4 +58,11 @@ private:
     bool changed_ = false;
 };
 
+/// Calls a function with these settings.
+template <class Function, class... Arguments>
+auto guarded(Function&& function, Arguments&&... arguments) {
+    const FloatEnvironment guard;
+    return function(arguments...);
+}
+
 }  // namespace kalorfix

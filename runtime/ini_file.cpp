@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "kalorfix_runtime.h"
 #include "runtime/files.h"
@@ -52,11 +53,9 @@ IniFile::~IniFile() { std::free(name_); }
 
 void IniFile::SetName(char const* file_name) {
     if (!file_name || !*file_name) return;
-    const std::size_t size = std::strlen(file_name) + 1;
-    char* const copy = static_cast<char*>(std::calloc(size, 1));
-    if (copy) std::memcpy(copy, file_name, size);
-    std::free(name_);
-    name_ = copy;
+    char* const copy = static_cast<char*>(std::malloc(std::strlen(file_name) + 1));
+    if (copy) std::strcpy(copy, file_name);
+    std::free(std::exchange(name_, copy));
 }
 
 void IniFile::SetMode(int mode_bits) {
@@ -82,23 +81,16 @@ unsigned char IniFile::Open() {
     const bool was_open = file_ != nullptr;
     DeleteTableSection();
     file_ = kalorfix::open_regular(name_, mode_string_).release();
-    if (!file_)
-        status_ = 1;
-    else if (CreatTableSection() != 0)
-        status_ = 3;
-    else
-        status_ = was_open ? 2 : 0;
-    return status_;
+    if (!file_) return status_ = 1;
+    if (CreatTableSection() != 0) return status_ = 3;
+    return status_ = was_open ? 2 : 0;
 }
 
 unsigned char IniFile::Close() {
     DeleteTableSection();
-    if (!file_)
-        status_ = 254;
-    else
-        status_ = std::fclose(file_) == 0 ? 0 : 255;
-    file_ = nullptr;
-    return status_;
+    std::FILE* const file = std::exchange(file_, nullptr);
+    if (!file) return status_ = 254;
+    return status_ = std::fclose(file) == 0 ? 0 : 255;
 }
 
 int IniFile::CreatTableSection() {

@@ -93,16 +93,12 @@ void read_string(std::FILE* file, bool colon_is_text, const char* file_name, cha
     hand_out(text.text(), result);
 }
 
-// Where a value stands.
-struct Place {
-    char const *section, *sub1, *sub2, *key;
-};
-
 // Reads the value behind the "=" of a key; 0, or why it was not found.
 template <class Read>
-int read_value(IniFile& file, const Place& at, Read&& read) {
-    if (file.SectionSearch(at.section, at.sub1, at.sub2, nullptr) != 0) return section_not_found;
-    if (file.KeySearch(at.key) != 0) return key_not_found;
+int read_value(IniFile& file, const char* section, const char* sub1, const char* sub2, const char* key,
+               Read&& read) {
+    if (file.SectionSearch(section, sub1, sub2, nullptr) != 0) return section_not_found;
+    if (file.KeySearch(key) != 0) return key_not_found;
     read();
     return 0;
 }
@@ -112,10 +108,8 @@ int take_number(std::string_view& rest) {
     constexpr std::size_t max_digits = 9;
     while (!rest.empty() && !ini::is_digit(rest.front())) rest.remove_prefix(1);
     int value = 0;
-    for (std::size_t k = 0; k < max_digits && !rest.empty() && ini::is_digit(rest.front()); ++k) {
-        value = 10 * value + (rest.front() - '0');
-        rest.remove_prefix(1);
-    }
+    const char* const most = rest.data() + std::min(rest.size(), max_digits);
+    rest.remove_prefix(static_cast<std::size_t>(std::from_chars(rest.data(), most, value).ptr - rest.data()));
     return value;
 }
 
@@ -154,30 +148,28 @@ int list_numbers(char const* text, Number max, Number* out) {
 }  // namespace
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, int& result) {
-    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_integer(file_); });
+    return read_value(*this, section, sub1, sub2, key, [&] { result = read_integer(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, long& result) {
-    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_integer(file_); });
+    return read_value(*this, section, sub1, sub2, key, [&] { result = read_integer(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, short& result) {
-    return read_value(*this, {section, sub1, sub2, key},
+    return read_value(*this, section, sub1, sub2, key,
                       [&] { result = static_cast<short>(read_integer(file_)); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, float& result) {
-    return read_value(*this, {section, sub1, sub2, key}, [&] { result = read_number(file_); });
+    return read_value(*this, section, sub1, sub2, key, [&] { result = read_number(file_); });
 }
 
 int IniFile::CfgGet(char const* section, char const* sub1, char const* sub2, char const* key, char* result) {
-    return read_value(*this, {section, sub1, sub2, key},
-                      [&] { read_string<1000>(file_, false, name_, result); });
+    return read_value(*this, section, sub1, sub2, key, [&] { read_string<1000>(file_, false, name_, result); });
 }
 
 int IniFile::CfgGetMax(char const* section, char const* sub1, char const* sub2, char const* key, char* result) {
-    return read_value(*this, {section, sub1, sub2, key},
-                      [&] { read_string<2000>(file_, true, name_, result); });
+    return read_value(*this, section, sub1, sub2, key, [&] { read_string<2000>(file_, true, name_, result); });
 }
 
 int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2, char* key, char* value,
@@ -211,15 +203,11 @@ int IniFile::GetNextKey(char const* section, char const* sub1, char const* sub2,
     line_counter += c == '\n';
 
     // Without "=" both sides are empty.
-    std::string_view before, behind;
-    const std::size_t equals = text.text().find('=');
-    if (equals != std::string_view::npos) {
-        before = {text.text().data(), equals};
-        behind = text.text();
-        behind.remove_prefix(equals + 1);
-    }
-    if (key) hand_out(before, key);
-    if (value) hand_out(behind, value);
+    std::string_view rest = text.text();
+    const bool pair = rest.find('=') != std::string_view::npos;
+    if (key) hand_out({rest.data(), pair ? rest.find('=') : 0}, key);
+    rest.remove_prefix(pair ? rest.find('=') + 1 : rest.size());
+    if (value) hand_out(rest, value);
     return 0;
 }
 

@@ -27,15 +27,13 @@ constexpr std::array<Directory, 9> directories{{
     {&CSRV_PATH::XML_SETTINGS, "XML_SETTINGS", "/ubm/torndb", "XML_SETTINGS = <%s>\n"},
 }};
 
-CSRV_PATH from_environment() {
+}  // namespace
+
+CSRV_PATH SRV_Path = [] {
     CSRV_PATH paths{};
     paths.InitPathes();
     return paths;
-}
-
-}  // namespace
-
-CSRV_PATH SRV_Path = from_environment();
+}();
 
 void CSRV_PATH::InitPathes() {
     for (const Directory& directory : directories) {

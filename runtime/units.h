@@ -19,6 +19,7 @@ inline constexpr double uPas_per_Pas = 1e6;
 
 inline constexpr double kg_per_t = 1000.0;
 inline constexpr double t_per_kg = 0.001;
+inline constexpr double per_thousand = 0.001;
 inline constexpr double th_per_kgs = 3.6;  ///< t/h in a kg/s
 
 inline constexpr double seconds_per_hour = 3600.0;

@@ -121,7 +121,7 @@ def judge(document, rows, source, build):
 source, build = (pathlib.Path(name).resolve() for name in sys.argv[1:3])
 table = (source / "tests/tables/docs_blocks.txt").read_text(encoding="utf-8")
 rows = [[*re.split(r"\s+@\s+", line), "unused"] for line in table.splitlines() if line and not line.startswith("#")]
-documents = ["README.md", "CONTRIBUTING.md", "docs/man/kalorfix.1", *sorted(str(p.relative_to(source)) for p in source.glob("docs/**/*.md"))]
+documents = ["README.md", "CONTRIBUTING.md", "docs/man/kalorfix.1.in", *sorted(str(p.relative_to(source)) for p in source.glob("docs/**/*.md"))]
 found = [f"{name}: {fault}" for name in documents if not (name.endswith(".ru.md") or name.startswith("docs/ru/"))
          for fault in judge(name, rows, source, build)]
 found += [f"tables/docs_blocks.txt: no such block: {row[0]} {row[1]}" for row in rows if row[-1] == "unused"]

@@ -10,7 +10,7 @@
 #include "gas/aga8.h"
 #include "gas/by_density.h"
 #include "gas/composition.h"
-#include "gas/half_powers.h"
+#include "gas/powers.h"
 #include "gas/vnic_smv.h"
 #include "props/gas_properties.h"
 

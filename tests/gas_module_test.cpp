@@ -17,9 +17,8 @@
 #include <utility>
 #include <vector>
 
-#include "frame/lifecycle.h"
 #include "gas/edge/gas_data.h"
-#include "gas/edge/loaded_constants.h"
+#include "gas/edge/module_state.h"
 #include "kalorfix_calculators.h"
 #include "kalorfix_gas.h"
 
@@ -87,7 +86,7 @@ TEST_F(GasModule, FillsEveryTableInTheOrderOfTheFile) {
     for (int b = 0; b < 31; ++b) {
         const Block& block = blocks[static_cast<std::size_t>(b)];
         EXPECT_EQ(Step_Init(b), sizes[b]);
-        EXPECT_EQ(block.values, sizes[b]) << block.name;
+        EXPECT_EQ(block.values, static_cast<std::size_t>(sizes[b])) << block.name;
         for (int k = 0; k < sizes[b]; ++k, ++next) ASSERT_EQ((*block.table)[k], next) << block.name << k;
     }
     for (const int none : {-1, 31, 1000, INT32_MIN, INT32_MAX}) EXPECT_EQ(Step_Init(none), 0);
@@ -172,8 +171,7 @@ TEST_F(GasModule, IsRefusedTableByTable) {
     }
     std::size_t bytes = file_bytes;
     std::set<std::string> expected;
-    for (std::size_t b = gas::edge::block_count; b-- > 0;
-         bytes -= 4 * static_cast<std::size_t>(blocks[b].values)) {
+    for (std::size_t b = gas::edge::block_count; b-- > 0; bytes -= 4 * blocks[b].values) {
         expected.merge(readers(blocks[b].name));
         if (expected.contains("PF3_4")) expected.insert("PF5");  // for want of the state that it starts from
         load(whole.substr(0, bytes - 1));

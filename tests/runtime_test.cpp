@@ -40,7 +40,7 @@ TEST(Files, AreNamedByDirectoryAndRest) {
     EXPECT_STREQ(path, "/a/b");
     EXPECT_FALSE(kalorfix::join_path(path, 4, "/a", "/b"));
     EXPECT_STREQ(path, "");
-    EXPECT_FALSE(kalorfix::is_regular(-1));
+    EXPECT_FALSE(kalorfix::is_regular_or_new("/"));
     EXPECT_TRUE(!kalorfix::open_regular(nullptr, "r") && !kalorfix::open_regular("/proc/self/exe", nullptr));
 }
 

@@ -14,7 +14,7 @@
 
 #include "flow/fixed_point.h"
 #include "gas/aga8.h"
-#include "gas/edge/loaded_constants.h"
+#include "gas/edge/gas_data.h"
 #include "gas/vnic_smv.h"
 #include "kalorfix.h"
 #include "kalorfix_calculators.h"

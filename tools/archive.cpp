@@ -7,6 +7,7 @@
 
 #include "tools/cells.h"
 #include "tools/text.h"
+#include "tools/units.h"
 
 namespace kalorfix::tool {
 namespace {
@@ -18,7 +19,6 @@ struct OwnColumn {
     Own what;
     double factor;
 };
-constexpr double GJ_per_Gcal = 4.1868;
 constexpr OwnColumn own_columns[] = {
     {"mass_t", Own::mass, 1.0},
     {"mass_kg", Own::mass, 1e-3},

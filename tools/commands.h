@@ -12,7 +12,7 @@ namespace kalorfix::tool {
 struct Option {
     std::string name;   ///< "--t", "-o,--output", or STATION for an argument without a name of its own
     std::string value;  ///< what stands for the value in the help; nothing for a switch
-    std::string what;   ///< a line of the help, or several
+    std::string what;   ///< a line of the help, or several; nothing: not in the help
     std::variant<std::string*, bool*> target;
     bool required = false;
 };

@@ -15,6 +15,7 @@
 #include "tools/closest.h"
 #include "tools/commands.h"
 #include "tools/host.h"
+#include "tools/manual.h"
 #include "tools/output_file.h"
 #include "tools/station/station_keys.h"
 #include "tools/text.h"
@@ -35,6 +36,7 @@ void describe(CLI::App& app, const Command& command) {
                         ->option_text(option.value)
                         ->check(not_empty);
         added->required(option.required);
+        if (option.what.empty()) added->group("");  // not in the help
     }
     app.footer(command.notes);
     for (const Command& one : command.commands) {
@@ -152,14 +154,19 @@ int help(const CLI::App& app, const std::string& overview, const Command& all, c
 int run(int argc, char** argv) {
     constexpr std::size_t option_column = 20;
     std::string library, gas_data;
-    std::string word, overview;
+    std::string word, page, overview;
     Command all = program(library, gas_data);
     CLI::App app{all.what, all.name};
     all.commands.push_back({.name = "help",
                             .what = "The help of a command, or of a key of a station file.",
                             .notes = "",
-                            .options = {{"WORD", "[WORD]", "command, or key such as D20_mm", &word}},
-                            .run = [&](const Installation&) { return help(app, overview, all, word); }});
+                            .options = {{"WORD", "[WORD]", "command, or key such as D20_mm", &word},
+                                        {"--man", "TEMPLATE", "", &page}},
+                            .run = [&](const Installation&) {
+                                if (page.empty()) return help(app, overview, all, word);
+                                fmt::print("{}", manual_page(all, page));
+                                return 0;
+                            }});
     app.get_formatter()->column_width(option_column);
     describe(app, all);
     app.set_version_flag("--version", "kalorfix " KALORFIX_VERSION, "Print the version and exit");

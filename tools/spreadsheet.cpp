@@ -2,8 +2,9 @@
 #include "tools/spreadsheet.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+
+#include "tools/cells.h"
 
 namespace kalorfix::tool {
 namespace {
@@ -37,11 +38,7 @@ bool Spreadsheet::heading(Lines& lines, std::string_view& line) {
     if (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF"))
         lines.fail("this is text in UTF-16; save it as CSV in UTF-8 and give that file");
     if (line.size() <= 5 && line.starts_with("sep=") && !lines.next_entry(line)) return false;
-    for (const char separator : {';', '\t', ','})
-        if (line.find(separator) != std::string_view::npos) {
-            separator_ = separator;
-            break;
-        }
+    separator_ = separator_of(line);
     return true;
 }
 
@@ -140,21 +137,14 @@ std::string Spreadsheet::wrong_count(std::size_t expected, std::size_t found) co
 
 std::string with_decimal_commas(std::string_view line) {
     std::string out;
-    for (std::size_t begin = 0; begin <= line.size();) {
-        std::size_t end = begin;
-        for (bool quoted = false; end < line.size() && (quoted || line[end] != ','); ++end)
-            if (line[end] == '"') quoted = !quoted;
-        std::string cell(line.substr(begin, end - begin));
-        const bool last = end >= line.size();
-        const std::string_view bare = trimmed(cell, "\n");
-        if (parse<double>(bare))
+    for (const std::string_view raw : raw_cells(line, ',')) {
+        std::string cell(raw);
+        if (parse<double>(trimmed(cell, "\n")))
             std::ranges::replace(cell, '.', ',');
         else if (cell.find(';') != std::string::npos && !cell.starts_with('"'))
             cell = '"' + cell + '"';
+        if (raw.data() != line.data()) out += ';';
         out += cell;
-        if (last) break;
-        out += ';';
-        begin = end + 1;
     }
     return out;
 }

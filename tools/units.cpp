@@ -12,7 +12,7 @@ using enum Dimension;
 constexpr double kgf_N = 9.80665, mmHg_Pa = 133.322387415, inch_mm = 25.4, pound_kg = 0.45359237;
 constexpr double psi_Pa = pound_kg * kgf_N / (inch_mm * inch_mm * 1e-6), foot_m = 12.0 * inch_mm * 1e-3;
 constexpr double zero_celsius_K = 273.15, zero_celsius_F = 32.0, K_per_F = 5.0 / 9.0;
-constexpr double GJ_per_Gcal = 4.1868, GJ_per_MWh = 3.6, s_per_h = 3600.0, h_per_d = 24.0;
+constexpr double GJ_per_MWh = 3.6, s_per_h = 3600.0, h_per_d = 24.0;
 
 constexpr Unit units[] = {
     {temperature, "C", 1.0},

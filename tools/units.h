@@ -38,4 +38,17 @@ struct Unit {
 /// The names of a dimension's units, as columns write them: "Pa, kPa, ..., kgf_cm2".
 [[nodiscard]] std::string unit_names(Dimension dimension);
 
+inline constexpr double GJ_per_Gcal = 4.1868;
+
+/// MJ in a cubic metre at standard conditions, of a heat of combustion as VNIC SMV gives it: 0 kJ or 1 kcal, in a cubic metre at 0: 0
+/// or 1: 20 degC, of which one holds as much less as an ideal gas expands.
+template <class Number>
+[[nodiscard]] constexpr Number heat_MJ_m3(Number heat, int unit, int basis) {
+    constexpr auto kJ_per_kcal = static_cast<Number>(GJ_per_Gcal), MJ_per_kJ = static_cast<Number>(0.001);
+    constexpr Number expansion = static_cast<Number>(293.15) / static_cast<Number>(273.15);
+    if (unit == 1) heat *= kJ_per_kcal;
+    if (basis == 0) heat /= expansion;
+    return heat * MJ_per_kJ;
+}
+
 }  // namespace kalorfix::tool

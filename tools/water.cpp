@@ -263,7 +263,7 @@ Command water_command() {
         {{"--t", "T", "temperature, 0..800 degC", &request->t},
          {"--p", "P", "absolute pressure, 0..100 MPa", &request->p},
          {"--mode", "MODE",
-          "state: at --t and --p (default)\n"
+          "state: at --t and --p (default);\n"
           "saturated: water and vapour at --t, 0..371.85 degC, or at --p,\n0.001..21.5 MPa (--svg draws the "
           "vapour)",
           &request->mode},

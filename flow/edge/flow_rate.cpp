@@ -2,7 +2,8 @@
 // The members that solve the flow equation and derive the flows of a medium.
 #include "flow/flow_rate.h"
 
-#include "flow/amounts.h"
+#include <tuple>
+
 #include "flow/fixed_point.h"
 #include "kalorfix_calculators.h"
 #include "runtime/judged.h"
@@ -26,10 +27,7 @@ flow::FlowSolution averaging(cCommon2005& c, double dp, double rho) {
 }
 
 void store(cCommon2005& c, const flow::FlowSolution& found) {
-    c.epsilon = found.epsilon;
-    c.Re = found.Re;
-    c.C = found.C;
-    c.K_sh = found.K_sh;
+    std::tie(c.epsilon, c.Re, c.C, c.K_sh) = std::tie(found.epsilon, found.Re, found.C, found.K_sh);
     c.q_m = found.q_m_kgs;
 }
 
@@ -65,8 +63,7 @@ char outcome(cCommon2005& c, char calc, bool good) { return calc == 0 ? char{0} 
 
 char cCommon2005::mg_Param(char calc, double dp, double rho, double& q_m_out, double& q_v_out) {
     const bool good = measure(*this, calc, dp, rho);
-    q_m_out = q_m;
-    q_v_out = q_v;
+    std::tie(q_m_out, q_v_out) = std::tie(q_m, q_v);
     return outcome(*this, calc, good);
 }
 
@@ -81,10 +78,7 @@ char cCommon2005::Countq_mReCK_sh(int pass, double dp, double rho, double q_prev
 
 char cCommon2005::CountqmalphaepsilonRe(double dp, double rho) {
     const flow::FlowSolution found = averaging(*this, dp, rho);
-    epsilon = found.epsilon;
-    alpha_eps = found.alpha_eps;
-    q_m = found.q_m_kgs;
-    Re = found.Re;
+    std::tie(epsilon, alpha_eps, q_m, Re) = std::tie(found.epsilon, found.alpha_eps, found.q_m_kgs, found.Re);
     return judged(*this, flow::device_row(device_type).is_direct() && found.limit == flow::Limit::none &&
                              all_finite(epsilon, alpha_eps, q_m, Re));
 }
@@ -107,14 +101,8 @@ char cGas2005::mgn_Param(char calc, double dp, double rho, double rho_c, double 
         q_e = gas.q_e;
         good = all_finite(q_m, q_v, q_c, q_e);
     }
-    q_m_out = q_m;
-    q_v_out = q_v;
-    q_c_out = q_c;
-    q_e_out = q_e;
-    K_sh_out = K_sh;
-    C_out = C;
-    Re_out = Re;
-    epsilon_out = epsilon;
+    std::tie(q_m_out, q_v_out, q_c_out, q_e_out) = std::tie(q_m, q_v, q_c, q_e);
+    std::tie(K_sh_out, C_out, Re_out, epsilon_out) = std::tie(K_sh, C, Re, epsilon);
     return outcome(*this, calc, good);
 }
 
@@ -130,12 +118,7 @@ char cTeplo2005::mgn_Param(char calc, double dp, double rho, double h, double& q
         q_h = flow::heat_flow(device, {q_m, q_v}, h);
         good = all_finite(q_h);
     }
-    q_m_out = q_m;
-    q_v_out = q_v;
-    q_h_out = q_h;
-    K_sh_out = K_sh;
-    C_out = C;
-    Re_out = Re;
-    epsilon_out = epsilon;
+    std::tie(q_m_out, q_v_out, q_h_out) = std::tie(q_m, q_v, q_h);
+    std::tie(K_sh_out, C_out, Re_out, epsilon_out) = std::tie(K_sh, C, Re, epsilon);
     return outcome(*this, calc, good);
 }

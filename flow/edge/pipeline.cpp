@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The members that set a pipeline up and bring it to the working temperature.
 #include <numbers>
+#include <tuple>
 
 #include "flow/geometry.h"
 #include "kalorfix_calculators.h"
@@ -35,8 +36,7 @@ bool form_ratio(cCommon2005& c) {
     if (flow::check_ratio(device, c.beta) != flow::Limit::none) return false;
     if (device.family == flow::Family::orifice) {
         const double limit_m = flow::limit_edge_radius_m(c.IsGas(), c.phase == KALORFIX_WATER);
-        c.K_p =
-            flow::bluntness_correction(flow::edge_radius_m({limit_m, c.r_n0, c.tau, c.r_n_at_end == 1}), c.d);
+        c.K_p = flow::bluntness_correction(flow::edge_radius_m(limit_m, c.r_n0, c.tau, c.r_n_at_end == 1), c.d);
     } else if (device.is_standard()) {
         c.K_p = 1.0;
     }
@@ -50,13 +50,11 @@ char cCommon2005::Init_TR(char class_code, short type_code, char material_codes,
                           char radius_at_end, double interval_years, double alpha_eps_configured,
                           char& first_init) {
     first_init = 0;
-    if (!is_flag(class_code)) return 0;
+    if (!is_flag(class_code) || !is_flag(material_codes) || !is_flag(radius_at_end)) return 0;
     if (flow::device_row(type_code).family == flow::Family::none) return 0;
-    if (!is_flag(material_codes)) return 0;
     if (material_codes == 1 && !(flow::find_material(pipe_material) && flow::find_material(device_material)))
         return 0;
     if (D20_mm < 0.0 || d20_mm < 0.0 || R_sh_mm < 0.0 || r_n0_mm < 0.0) return 0;
-    if (!is_flag(radius_at_end)) return 0;
     if (interval_years < 0.0 || alpha_eps_configured < 0.0) return 0;
 
     constexpr unsigned char never_configured = 3;
@@ -89,8 +87,6 @@ char cCommon2005::Param_tr(double& D_mm, double& d_mm, double& beta_out, double&
                       (!flow::device_row(device_type).is_standard() || form_ratio(*this));
     D_mm = D * units::mm_per_m;
     d_mm = d * units::mm_per_m;
-    beta_out = beta;
-    E_out = E;
-    K_p_out = K_p;
+    std::tie(beta_out, E_out, K_p_out) = std::tie(beta, E, K_p);
     return judged(*this, good && all_finite(D_mm, d_mm));
 }

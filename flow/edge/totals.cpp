@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <tuple>
 
 #include "flow/device.h"
 #include "flow/integration.h"
@@ -23,15 +24,6 @@ const long ticks_per_second = sysconf(_SC_CLK_TCK);
 
 // Not made at the load: it is inexact, and a host may let that trap.
 double tick_s() { return 1.0 / static_cast<double>(ticks_per_second); }
-
-double flow_of(const cGas2005& c, std::size_t k) {
-    const double flows[] = {c.q_m, c.q_v, c.q_c, c.q_e};
-    return flows[k];
-}
-double flow_of(const cTeplo2005& c, std::size_t k) {
-    const double flows[] = {c.q_m, c.q_v, c.q_h};
-    return flows[k];
-}
 
 // Integrator channels count from 1; any number outside means the last one.
 template <class Calculator>
@@ -66,9 +58,10 @@ bool count(double total_prev, const flow::Passage& passage, const TotalOutputs& 
     return true;
 }
 
-template <class Calculator>
-char integrate(Calculator& c, unsigned short integrator, double q_ext, float total_host, double q_subst,
-               short exp10, const TotalOutputs& out) {
+// `flows` are those of the integrators.
+template <class Calculator, std::size_t flow_count>
+char integrate(Calculator& c, const double (&flows)[flow_count], unsigned short integrator, double q_ext,
+               float total_host, double q_subst, short exp10, const TotalOutputs& out) {
     const std::size_t k = index_of(c, integrator);
     const std::uint32_t now = kalorfix::tick_count();
     out.total = total_host;
@@ -80,7 +73,7 @@ char integrate(Calculator& c, unsigned short integrator, double q_ext, float tot
         c.last_tick[k] = now;  // the failed cycle's time is passed over
         return judged(c, false);
     }
-    const double q = external ? q_ext : flow_of(c, k);
+    const double q = external ? q_ext : flows[k];
     take_host_value(c.total[k], total_host);
     c.dt[k] =
         static_cast<float>(flow::elapsed_s(now, static_cast<std::uint32_t>(c.last_tick[k]), ticks_per_second));
@@ -149,15 +142,14 @@ char cCommon2005::in2_Param(float dt_s, float downtime_minutes, unsigned short s
     const flow::Interval next =
         flow::carry_on({interval_time_s, interval_start_total, last_result},
                        {dt_s, downtime_minutes, total_now, tick_s()}, flow::interval_length_s[set]);
-    interval_time_out = next.time_s;
-    interval_start_out = next.start_total;
-    result = next.result;
+    std::tie(interval_time_out, interval_start_out, result) =
+        std::tie(next.time_s, next.start_total, next.result);
     return all_finite(dt_s, downtime_minutes, next.time_s, next.start_total, next.result) ? 1 : 0;
 }
 
 char cGas2005::int_Param(unsigned short integrator, double q_ext, float total_host, double q_subst, short exp10,
                          double& total_out, double& downtime_part, double& downtime_min_out) {
-    return integrate(*this, integrator, q_ext, total_host, q_subst, exp10,
+    return integrate(*this, {q_m, q_v, q_c, q_e}, integrator, q_ext, total_host, q_subst, exp10,
                      {total_out, downtime_part, downtime_min_out});
 }
 
@@ -170,7 +162,7 @@ char cGas2005::int2_Param(unsigned short integrator, unsigned short set, float i
 
 char cTeplo2005::int_Param(unsigned short integrator, double q_ext, float total_host, double q_subst,
                            short exp10, double& total_out, double& downtime_part, double& downtime_min_out) {
-    return integrate(*this, integrator, q_ext, total_host, q_subst, exp10,
+    return integrate(*this, {q_m, q_v, q_h}, integrator, q_ext, total_host, q_subst, exp10,
                      {total_out, downtime_part, downtime_min_out});
 }
 

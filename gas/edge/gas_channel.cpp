@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <tuple>
 
 #include "gas/edge/methods.h"
 #include "gas/edge/module_state.h"
@@ -24,7 +25,7 @@ bool within_window(double T_K, double p_MPa) {
     return 250.0 < T_K && T_K < 340.0 && 0.001 < p_MPa && p_MPa < 30.0;
 }
 
-bool by_density(short method) { return method == KALORFIX_NX19 || method == KALORFIX_GERG91; }
+bool takes_density(short method) { return method == KALORFIX_NX19 || method == KALORFIX_GERG91; }
 
 // A NaN is neither below nor above: it is left to the method.
 bool any_outside(const Values& x, double upper) {
@@ -43,21 +44,21 @@ bool find_by_density(cGas2005& c, const edge::Query& query) {
     const double CO2 = c.Xi_in[gas::carbon_dioxide];
     if (!(0.0 <= c.Ro_c && c.Ro_c <= 1.0 && 0.0 <= N2 && N2 <= 100.0 && 0.0 <= CO2 && CO2 <= 100.0))
         return false;
-    const auto method = c.Method == KALORFIX_NX19 ? edge::DensityMethod::nx19 : edge::DensityMethod::gerg91;
-    const edge::Found found = edge::by_density(method, query, static_cast<float>(N2), static_cast<float>(CO2),
-                                               static_cast<float>(c.Ro_c));
-    c.K_c = found.K;
-    return found.done;
+    const float found =
+        edge::by_density(c.Method == KALORFIX_NX19 ? gas::nx19 : gas::gerg91, query, static_cast<float>(N2),
+                         static_cast<float>(CO2), static_cast<float>(c.Ro_c));
+    c.K_c = found;
+    return edge::usable(found);
 }
 
 // K and density at standard conditions by the composition, which stays in the module state.
 bool find_by_composition(cGas2005& c, const edge::Query& query, const gas::Composition& composition) {
     edge::store(composition);
     c.Ro_c = edge::standard_density(composition);
-    const edge::Found found =
-        c.Method == KALORFIX_AGA8_92DC ? edge::aga8(composition, query) : edge::vnic(composition, query);
-    c.K_c = found.K;
-    return found.done && c.Ro_c > 0.0;  // without it there is no flow at standard conditions
+    const float found =
+        c.Method == KALORFIX_AGA8_92DC ? edge::by_aga8(composition, query) : edge::by_vnic(composition, query);
+    c.K_c = found;
+    return edge::usable(found) && c.Ro_c > 0.0;  // without it there is no flow at standard conditions
 }
 
 }  // namespace
@@ -81,15 +82,13 @@ char cGas2005::Param_gs(double t_in, double p_meas, double rho_col, double h_col
         const double p_MPa = p * units::MPa_per_Pa;
         const edge::Query query{static_cast<float>(T), 0.0F, static_cast<float>(p_MPa)};
         good = within_window(T, p_MPa);
-        if (good && by_density(method)) {
+        if (good && takes_density(method)) {
             good = find_by_density(*this, query);
         } else if (good) {
             if (any_outside(x, fractions == 0 ? 100.0 : 1.0)) return kalorfix::judged(*this, false);
             good = find_by_composition(*this, query, composition_of(x, fractions != 0));
         }
     }
-    sum_out = Xi_sum;
-    K_out = K_c;
-    rho_c_out = Ro_c;
+    std::tie(sum_out, K_out, rho_c_out) = std::tie(Xi_sum, K_c, Ro_c);
     return kalorfix::judged(*this, good && K_c < highest_accepted_K && kalorfix::all_finite(Xi_sum, K_c, Ro_c));
 }

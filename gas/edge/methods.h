@@ -12,22 +12,17 @@ struct Query {
     float T_K, dp_kPa, p_MPa;
 };
 
-/// K, and whether it is usable: finite and above 0.
-struct Found {
-    float K;
-    bool done;
-};
+/// Whether the K of a method is one, finite and above 0; the others tell that the method failed.
+[[nodiscard]] bool usable(float coefficient);
 
-enum class DensityMethod { nx19, gerg91 };
-
-/// By density and contents: as they were handed in, or those of the working composition.
-[[nodiscard]] Found by_density(DensityMethod method, const Query& query, float N2_pct, float CO2_pct,
+/// By density and contents, nx19 or gerg91.
+using DensityMethod = double (&)(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind);
+[[nodiscard]] float by_density(DensityMethod method, const Query& query, float N2_pct, float CO2_pct,
                                float rho_c);
-[[nodiscard]] Found by_density_of_composition(DensityMethod method, const Query& query);
 
-/// By the equation of state of a composition. Not done, K 0, where the gas has no root or a table is missing.
-[[nodiscard]] Found aga8(const Composition& gas, const Query& query);
-[[nodiscard]] Found vnic(const Composition& gas, const Query& query);
+/// By the equation of state of a composition. 0 where the gas has no root or a table is missing.
+[[nodiscard]] float by_aga8(const Composition& gas, const Query& query);
+[[nodiscard]] float by_vnic(const Composition& gas, const Query& query);
 
 /// Density of a composition at standard conditions, left in Roc; 0 while a table is missing.
 float standard_density(const Composition& gas);

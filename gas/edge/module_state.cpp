@@ -3,8 +3,8 @@
 #include "gas/edge/module_state.h"
 
 #include <algorithm>
+#include <numeric>
 
-#include "gas/edge/gas_data.h"
 #include "kalorfix_gas.h"
 
 char PATH_SRAM_FOR_LOADTABL[100];
@@ -47,12 +47,9 @@ constexpr std::array<Block, block_count> blocks{{
     {&B1ij, "B1ij", 48},
 }};
 
-constexpr std::size_t total_values() {
-    std::size_t sum = 0;
-    for (const Block& block : blocks) sum += static_cast<std::size_t>(block.values);
-    return sum;
-}
-static_assert(total_values() == file_values);
+static_assert(std::accumulate(blocks.begin(), blocks.end(), std::size_t{0},
+                              [](std::size_t sum, const Block& block) { return sum + block.values; }) ==
+              file_values);
 
 void store(const Composition& gas) {
     std::copy(gas.x.begin(), gas.x.end(), Xi);

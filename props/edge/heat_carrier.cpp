@@ -2,6 +2,8 @@
 // Heat-carrier channel: state, phase and properties.
 #include "props/heat_carrier.h"
 
+#include <tuple>
+
 #include "kalorfix_calculators.h"
 #include "runtime/judged.h"
 #include "runtime/units.h"
@@ -31,9 +33,7 @@ char cTeplo2005::Param_tn(double t_in, double p_in, double hA, double hB, double
             phase_tn = static_cast<short>(state.phase);
         }
     }
-    ps = p_sat;
-    ts = T_sat;
-    phase_out = phase_tn;
+    std::tie(ps, ts, phase_out) = std::tie(p_sat, T_sat, phase_tn);
     return judged(*this, good);
 }
 
@@ -47,17 +47,12 @@ char cTeplo2005::tf_Param(char source, unsigned short phase_req, double x, doubl
         in_phase = water::carrier_properties(static_cast<water::Phase>(phase), t + units::zero_celsius_K,
                                              p * units::MPa_per_Pa, x);
     if (in_phase.at_saturation) p = p_sat * units::Pa_per_MPa;
-    water::Properties& found = in_phase.found;
-    const bool good =
-        in_phase.good && kalorfix::all_finite(found.rho_kgm3, found.mu_uPas, found.h_kJ_kg, found.kappa);
-    if (!good) found = water::Properties{};
+    const water::Properties& found = in_phase.found;
     rho_w = found.rho_kgm3;
     mu = found.mu_uPas * units::Pas_per_uPas;
     h_w = found.h_kJ_kg;
     kappa = found.kappa;
-    ro_out = rho_w;
     mu_out = mu * units::uPas_per_Pas;
-    h_out = h_w;
-    kappa_out = kappa;
-    return judged(*this, good);
+    std::tie(ro_out, h_out, kappa_out) = std::tie(rho_w, h_w, kappa);
+    return judged(*this, in_phase.good);
 }

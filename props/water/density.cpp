@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "props/water/saturation.h"
+#include "runtime/bracketed_zero.h"
 
 namespace kalorfix::water {
 namespace {
@@ -52,29 +53,17 @@ bool iterate(const ResidualAt& residual, const DensityProblem& problem, DensityR
     return false;
 }
 
-// Newton steps kept inside a bracket whose ends have opposite signs; bisection where a step leaves the bracket
-// or the bracket shrinks too slowly. The states that come here lie so close to the critical point that the
-// critical density separates the sides: the sign of the equation there tells on which one a root exists.
+// Newton steps kept inside a bracket. The states that come here lie so close to the critical point that the critical density
+// separates the sides: the sign of the equation there tells on which one a root exists.
 bool bracket(const ResidualAt& residual, const DensityProblem& problem, DensityRoot& root) {
     constexpr double resolution = 4e-16;
-    double low = 0.0;
-    double high = upper_bound;
-    double width = 2.0 * (high - low);
-    for (double delta = 1.0; root.steps < step_cap + bracket_step_cap;) {
-        const DensityDerivatives at = residual.density_derivatives(delta);
-        ++root.steps;
-        const double excess = delta * at.compressibility() - problem.target;
-        (excess < 0.0 ? low : high) = delta;
-        double next = delta - excess / at.stiffness();
-        if (!(next > low && next < high) || high - low > 0.5 * width) next = 0.5 * (low + high);
-        width = high - low;
-        if (std::fabs(next - delta) <= resolution * delta) {
-            root.delta = next;
-            return true;
-        }
-        delta = next;
-    }
-    return false;
+    root.delta = 1.0;
+    return bracketed_zero(0.0, upper_bound, resolution, step_cap + bracket_step_cap - root.steps, root.delta,
+                          [&](double delta) {
+                              const DensityDerivatives at = residual.density_derivatives(delta);
+                              ++root.steps;
+                              return Tangent{delta * at.compressibility() - problem.target, at.stiffness()};
+                          });
 }
 
 // Compressed liquid: Tait's equation over the saturated liquid, its constants fitted to IAPWS-95 up to 610 K and 100 MPa, where it
@@ -117,10 +106,10 @@ DensityProblem single_phase_problem(const ResidualAt& residual, double T_K, doub
         const double p_sat_MPa = saturation_pressure_MPa(T_K);
         if (p_MPa / critical_pressure_MPa >= p_sat_MPa / critical_pressure_MPa)
             return {target, liquid_start(T_K, p_MPa, p_sat_MPa)};
-        return {target, virial_start(discriminant, target)};
+    } else if (!(discriminant > dilute)) {
+        return {target, supercritical_start(theta, target)};
     }
-    if (discriminant > dilute) return {target, virial_start(discriminant, target)};
-    return {target, supercritical_start(theta, target)};
+    return {target, virial_start(discriminant, target)};
 }
 
 DensityProblem saturated_vapour_problem(double T_K) {

@@ -22,57 +22,37 @@ constexpr double felt_in_higher_order = 20.0;
 constexpr double negligible_above_critical = 44.0;
 constexpr double negligible_below_critical = 38.5;
 
-constexpr int max_delta_power = 15;
-
 // --- Layout of the merged power terms, derived from the printed table --------------------------------
 
-struct MergedTerm {
-    int group;  // index into group_exponents
-    int d;
-};
-
 constexpr std::array<int, 6> group_exponents{0, 1, 2, 3, 4, 6};  // c of exp(-delta^c)
-
-constexpr int group_of(int c) {
-    for (std::size_t g = 0; g < group_exponents.size(); ++g)
-        if (group_exponents[g] == c) return static_cast<int>(g);
-    return -1;
-}
+constexpr int max_delta_power = 15;
 
 struct Layout {
-    std::array<MergedTerm, merged_term_count> merged{};
+    std::array<int, merged_term_count> c{}, d{};                        // of each merged term
     std::array<std::size_t, power_terms.size()> merged_of{};            // term -> merged term
     std::array<std::size_t, group_exponents.size() + 1> group_begin{};  // group -> first merged term
 };
 
 constexpr Layout make_layout() {
-    Layout layout;
+    Layout made;
     std::size_t m = 0;
     for (std::size_t k = 0; k < power_terms.size(); ++k) {
-        if (k > 0 && (power_terms[k].c != power_terms[k - 1].c || power_terms[k].d != power_terms[k - 1].d))
-            ++m;
-        layout.merged_of[k] = m;
-        layout.merged[m] = {group_of(power_terms[k].c), power_terms[k].d};
+        if (k > 0 && (power_terms[k].c != made.c[m] || power_terms[k].d != made.d[m])) ++m;
+        made.merged_of[k] = m;
+        made.c[m] = power_terms[k].c;
+        made.d[m] = power_terms[k].d;
     }
-    for (std::size_t g = 0; g <= group_exponents.size(); ++g) {
-        std::size_t first = 0;
-        while (first < merged_term_count && layout.merged[first].group < static_cast<int>(g)) ++first;
-        layout.group_begin[g] = first;
+    for (std::size_t g = 0; g < group_exponents.size(); ++g) {
+        std::size_t& end = made.group_begin[g + 1] = made.group_begin[g];
+        while (end <= m && made.c[end] == group_exponents[g]) ++end;
     }
-    return layout;
+    return made;
 }
 
 constexpr Layout layout = make_layout();
-
-constexpr bool layout_holds() {
-    for (std::size_t m = 0; m < merged_term_count; ++m) {
-        if (layout.merged[m].group < 0 || layout.merged[m].d < 1 || layout.merged[m].d > max_delta_power)
-            return false;
-        if (m > 0 && layout.merged[m].group < layout.merged[m - 1].group) return false;
-    }
-    return true;
-}
-static_assert(layout_holds(), "the printed table must be sorted by c, with known c and 1 <= d <= 15");
+static_assert(layout.merged_of.back() + 1 == merged_term_count);
+static_assert(layout.group_begin.back() == merged_term_count, "the table must be sorted by c, with known c");
+static_assert(std::ranges::max(layout.d) == max_delta_power);
 
 // --- Powers of tau -----------------------------------------------------------------------------------
 
@@ -80,19 +60,11 @@ static_assert(layout_holds(), "the printed table must be sorted by c, with known
 // half, but 50 of 44 and 6.
 constexpr std::array<std::size_t, 18> tau_chain{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 16, 22, 23, 44, 46, 50};
 constexpr std::size_t larger_factor(std::size_t power) { return power == 50 ? 44 : (power + 1) / 2; }
-constexpr int max_tau_power = 50;
-constexpr std::size_t polynomial_terms = 7;  // terms 1..7 have exponents in eighths, the others integers
-
-constexpr bool chain_covers_table() {
-    for (std::size_t k = polynomial_terms; k < power_terms.size(); ++k) {
-        bool found = power_terms[k].t == 1.0;
-        for (const std::size_t power : tau_chain)
-            found = found || power_terms[k].t == static_cast<double>(power);
-        if (!found) return false;
-    }
-    return true;
-}
-static_assert(chain_covers_table(), "every integer exponent of tau needs a step in the chain");
+// Terms 1..7 have exponents in eighths, up to 1, the others integers.
+constexpr std::size_t polynomial_terms = 7;
+static_assert(std::ranges::all_of(power_terms, [](const PowerTerm& term) {
+    return term.t <= 1.0 || std::ranges::find(tau_chain, static_cast<std::size_t>(term.t)) != tau_chain.end();
+}));
 
 // tau^(eighths/8) for the exponents of terms 1..7: -0.5, 0.375, 0.5, 0.75, 0.875, 1. The roots are those of 2nd, 4th and 8th degree.
 double eighth_power(double tau, const std::array<double, 3>& roots, double exponent) {
@@ -129,7 +101,7 @@ Moments<order, Value> moments(const std::array<Value, merged_term_count>& a, con
     constexpr std::size_t count = layout.group_begin[group + 1] - begin;
     Moments<order, Value> sum{};
     unrolled<count>([&]<std::size_t k>() {
-        constexpr int d = layout.merged[begin + k].d;
+        constexpr int d = layout.d[begin + k];
         Value x = a[begin + k] * delta.power[static_cast<std::size_t>(d)];
         for (Value& moment : sum) {
             moment += x;
@@ -178,7 +150,7 @@ struct Decay {
 }  // namespace
 
 ResidualAt::ResidualAt(double tau) : tau_(tau) {
-    std::array<double, max_tau_power + 1> power{};
+    std::array<double, tau_chain.back() + 1> power{};
     power[1] = tau;
     unrolled<tau_chain.size()>([&]<std::size_t k>() {
         constexpr std::size_t whole = tau_chain[k], larger = larger_factor(whole);
@@ -199,7 +171,7 @@ ResidualAt::ResidualAt(double tau) : tau_(tau) {
 
     second_virial_ = 0.0;
     unrolled<merged_term_count>([&]<std::size_t m>() {
-        if constexpr (layout.merged[m].d == 1) second_virial_ += merged_[m];
+        if constexpr (layout.d[m] == 1) second_virial_ += merged_[m];
     });
 
     gaussian_sum_ = 0.0;
@@ -251,8 +223,10 @@ DensityDerivatives ResidualAt::density_derivatives(double delta) const {
     }
 
     // From powers of delta d/d(delta) to delta^n times the n-th derivative.
-    return {first + nonanalytic.d, second - first + nonanalytic.dd, third - 3.0 * second + 2.0 * first,
-            fourth - 6.0 * third + 11.0 * second - 6.0 * first, critical};
+    return {{first + nonanalytic.d, second - first + nonanalytic.dd},
+            third - 3.0 * second + 2.0 * first,
+            fourth - 6.0 * third + 11.0 * second - 6.0 * first,
+            critical};
 }
 
 Helmholtz ResidualAt::all(double delta) const {

@@ -12,14 +12,10 @@
 
 namespace kalorfix::water {
 
-/// Derivatives by density alone: all that a step of the density iteration needs. Those of third and fourth order leave out
-/// terms 55 and 56: they only make the step longer.
-struct DensityDerivatives {
-    double d;       ///< delta phi_d
-    double dd;      ///< delta^2 phi_dd
-    double ddd;     ///< delta^3 phi_ddd
-    double dddd;    ///< delta^4 phi_dddd
-    bool critical;  ///< so close to the critical point that what is left out counts
+/// The derivatives that the pressure and its slope follow from.
+struct PressureTerms {
+    double d;   ///< delta phi_d
+    double dd;  ///< delta^2 phi_dd
 
     /// p / (rho R T)
     [[nodiscard]] double compressibility() const { return 1.0 + d; }
@@ -27,17 +23,20 @@ struct DensityDerivatives {
     [[nodiscard]] double stiffness() const { return 1.0 + 2.0 * d + dd; }
 };
 
+/// Derivatives by density alone: all that a step of the density iteration needs. Those of third and fourth order leave out
+/// terms 55 and 56: they only make the step longer.
+struct DensityDerivatives : PressureTerms {
+    double ddd;     ///< delta^3 phi_ddd
+    double dddd;    ///< delta^4 phi_dddd
+    bool critical;  ///< so close to the critical point that what is left out counts
+};
+
 /// The residual function with all its first and second derivatives, in logarithmic form.
-struct Helmholtz {
+struct Helmholtz : PressureTerms {
     double phi;
-    double d;   ///< delta phi_d
-    double dd;  ///< delta^2 phi_dd
     double t;   ///< tau phi_t
     double tt;  ///< tau^2 phi_tt
     double dt;  ///< delta tau phi_dt
-
-    [[nodiscard]] double compressibility() const { return 1.0 + d; }
-    [[nodiscard]] double stiffness() const { return 1.0 + 2.0 * d + dd; }
 };
 
 // Terms 55 and 56, n delta Delta^b psi, which bend the isotherms at the critical point.
@@ -51,14 +50,8 @@ struct Helmholtz {
 /// eq. 6 and table 5). Nothing is added where Delta is 0: at the critical point itself the second derivatives do not exist.
 void add_nonanalytic(double delta, double tau, double negligible, Helmholtz& sum);
 
-/// Number of power terms that differ in (c, d): at a fixed tau each such group is one coefficient.
-constexpr std::size_t count_merged_terms() {
-    std::size_t count = 1;
-    for (std::size_t k = 1; k < power_terms.size(); ++k)
-        count += power_terms[k].c != power_terms[k - 1].c || power_terms[k].d != power_terms[k - 1].d;
-    return count;
-}
-inline constexpr std::size_t merged_term_count = count_merged_terms();
+/// Number of power terms that differ in (c, d): at a fixed tau those that do not are one coefficient.
+inline constexpr std::size_t merged_term_count = 31;
 
 /// The residual part at one temperature. Construction collapses the 51 power terms into one polynomial
 /// in delta for each exponential factor; an evaluation then costs some six exponentials and short sums.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "props/water/water.h"
 
+#include <cmath>
+
 #include "props/water/density.h"
 #include "props/water/iapws95_tables.h"
 #include "props/water/saturation.h"
@@ -31,7 +33,9 @@ Properties properties_at(double T_K, double delta, const Helmholtz& r) {
 bool solve(double T_K, const ResidualAt& residual, const DensityProblem& problem, Properties& out) {
     const DensityRoot root = solve_density(residual, problem);
     if (!root.found) return false;
-    out = properties_at(T_K, root.delta, root.at);
+    const Properties found = properties_at(T_K, root.delta, root.at);
+    if (!std::isfinite(found.rho_kgm3 + found.mu_uPas + found.h_kJ_kg + found.kappa)) return false;
+    out = found;
     return true;
 }
 

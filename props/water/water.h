@@ -13,10 +13,7 @@ inline constexpr double max_pressure_MPa = 100.0;
 inline constexpr double near_critical_K = 645.0;
 
 struct Properties {
-    double rho_kgm3;
-    double mu_uPas;
-    double h_kJ_kg;
-    double kappa;
+    double rho_kgm3, mu_uPas, h_kJ_kg, kappa;
 };
 
 /// Whether a pressure is accepted: 0..100 MPa, not a NaN.
@@ -26,7 +23,7 @@ struct Properties {
 
 /// Single-phase state at T_K and p_MPa. Liquid where p is at or above the saturation pressure, vapour
 /// below it. False (properties zero) outside 273.15..1073.15 K, 0..100 MPa, for a NaN, and where the
-/// density cannot be found. At p = 0 the ideal-gas limits are given.
+/// density cannot be found or a property is not finite. At p = 0 the ideal-gas limits are given.
 /// IAPWS R6-95(2018); IAPS Formulation 1985 for the viscosity.
 [[nodiscard]] bool single_phase(double T_K, double p_MPa, Properties& out);
 

@@ -72,7 +72,7 @@ void edge(const Point& point, double d_m, std::vector<Rule>& rules) {
     }
     rules.push_back(in_range("initial radius of the edge", pipe.edge_radius_mm,
                              {0.0, limit_m * units::mm_per_m}, "mm", clause, Verdict::warn));
-    const double worn_m = flow::edge_radius_m({limit_m, initial_m, pipe.interval_years, pipe.edge_at_end});
+    const double worn_m = flow::edge_radius_m(limit_m, initial_m, pipe.interval_years, pipe.edge_at_end);
     const double K_p = flow::bluntness_correction(worn_m, d_m);
     rules.push_back({K_p > 1.0 ? Verdict::warn : Verdict::ok, "bluntness of the worn edge",
                      fmt::format("{:.4g} mm, K_p {:.5f}", worn_m * units::mm_per_m, K_p),
@@ -88,17 +88,16 @@ void sizes(const Point& point, double t_C, bool first, std::vector<Rule>& rules)
         {pipe.d20_mm * units::m_per_mm, pipe.device_material}, pipe.by_material, R_a_m, t_C);
     if (at_t.limit == Limit::device_temperature || at_t.limit == Limit::pipe_temperature) return;
     const double beta = at_t.d_m / at_t.D_m;
-    const auto bounds = [&](Limit limit) { return flow::bounds(limit, device, beta, at_t.D_m); };
     const std::string at = fmt::format(" at {:g} degC", t_C);
-    rules.push_back(in_range("pipe" + at, at_t.D_m * units::mm_per_m, in_mm(bounds(Limit::pipe_diameter)), "mm",
+    rules.push_back(in_range("pipe" + at, at_t.D_m * units::mm_per_m, in_mm({device.D_min, device.D_max}), "mm",
                              device.clause));
     if (device.d_min > 0.0)
-        rules.push_back(in_range("device" + at, at_t.d_m * units::mm_per_m,
-                                 in_mm(bounds(Limit::device_diameter)), "mm", device.clause));
-    rules.push_back(in_range("beta" + at, beta, bounds(Limit::diameter_ratio), "", device.clause));
+        rules.push_back(in_range("device" + at, at_t.d_m * units::mm_per_m, in_mm({.min = device.d_min}), "mm",
+                                 device.clause));
+    rules.push_back(in_range("beta" + at, beta, {device.beta_min, device.beta_max}, "", device.clause));
     if (std::isfinite(device.R_a_max))
         rules.push_back(
-            in_range("roughness R_a/D" + at, R_a_m / at_t.D_m, bounds(Limit::roughness), "", device.clause));
+            in_range("roughness R_a/D" + at, R_a_m / at_t.D_m, {.max = device.R_a_max}, "", device.clause));
     if (first && device.family == flow::Family::orifice) edge(point, at_t.d_m, rules);
 }
 

@@ -6,6 +6,7 @@
 #include "runtime/units.h"
 #include "tools/metering/refusal.h"
 #include "tools/names.h"
+#include "tools/units.h"
 
 namespace kalorfix::metering {
 namespace {
@@ -33,14 +34,10 @@ void leave_contents(const host::Library& library, const Gas& gas) {
     std::apply(param_gs, x);
 }
 
-// MJ in a cubic metre at standard conditions: VNIC SMV gives kJ or kcal, in a cubic metre at 0 or 20 degC.
+// MJ in a cubic metre at standard conditions, as all methods but VNIC SMV give it.
 double energy_MJ_m3(const Gas& gas, const Properties& out) {
-    constexpr double kJ_per_kcal = 4.1868, MJ_per_kJ = 0.001, expansion = 293.15 / 273.15;
-    double heat = gas.by_higher_heat ? out.higher_heat : out.lower_heat;
-    if (gas.method != tool::vnic) return heat;
-    if (gas.heat_unit == 1) heat *= kJ_per_kcal;
-    if (gas.heat_basis == 0) heat /= expansion;
-    return heat * MJ_per_kJ;
+    const double heat = gas.by_higher_heat ? out.higher_heat : out.lower_heat;
+    return gas.method == tool::vnic ? tool::heat_MJ_m3(heat, gas.heat_unit, gas.heat_basis) : heat;
 }
 
 void find(const host::Library& library, const Point& point, const Gas& gas, double p_Pa, Properties& out) {

@@ -143,19 +143,20 @@ flow::FlowSolution solved_again(const Pipeline& pipe, const Sizes& sizes, const 
 
 std::string flow_words(const Pipeline& pipe, const Sizes& sizes, const flow::FlowSolution& found,
                        const Properties& medium, double dp_Pa, double Re) {
-    const flow::Range range = flow::bounds(found.limit, sizes.device, sizes.beta, sizes.at_t.D_m);
     if (found.limit == Limit::pressure_ratio)
-        return broken("dp/p", dp_Pa / medium.p_Pa, "exceeds", range.max, "");
+        return broken("dp/p", dp_Pa / medium.p_Pa, "exceeds", flow::max_pressure_ratio, "");
     if (dp_Pa < 0.0) return broken("dp", dp_Pa, "below", 0.0, "Pa");
     if (dp_Pa == 0.0) return "dp is 0: there is no flow to solve for";
     switch (found.limit) {
         case Limit::reynolds:
-            return in_words({"Re", Re, range}) +
+            return in_words({"Re", Re, sizes.device.reynolds(sizes.beta, sizes.at_t.D_m)}) +
                    (pipe.device <= 9 ? " for this device and beta" : " for this device");
         case Limit::nozzle_roughness:
-            return in_words({"roughness R/D", sizes.R_sh_m / sizes.at_t.D_m, range});
+            return in_words(
+                {"roughness R/D", sizes.R_sh_m / sizes.at_t.D_m, {.max = flow::max_nozzle_roughness}});
         case Limit::roughness_correction:
-            return in_words({"roughness correction", rough(sizes, found.Re), range});
+            return in_words(
+                {"roughness correction", rough(sizes, found.Re), {.max = flow::max_roughness_correction}});
         case Limit::passes:
             return fmt::format("the flow does not settle within {} passes, the last at Re {:.5g}",
                                flow::max_passes, Re);
@@ -205,7 +206,7 @@ void explain_geometry(const Pipeline& pipe, double t_C, FlowResult& out) {
     const Sizes sizes = sizes_of(pipe, t_C);
     out.limit = sizes.at_t.limit;
     if (out.limit == Limit::none) out.limit = flow::check_ratio(sizes.device, sizes.beta);
-    const flow::Range range = flow::bounds(out.limit, sizes.device, sizes.beta, sizes.at_t.D_m);
+    const flow::DeviceRow& device = sizes.device;
     out.refused = [&]() -> std::string {
         switch (out.limit) {
             case Limit::device_temperature:
@@ -213,13 +214,15 @@ void explain_geometry(const Pipeline& pipe, double t_C, FlowResult& out) {
             case Limit::pipe_temperature:
                 return material("pipe", pipe.pipe_material, t_C);
             case Limit::pipe_diameter:
-                return in_words({"pipe diameter", sizes.at_t.D_m, range, "mm", units::mm_per_m});
+                return in_words(
+                    {"pipe diameter", sizes.at_t.D_m, {device.D_min, device.D_max}, "mm", units::mm_per_m});
             case Limit::device_diameter:
-                return in_words({"device diameter", sizes.at_t.d_m, range, "mm", units::mm_per_m});
+                return in_words(
+                    {"device diameter", sizes.at_t.d_m, {.min = device.d_min}, "mm", units::mm_per_m});
             case Limit::roughness:
-                return in_words({"roughness R_a/D", sizes.R_a_m / sizes.at_t.D_m, range});
+                return in_words({"roughness R_a/D", sizes.R_a_m / sizes.at_t.D_m, {.max = device.R_a_max}});
             case Limit::diameter_ratio:
-                return in_words({"diameter ratio", sizes.beta, range});
+                return in_words({"diameter ratio", sizes.beta, {device.beta_min, device.beta_max}});
             default:
                 return unexplained("geometry");
         }

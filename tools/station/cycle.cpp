@@ -11,6 +11,7 @@
 #include <tuple>
 
 #include "tools/station/diagnosis.h"
+#include "tools/units.h"
 
 namespace kalorfix::tool::station {
 namespace {
@@ -93,14 +94,8 @@ bool geometry(const host::Library& library, const Channel& c, Outcome& out) {
 
 // The heat of combustion per cubic metre of the standard volume, MJ: q_e is q_c times 0.001 k, so that it comes out in GJ/h.
 float energy_factor(const Channel& c, const Outcome& out) {
-    constexpr float kJ_per_kcal = 4.1868F, MJ_per_kJ = 0.001F;
-    // The volume of an ideal gas at 20 degC over that at 0 degC: a cubic metre at 20 degC holds so much less.
-    constexpr float expansion = 293.15F / 273.15F;
-    float heat = c.gas.by_higher_heat ? out.higher_heat : out.lower_heat;
-    if (c.gas.method != vnic) return heat;
-    if (c.gas.heat_unit == 1) heat *= kJ_per_kcal;
-    if (c.gas.heat_basis == 0) heat /= expansion;
-    return heat * MJ_per_kJ;
+    const float heat = c.gas.by_higher_heat ? out.higher_heat : out.lower_heat;
+    return c.gas.method == vnic ? heat_MJ_m3(heat, c.gas.heat_unit, c.gas.heat_basis) : heat;
 }
 
 bool flow(const host::Library& library, const Channel& c, Outcome& out) {

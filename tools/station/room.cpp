@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "runtime/units.h"
 #include "tools/station/station_keys.h"
 
 namespace kalorfix::tool::station {
@@ -44,9 +45,8 @@ std::array<Peak, most_integrators> peaks_of(const host::Library& library, const 
 }  // namespace
 
 void Peaks::note(const Measured& row, const Channel& channel) {
-    constexpr double zero_celsius_K = 273.15;
     const double reading = row[measured_by(channel)];
-    const double T = row[Quantity::t_C] + zero_celsius_K, p = row[Quantity::p_Pa];
+    const double T = row[Quantity::t_C] + units::zero_celsius_K, p = row[Quantity::p_Pa];
     // Density rises with p/T: mass flow goes with the one, volume flow with the other.
     const std::array<double, 3 + most_integrators> now{
         reading,

@@ -1,35 +1,30 @@
 // SPDX-License-Identifier: MIT
-// Powers whose exponents are whole or half numbers, as those of the equations of state are, without the general power
-// function.
+// Powers without the general power function: those whose exponents are whole or half numbers, as in the equations of state, and the
+// two cube roots of the density methods.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace kalorfix::gas {
 
 /// An exponent u taken apart once: 2u as a whole number where that is exact and small.
-class HalfPower {
-public:
+struct HalfPower {
     static constexpr int limit = 63;  ///< of 2u, either way
 
     HalfPower() = default;
-    explicit HalfPower(double exponent) : exponent_(exponent) {
-        const bool small = std::fabs(exponent) <= 0.5 * limit;  // false for a NaN too
-        twice_ = small ? static_cast<int>(2.0 * exponent) : 0;
-        exact_ = small && static_cast<double>(twice_) == 2.0 * exponent;
+    explicit HalfPower(double u) : exponent(u) {
+        const bool small = std::fabs(u) <= 0.5 * limit;  // false for a NaN too
+        twice = small ? static_cast<int>(2.0 * u) : 0;
+        exact = small && static_cast<double>(twice) == 2.0 * u;
     }
 
-    [[nodiscard]] bool exact() const { return exact_; }
-    [[nodiscard]] int twice() const { return twice_; }  ///< 0 for one that is not exact
-    [[nodiscard]] double exponent() const { return exponent_; }
-
-private:
-    double exponent_ = 0.0;
-    int twice_ = 0;
-    bool exact_ = false;
+    double exponent = 0.0;
+    int twice = 0;  ///< 0 for one that is not exact
+    bool exact = false;
 };
 
 /// Of some exponents the least and the largest, doubled; 0 is always among them.
@@ -37,8 +32,8 @@ struct HalfPowerRange {
     int least = 0, largest = 0;
 
     void include(const HalfPower& u) {
-        least = std::min(least, u.twice());
-        largest = std::max(largest, u.twice());
+        least = std::min(least, u.twice);
+        largest = std::max(largest, u.twice);
     }
 };
 
@@ -54,10 +49,10 @@ public:
     }
 
     [[nodiscard]] double to(const HalfPower& u) const {
-        return u.exact() ? to_exact(u) : std::pow(base_, u.exponent());
+        return u.exact ? to_exact(u) : std::pow(base_, u.exponent);
     }
     /// The same for an exponent that is known to be exact.
-    [[nodiscard]] double to_exact(const HalfPower& u) const { return *(power_.data() + zero + u.twice()); }
+    [[nodiscard]] double to_exact(const HalfPower& u) const { return *(power_.data() + zero + u.twice); }
 
 private:
     static constexpr int zero = HalfPower::limit + 4;  // place of the exponent 0; the others by their double
@@ -79,5 +74,15 @@ private:
     double base_;
     std::array<double, 2 * zero + 1> power_;
 };
+
+enum class CubeRoot {
+    real,   ///< the real root, negative for a negative number
+    power,  ///< a power with exponent 1/3: not a number for a negative one
+};
+
+inline double cube_root(double value, CubeRoot kind) {
+    if (kind == CubeRoot::power && value < 0.0) return std::numeric_limits<double>::quiet_NaN();
+    return std::cbrt(value);
+}
 
 }  // namespace kalorfix::gas
