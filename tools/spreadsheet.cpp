@@ -32,10 +32,13 @@ bool can_be_thousands(std::string_view cell, std::size_t comma) {
 
 bool Spreadsheet::heading(Lines& lines, std::string_view& line) {
     if (!lines.next_entry(line)) return false;
-    if (line.starts_with("PK\x03\x04"))
+    if (line.starts_with("PK\x03\x04") || line.starts_with("\xD0\xCF\x11\xE0"))
         lines.fail("this is a workbook, not text; save the sheet as CSV and give that file");
-    if (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF"))
+    if (line.starts_with("\x1F\x8B")) lines.fail("this is compressed; unpack it and give the text");
+    if (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF") || line.find('\0') != line.npos)
         lines.fail("this is text in UTF-16; save it as CSV in UTF-8 and give that file");
+    if (line.find('\r') != line.npos)
+        lines.fail("its lines end with a carriage return alone; save it with the line ends of this system");
     if (line.size() <= 5 && line.starts_with("sep=") && !lines.next_entry(line)) return false;
     for (const char separator : {';', '\t', ','})
         if (line.find(separator) != std::string_view::npos) {
@@ -69,6 +72,7 @@ void Spreadsheet::split(const Lines& lines, std::string_view line, std::vector<s
 }
 
 std::optional<double> Spreadsheet::number(const Lines& lines, std::string_view cell) {
+    if (cell.size() > 1 && cell[0] == '+' && digits.find(cell[1]) != digits.npos) cell.remove_prefix(1);
     if (const std::optional<double> value = parse<double>(cell)) {
         if (mark_ != '.' && cell.find('.') != std::string_view::npos) note(lines, cell, '.');
         return std::isfinite(*value) ? value : std::nullopt;
@@ -130,6 +134,13 @@ void Spreadsheet::finish(const Lines& lines) const {
                      mark_ == 0 ? ", and no other number of the file tells; say --decimal comma, or write "
                                 : ", and other numbers of the file have a decimal point; write ",
                      ambiguous_, " or ", thousands);
+}
+
+char decimal_mark(const std::string& option) {
+    if (option == "comma") return ',';
+    if (!option.empty() && option != "point")
+        throw InputError("--decimal: there are comma and point, not '", option, "'");
+    return option.empty() ? '\0' : '.';
 }
 
 std::string Spreadsheet::wrong_count(std::size_t expected, std::size_t found) const {

@@ -16,6 +16,8 @@
 namespace kalorfix::tool::station {
 namespace {
 
+constexpr double tick_s = 0.01;  // of lengths that are the same
+
 // ---- The columns of a cycle, for CSV and JSON alike -----------------------------------------------------------
 
 // The integrators of both media.
@@ -75,18 +77,23 @@ void fill(const Cycle& cycle, Values& values) {
             const Interval& interval = registers[at(k)].interval[set];
             add(k >= 0 && interval.closed, interval.result);
         }
+    // Flows from elsewhere are refused one by one, so that their intervals may have closed after different times.
     for (std::size_t set = 0; set < 2; ++set) {
-        const auto closed =
-            std::ranges::find_if(registers, [set](const Register& one) { return one.interval[set].closed; });
-        add(closed != registers.end(),
-            closed == registers.end() ? 0.0F : static_cast<float>(closed->interval[set].length_s));
+        std::optional<double> length_s;
+        bool one_length = true;
+        for (const Register& one : registers) {
+            if (!one.interval[set].closed) continue;
+            const double own_s = one.interval[set].length_s;
+            one_length = one_length && std::fabs(own_s - length_s.value_or(own_s)) < tick_s;
+            length_s = own_s;
+        }
+        add(length_s && one_length, static_cast<float>(length_s.value_or(0.0)));
     }
 }
 
 // Hours or days that are not as long as they should be say how long they were.
 std::string length_of(const Interval& interval, std::size_t set) {
     constexpr std::array<double, 2> lengths{3600.0, 86400.0};
-    constexpr double tick_s = 0.01;
     if (std::fabs(interval.length_s - lengths[set]) < tick_s) return {};
     return fmt::format(" in {:.8g} s", interval.length_s);
 }
@@ -98,6 +105,9 @@ std::string summary_of(const Channel& c, const ChannelSummary& summary, TimeKind
     if (c.needs_gas_data())
         text += fmt::format("{:<11} composition sums to {:.7g} %{}\n", "", c.gas.sum_pct,
                             c.gas.normalised ? ", scaled to 100 %" : "");
+    if (summary.held > 0)
+        text +=
+            fmt::format("{:<11} readings that the registers hold already, passed over: {}\n", "", summary.held);
     if (summary.refused > 0) text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
     if (summary.at_rest > 0)
         text += fmt::format("{:<11} at rest, below the cut-off: {} of the computed, lowest dp {:.7g} kPa\n", "",
@@ -216,9 +226,9 @@ public:
             const ChannelSummary& summary = end.summaries[i];
             std::string line = fmt::format(
                 "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{},"
-                "\"at_rest\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
+                "\"at_rest\":{},\"held\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
                 json_text(channel.name), summary.computed, summary.refused, !end.interrupted.empty(),
-                summary.at_rest, summary.passed_over_s, summary.longest_s);
+                summary.at_rest, summary.held, summary.passed_over_s, summary.longest_s);
             for (std::size_t k = 0; summary.longest_s > 0.0 && k < integrator_count(channel.medium); ++k)
                 line += fmt::format(",\"longest_step_{}\":{}", integrator(channel.medium, k).name,
                                     summary.longest_amount[k]);

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <numeric>
 
@@ -15,8 +14,11 @@
 #include "tools/runtime.h"
 #include "tools/separate_files.h"
 #include "tools/simulated_clock.h"
+#include "tools/spreadsheet.h"
 #include "tools/station/example.h"
+#include "tools/station/progress.h"
 #include "tools/station/readings.h"
+#include "tools/station/readings_stream.h"
 #include "tools/station/room.h"
 #include "tools/station/station_keys.h"
 #include "tools/station/stops.h"
@@ -48,35 +50,6 @@ struct SessionEnd {
     void operator()(const host::Library* library) const { (*library)->Done(); }
 };
 using Session = std::unique_ptr<const host::Library, SessionEnd>;
-
-// How far a long run has come, on standard error when a person watches; now and then, once the run has taken a second.
-class Progress {
-public:
-    Progress(std::uint64_t whole, bool wanted)
-        : whole_(whole), watched_(wanted && isatty(STDERR_FILENO) == 1) {}
-    ~Progress() {
-        if (drawn_) std::fputs("\r\033[K", stderr);
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
-
-    void at(std::uint64_t done) {
-        constexpr unsigned calls_between_looks = 256;
-        if (!watched_ || ++calls_ % calls_between_looks != 0 || Clock::now() < next_) return;
-        next_ = Clock::now() + std::chrono::milliseconds(100);
-        drawn_ = true;
-        const auto percent = static_cast<int>(std::min(done, whole_) * 100 / whole_);
-        fmt::print(stderr, "\r[{:#<{}}{:.<{}}] {:3} %", "", percent / 2, "", 50 - percent / 2, percent);
-        std::fflush(stderr);
-    }
-
-private:
-    using Clock = std::chrono::steady_clock;
-    std::uint64_t whole_;
-    bool watched_, drawn_ = false;
-    unsigned calls_ = 0;
-    Clock::time_point next_ = Clock::now() + std::chrono::seconds(1);
-};
 
 // What the walks through the readings share.
 struct Job {
@@ -201,7 +174,10 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
         const Channel& channel = job.station.channels[row.channel];
         ChannelRegisters& kept = job.registers[row.channel];
         progress.at(job.readings.bytes_read());
-        if (is_counted(kept, row)) continue;
+        if (is_counted(kept, row)) {
+            ++account.summaries[row.channel].held;
+            continue;
+        }
         clock.set(row.time_s);
         double& from_s = counted_to[row.channel];
         const Elapsed elapsed{row.time_s - from_s, channel.longest_step_s};
@@ -216,6 +192,8 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
         note(account.summaries[row.channel], row, outcome, elapsed, job.readings.time_kind());
         results.cycle({channel, row, outcome, kept.reg});
     }
+    if (!signal_received && job.readings.bytes_read() < job.bytes)
+        throw InputError(job.readings.name(), ": has become shorter while it was read");
     return account;
 }
 
@@ -247,7 +225,8 @@ std::string how_to_go_on(int signal, const RunRequest& request, const std::strin
     if (request.registers_file.empty() && request.format == "json")
         return text + "; there are no registers in JSON to go on from";
     return text + "; go on with --continue " +
-           (file.empty() ? "and the file of these results" : printable(file));
+           (file.empty() ? "and the file of these results" : printable(file)) +
+           (request.registers_file.empty() || request.out.empty() ? "" : " and another --out");
 }
 
 // The registers may go on in their own file; else what is read is not written.
@@ -285,8 +264,7 @@ double check_request(const RunRequest& request) {
             "both to start from");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
-    if (!request.decimal.empty() && request.decimal != "comma" && request.decimal != "point")
-        throw InputError("--decimal: there are comma and point, not '", request.decimal, "'");
+    static_cast<void>(decimal_mark(request.decimal));
     if (request.decimal_commas && !request.format.empty() && request.format != "csv")
         throw InputError("--decimal-commas: has no meaning with --format ", request.format, "; leave it out");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
@@ -314,11 +292,8 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     Station station = read_station(library, request.station_file);
     take_longest_step(request, station);
     const bool needs_gas_data = std::ranges::any_of(station.channels, &Channel::needs_gas_data);
-    if (files.gas_data.empty() && !make && needs_gas_data)
-        throw InputError(
-            "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
-            "file");
-    if (!files.gas_data.empty() && needs_gas_data) gasdat::require_sound(files.gas_data);
+    // The demo goes without.
+    if (needs_gas_data && !(make && files.gas_data.empty())) gasdat::require_gas_data(files.gas_data);
 
     keep_files_apart(files, request, station);
 
@@ -327,13 +302,13 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     if (interrupted_copying && (!in || in->peek() == std::istream::traits_type::eof()))
         return nothing_done(interrupted_copying);
     signal_received = 0;
-    const char decimal = request.decimal.empty() ? '\0' : request.decimal == "comma" ? ',' : '.';
-    Readings readings(station, *in, request.readings, decimal);
+    Readings readings(station, *in, request.readings, decimal_mark(request.decimal));
     const TimeKind kind = readings.time_kind();
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
     check(job);
     if (signal_received) return nothing_done(signal_received);
+    readings.warn_of_end();
     name_stops(station, job.temperatures);
 
     OutputFile out(request.out);
