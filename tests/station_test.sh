@@ -39,17 +39,17 @@ run whole.csv "$station" "$day" --registers whole.reg
 python=$(command -v python3)
 [ -z "$python" ] || { "$python" "$examples/make_readings.py" | cmp - "$day" || fail "the generator does not give the readings"; }
 grep -q '^GAS 1,mass,t,0,' whole.reg || fail "no register of GAS 1"
-for sum in 'GAS 1:q_m_t_h:total_mass_t:1' 'GAS 1:q_e_GJ_h:total_energy_GJ:1' 'GAS 2:q_c_m3_h:total_standard_volume_m3:10' \
-    'HEAT 1:q_h_GJ_h:total_heat_GJ:1' 'HEAT 2:q_v_m3_h:total_volume_m3:1'; do
+for sum in 'GAS 1:q_m_t_h:total_mass_t' 'GAS 1:q_e_GJ_h:total_energy_GJ' 'GAS 2:q_c_m3_h:total_standard_volume_m3' \
+    'HEAT 1:q_h_GJ_h:total_heat_GJ' 'HEAT 2:q_v_m3_h:total_volume_m3'; do
     ( IFS=:; set -- $sum
-    awk -F, -v channel="$1" -v flow="$2" -v total="$3" -v unit="$4" '
+    awk -F, -v channel="$1" -v flow="$2" -v total="$3" '
         NR == 1 { for (i = 1; i <= NF; ++i) { if ($i == flow) q = i; if ($i == total) t = i } }
         /^#/ { next }
-        $2 == channel { if (n++ && $3 == "computed") sum += $q * 120 / 3600 / unit; last = $t }
+        $2 == channel { if (n++ && $3 == "computed") sum += $q * 120 / 3600; last = $t }
         END { d = sum - last; if (d < 0) d = -d; exit !(n == 736 && last > 0 && d <= 3e-7 * last) }' whole.csv ) ||
         fail "$sum: the register is not the sum over the cycles"
 done
-# Hours and days are differences of the registers; the refused 20 minutes of HEAT 1 are passed over.
+# Hours and days are differences of the registers, in the unit of their column; the refused 20 minutes of HEAT 1 are passed over.
 awk -F, 'NR == 1 { for (i = 1; i <= NF; ++i) { if ($i == "hour_mass_t") h = i; if ($i == "day_mass_t") d = i } next }
     $2 == "GAS 1" && $h != "" { n++; sum += $h }
     $2 == "GAS 1" && $d != "" { exit !(n == 24 && (sum - $d) ^ 2 < (1e-6 * $d) ^ 2) }' whole.csv || fail "24 hours are not the day"
@@ -122,6 +122,17 @@ cmp -s second.reg again.reg || fail "going on from a CSV"
 run first.out "$station" first.csv --format table
 run second.out "$station" second.csv --continue first.out --registers again.reg
 cmp -s second.reg again.reg || fail "going on from a table"
+
+# The hour before and the hour after the clocks go back, each in a file of its own.
+printf '[HEAT 1]\ndevice = meter_mass\nphase = water\n' >clock.ini
+meter() { { echo time,q_t_h,channel,t_C,p_MPa; for t in "$@"; do echo "2026-10-25T$t,36,HEAT 1,80,1"; done; } >clock.csv; }
+meter 02:00+02:00 03:00+02:00
+run clock.out clock.ini clock.csv --registers clock.reg
+meter 02:30+01:00 03:00+01:00
+refuse 'the offset \+01:00 from UTC, those of the registers \+02:00; say' clock.ini clock.csv --continue clock.reg
+{ printf '[STATION]\nzone = +01:00\n'; cat clock.ini; } >zone.ini
+run clock.out zone.ini clock.csv --continue clock.reg --registers clock.reg
+grep -q '^HEAT 1,mass,t,0,2026-10-25T03:00:00+01:00,72,' clock.reg || { fail "over the change of the clocks" && cat clock.reg; }
 
 # With amounts that single precision holds exactly the registers are the same to the byte, whatever cuts the run.
 cat >meters.ini <<'END'

@@ -97,6 +97,9 @@ public:
     /// cut is one as well.
     void warn_of_end() const;
 
+    /// Of the clock from UTC, where the station or the times of the rows so far tell it.
+    [[nodiscard]] std::optional<int> offset_s() const { return station_.zone_s ? station_.zone_s : offset_s_; }
+
     [[nodiscard]] const Lines& lines() const { return lines_; }
     [[nodiscard]] TimeKind time_kind() const { return time_kind_; }
     [[nodiscard]] std::uint64_t bytes_read() const { return lines_.bytes_read(); }

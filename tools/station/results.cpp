@@ -48,6 +48,12 @@ const std::vector<std::string>& column_names() {
 // A value for each of the names, or nothing where it does not exist or the step that gives it did not pass.
 using Values = std::vector<std::optional<float>>;
 
+// A register with an exponent counts tens, thousands and so on of its unit; a column has the unit that it names.
+float in_unit(const Channel& c, std::size_t k, float amount) {
+    const short exponent = c.accounting[k].exponent;
+    return exponent == 0 ? amount : static_cast<float>(static_cast<double>(amount) * std::pow(10.0, exponent));
+}
+
 void fill(const Cycle& cycle, Values& values) {
     const auto& [c, row, out, registers] = cycle;
     values.clear();
@@ -71,11 +77,11 @@ void fill(const Cycle& cycle, Values& values) {
         index[k] = c.is_gas() ? kinds[k].of_gas : kinds[k].of_heat_carrier;
     const auto at = [](int k) { return static_cast<std::size_t>(std::max(k, 0)); };
     for (const int k : index) add(k >= 0 && out.passed(Step::flow), out.q[at(k)]);
-    for (const int k : index) add(k >= 0, registers[at(k)].total);
+    for (const int k : index) add(k >= 0, in_unit(c, at(k), registers[at(k)].total));
     for (std::size_t set = 0; set < 2; ++set)
         for (const int k : index) {
             const Interval& interval = registers[at(k)].interval[set];
-            add(k >= 0 && interval.closed, interval.result);
+            add(k >= 0 && interval.closed, in_unit(c, at(k), interval.result));
         }
     // Flows from elsewhere are refused one by one, so that their intervals may have closed after different times.
     for (std::size_t set = 0; set < 2; ++set) {
@@ -350,7 +356,7 @@ private:
             cell(solved, FMT_COMPILE("{:.4f}"), o.q[0]),
             cell(solved && c.is_gas(), FMT_COMPILE("{:.1f}"), o.q[2]),
             cell(solved, FMT_COMPILE("{:.3f}"), o.q[c.is_gas() ? 3 : 2]),
-            cell(true, FMT_COMPILE("{:.3f}"), registers[0].total),
+            cell(true, FMT_COMPILE("{:.3f}"), in_unit(c, 0, registers[0].total)),
             cycle.done() ? std::string() : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
     }
 

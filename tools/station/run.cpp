@@ -75,6 +75,16 @@ bool is_counted(const ChannelRegisters& registers, const Measured& row) {
     return registers.last_s && row.time_s <= *registers.last_s;
 }
 
+// Times of another offset would be passed over as counted, or leave a hole that is none.
+void require_one_clock(const Job& job) {
+    const std::optional<int> now = job.readings.offset_s();
+    for (const ChannelRegisters& one : job.registers)
+        if (now && one.offset_s && *now != *one.offset_s)
+            throw InputError(job.readings.name(), ": the times have the offset ", print_offset(*now),
+                             " from UTC, those of the registers ", print_offset(*one.offset_s),
+                             "; say the station's own, such as zone = +03:00 in a section [STATION]");
+}
+
 // The first walk through the readings: every mistake is found before anything is written.
 void check(Job& job) {
     job.first_s.resize(job.station.channels.size());
@@ -84,6 +94,7 @@ void check(Job& job) {
     Measured row;
     bool any = false;
     while (!signal_received && job.readings.next(row)) {
+        if (!any) require_one_clock(job);
         any = true;
         job.temperatures[row.channel].add(row[Quantity::t_C]);
         if (is_counted(job.registers[row.channel], row)) continue;
@@ -189,6 +200,7 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
         if (outcome.filled != Amounts{})
             calendar.add(made_s - job.downtime_min * s_per_min, made_s, outcome.filled, false);
         from_s = kept.last_s.emplace(row.time_s);
+        kept.offset_s = job.readings.offset_s();
         note(account.summaries[row.channel], row, outcome, elapsed, job.readings.time_kind());
         results.cycle({channel, row, outcome, kept.reg});
     }
