@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <csignal>
 #include <memory>
 
 #include "tools/archive.h"
@@ -17,7 +16,6 @@
 #include "tools/separate_files.h"
 #include "tools/spreadsheet.h"
 #include "tools/station/cycle.h"
-#include "tools/station/readings_stream.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -229,21 +227,23 @@ struct Printer {
     }
 
     // Amounts that the device counted while the library refuses the means: in no sum.
-    static void not_compared(const Channel& c, const ChannelRows& all, std::ptrdiff_t refused) {
+    void not_compared(const Channel& c, const ChannelRows& all, std::ptrdiff_t refused) const {
         if (refused == 0) return;
         std::array<double, station::most_integrators> lost{};
-        const Row* first = nullptr;
+        bool first = true;
         for (const Row& row : all.rows) {
             if (row.refused.empty()) continue;
-            if (!first) first = &row;
+            if (first || hours)
+                fmt::print("  refused{} {}: {}\n", first && !hours ? " first" : "",
+                           station::print_time(kind, row.time_s), row.refused);
+            first = false;
             for (std::size_t k = 0; k < lost.size(); ++k) lost[k] += row.device[k].value_or(0.0);
         }
         std::string amounts;
         for (std::size_t k = 0; k < station::integrator_count(c.medium); ++k)
             amounts += fmt::format("{}{} {:.7g} {}", k == 0 ? "" : ", ", station::integrator(c.medium, k).name,
                                    lost[k], station::integrator(c.medium, k).unit);
-        fmt::print("  refused first: {}\n  the device counted there, in no sum below: {}\n", first->refused,
-                   amounts);
+        fmt::print("  the device counted there, in no sum below: {}\n", amounts);
     }
 
     static void root(const Channel& c, const ChannelRows& all) {
@@ -301,9 +301,9 @@ int run(const Installation& files, const Request& request) {
     const host::Library library(files.library);
     const Station s = station::read_station(library, request.station_file);
     if (std::ranges::any_of(s.channels, &Channel::needs_gas_data)) gasdat::require_gas_data(files.gas_data);
-    static const volatile std::sig_atomic_t interrupted = 0;
-    const std::unique_ptr<std::istream> in = station::open_readings(request.archive, interrupted);
-    station::Readings archive(s, *in, request.archive, decimal_mark(request.decimal), archive_columns());
+    std::ifstream in = open_regular(request.archive);
+    if (!in) throw InputError(request.archive, ": cannot read this archive: ", why_unreadable(request.archive));
+    station::Readings archive(s, in, request.archive, decimal_mark(request.decimal), archive_columns());
     require_amounts(archive);
     if (library->Init() != 1) throw InputError("the library refuses to initialise");
     const std::unique_ptr<const host::Library, SessionEnd> session(&library);
@@ -345,7 +345,7 @@ Command audit_command() {
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file, true},
          {"ARCHIVE", "ARCHIVE.csv", "means and amounts, a row an interval and channel", &request->archive,
           true},
-         {"--hours", "", "print every row", &request->hours},
+         {"--hours", "", "print every row, and why it is refused", &request->hours},
          {"--csv", "FILE", "every row and integrator as a line, with all digits", &request->csv},
          {"--interval", "hour|day", "length of a row (default: as far apart as they are)", &request->interval},
          {"--stamp", "start|end", "what the time of a row is of its interval (start)", &request->stamp},

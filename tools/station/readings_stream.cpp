@@ -59,6 +59,9 @@ std::unique_ptr<std::istream> open_readings(const std::string& name,
     struct stat about {};
     if (fstat(descriptor, &about) != 0 || S_ISDIR(about.st_mode)) throw refused("it is a directory");
     if (S_ISREG(about.st_mode)) return stream;
+    // Some have no end.
+    if (!S_ISFIFO(about.st_mode) && !S_ISSOCK(about.st_mode) && isatty(descriptor) != 1)
+        throw refused("it is a device");
     std::FILE* const kept = std::tmpfile();
     if (!kept) throw InputError(name, ": no temporary file to keep the readings in");
     const int copied = dup(fileno(kept));
