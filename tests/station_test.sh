@@ -130,6 +130,8 @@ meter 02:00+02:00 03:00+02:00
 run clock.out clock.ini clock.csv --registers clock.reg
 meter 02:30+01:00 03:00+01:00
 refuse 'the offset \+01:00 from UTC, those of the registers \+02:00; say' clock.ini clock.csv --continue clock.reg
+sed 's/2026-10/2027-12/; s/+01:00/+02:00/' clock.csv >years.csv
+refuse '400 days after what the registers of HEAT 1 hold; begin' clock.ini years.csv --continue clock.reg
 { printf '[STATION]\nzone = +01:00\n'; cat clock.ini; } >zone.ini
 run clock.out zone.ini clock.csv --continue clock.reg --registers clock.reg
 grep -q '^HEAT 1,mass,t,0,2026-10-25T03:00:00+01:00,72,' clock.reg || { fail "over the change of the clocks" && cat clock.reg; }

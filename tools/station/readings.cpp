@@ -25,8 +25,6 @@ constexpr std::size_t most_columns = 64;
 constexpr double largest_value = 1e12;
 // Two ticks: an interval does not bear two cycles within one.
 constexpr double shortest_step_s = 0.02;
-// The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
-constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr Limits barometer_kPa{50.0, 120.0, "kPa"};
 
 // A quantity's columns: a prefix and a unit, such as p_gauge_kPa.

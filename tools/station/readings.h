@@ -19,6 +19,9 @@
 
 namespace kalorfix::tool::station {
 
+/// Between two readings of a channel. The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
+inline constexpr double longest_gap_s = 400.0 * 86400.0;
+
 /// What a column can hold, measured values in the unit of the interface.
 enum class Quantity {
     t_C,

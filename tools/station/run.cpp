@@ -104,6 +104,10 @@ void check(Job& job) {
         const double from_s = counted_to[row.channel].value_or(job.made_s(row.channel));
         counted_to[row.channel] = row.time_s;
         const Elapsed elapsed{row.time_s - from_s, channel.longest_step_s};
+        if (elapsed.seconds > longest_gap_s)
+            throw InputError(job.readings.name(), ": ", print_time(job.readings.time_kind(), row.time_s),
+                             " lies more than ", longest_gap_s / 86400.0, " days after what the registers of ",
+                             channel.name, " hold; begin anew without --continue");
         if (!elapsed.is_passed_over()) job.peaks[row.channel].note_step(elapsed.seconds);
         job.peaks[row.channel].note(row, channel);
     }
