@@ -99,6 +99,8 @@ bool is_pressure(const Column& column) {
            column.quantity == Quantity::barometer;
 }
 
+bool is_measured(Quantity quantity) { return static_cast<std::size_t>(quantity) < quantity_count; }
+
 // A transmitter that failed leaves no value, or none that is a number.
 bool is_no_reading(std::string_view cell) {
     return cell.empty() || (cell.size() == 3 && strncasecmp(cell.data(), "nan", 3) == 0);
@@ -145,6 +147,7 @@ Readings::Readings(const Station& station, std::istream& in, const std::string& 
       sheet_(decimal),
       own_columns_(own),
       last_time_(station.channels.size()),
+      given_(station.channels.size()),
       index_(station) {
     for (const OwnColumn& one : own) own_.resize(std::max(own_.size(), one.place + 1));
     read_heading();
@@ -273,6 +276,13 @@ std::size_t Readings::find_channel(std::string_view cell) const {
 }
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) {
+    if (!needs(channel, column.quantity) && takes(channel, column.quantity) && is_measured(column.quantity)) {
+        bool& given = given_[static_cast<std::size_t>(&channel - station_.channels.data())]
+                            [static_cast<std::size_t>(column.quantity)];
+        given = given || !cell.empty();
+        // A flow from elsewhere that other rows have failed here; before the first walk has ended nobody knows.
+        if (cell.empty() && given && walked_) return std::numeric_limits<double>::quiet_NaN();
+    }
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
     if (is_no_reading(cell)) return std::numeric_limits<double>::quiet_NaN();
     const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
@@ -346,6 +356,7 @@ bool Readings::next(Measured& row) {
     do {
         if (!lines_.next_entry(line, sheet_.separator() == '\t' ? " " : " \t")) {
             sheet_.finish(lines_);
+            walked_ = true;
             return false;
         }
         sheet_.split(lines_, line, cells_);

@@ -78,7 +78,8 @@ struct Measured {
 ///     0,GAS 1,8,1.2,16
 ///
 /// in the order of time, columns in any order, the unit in the name of each; cells and numbers as a spreadsheet writes them. Empty
-/// lines and lines that begin with # are passed over.
+/// lines and lines that begin with # are passed over. A flow from elsewhere is 0 where no row of its channel has it; in the second
+/// walk an empty cell is no reading where others are not empty.
 class Readings {
 public:
     /// Reads the heading, which may have columns of its own; `decimal` as of Spreadsheet. Throws InputError with file, line and
@@ -132,7 +133,9 @@ private:
     std::size_t pressure_column_ = 0, gauge_column_ = 0,
                 barometer_column_ = 0;  ///< the number of columns: there is none
     std::vector<std::string_view> cells_;
-    std::vector<std::optional<double>> last_time_;  ///< of each channel
+    std::vector<std::optional<double>> last_time_;         ///< of each channel
+    std::vector<std::array<bool, quantity_count>> given_;  ///< flows from elsewhere that rows of a channel have
+    bool walked_ = false;                                  ///< to the end, once
     double latest_ = 0.0;
     ChannelIndex index_;
 };

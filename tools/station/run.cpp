@@ -386,8 +386,9 @@ Command run_command() {
             "with their length), those of the calendar at the end with the seconds counted in each,\n"
             "and the longest step between two readings. A refused cycle names the step and the first\n"
             "limit that it broke; its time is passed over. An empty cell or nan is a transmitter that\n"
-            "failed: a refused cycle. A station whose day does not fit its registers (10^6 units) is\n"
-            "refused with the exponents that would do.\n\n"
+            "failed: a refused cycle; an external flow that no row of its channel has is none. A\n"
+            "station whose day does not fit its registers (10^6 units) is refused with the exponents\n"
+            "that would do.\n\n"
             "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input or a full\n"
             "disk, which leaves the old files; 130 when interrupted (129 by SIGHUP, 143 by SIGTERM):\n"
             "what was computed is kept, with the registers to go on from, and standard error says how.\n\n" +
