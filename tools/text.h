@@ -79,9 +79,6 @@ struct Limits {
 /// The same for a text that others wrote: an apostrophe keeps a spreadsheet from taking it for a formula.
 [[nodiscard]] std::string csv_text(const std::string& text);
 
-/// The same for a text that others wrote: an apostrophe keeps a spreadsheet from taking it for a formula.
-[[nodiscard]] std::string csv_text(const std::string& text);
-
 /// The cells between separators, trimmed.
 void split(std::string_view text, char separator, std::vector<std::string_view>& cells);
 [[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
