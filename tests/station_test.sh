@@ -169,6 +169,11 @@ sed 's/^volume_exponent = 3/mass_substitute_t_h = 60/' meters.ini >down.ini
 head -n 3 meters.csv >part.csv
 run down.out down.ini part.csv --downtime 30 --registers down.reg
 grep -q '^HEAT 3,mass,t,0,0,30,' down.reg || { fail "30 minutes at 60 t/h" && cat down.reg; }
+# A flow that failed in the first reading leaves the downtime to the next.
+printf '[HEAT 3]\ndevice = external\nphase = water\nmass_substitute_t_h = 60\n' >late.ini
+printf 'time_s,channel,t_C,p_MPa,mass_t_h\n0,HEAT 3,80,1,nan\n3600,HEAT 3,80,1,36\n' >late.csv
+run late.out late.ini late.csv --downtime 30 --registers late.reg
+grep -q '^HEAT 3,mass,t,0,3600,66,' late.reg || { fail "a downtime before a reading that failed" && cat late.reg; }
 run up.out down.ini part.csv --registers up.reg
 grep -q '^HEAT 3,mass,t,0,0,0,' up.reg || { fail "no downtime" && cat up.reg; }
 
