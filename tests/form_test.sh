@@ -36,8 +36,8 @@ expect 0 '^  sum of 24 +516\.3563 +516\.2374 ' audit "$examples/station.ini" "$e
 # A device at the points of the default; a tenth of a per cent on one value is seen.
 ranges="--t 0:40 --p 1:1.4MPa --dp 1:16kPa"
 protocol() { status=$1 pattern=$2; shift 2; expect "$status" "$pattern" protocol s.ini 'GAS 1' $ranges "$@"; }
-protocol 0 '^27,40,1400000,16000,' && grep -v '^#' "$said/out" | awk -F, 'BEGIN { print "point;q_m_t_h;q_c_m3_h" }
-    NR > 1 { sub(/\./, ",", $6); sub(/\./, ",", $8); print $1 ";" $6 ";" $8 }' >device.csv
+protocol 0 '^27,40,1400000,16000,' && grep -v '^#' "$said/out" | awk -F, 'BEGIN { print "point;q_m_kg_s;q_c_m3_h" }
+    NR > 1 { $6 = sprintf("%.12g", $6 / 3.6); sub(/\./, ",", $6); sub(/\./, ",", $8); print $1 ";" $6 ";" $8 }' >device.csv
 evil='=1+1"<script>alert(1)</script>&'\''
 # x'"$(printf '\033\302\233\342\200\256\377')"
 protocol 0 '^MET: 54 values of 27 points lie within ±0\.05 %; the largest deviation is \+0\.0000 %\.$' --readings device.csv \

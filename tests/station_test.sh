@@ -39,17 +39,17 @@ run whole.csv "$station" "$day" --registers whole.reg
 python=$(command -v python3)
 [ -z "$python" ] || { "$python" "$examples/make_readings.py" | cmp - "$day" || fail "the generator does not give the readings"; }
 grep -q '^GAS 1,mass,t,0,' whole.reg || fail "no register of GAS 1"
-for sum in 'GAS 1:q_m_t_h:total_mass_t:1' 'GAS 1:q_e_GJ_h:total_energy_GJ:1' 'GAS 2:q_c_m3_h:total_standard_volume_m3:10' \
-    'HEAT 1:q_h_GJ_h:total_heat_GJ:1' 'HEAT 2:q_v_m3_h:total_volume_m3:1'; do
+for sum in 'GAS 1:q_m_t_h:total_mass_t' 'GAS 1:q_e_GJ_h:total_energy_GJ' 'GAS 2:q_c_m3_h:total_standard_volume_m3' \
+    'HEAT 1:q_h_GJ_h:total_heat_GJ' 'HEAT 2:q_v_m3_h:total_volume_m3'; do
     ( IFS=:; set -- $sum
-    awk -F, -v channel="$1" -v flow="$2" -v total="$3" -v unit="$4" '
+    awk -F, -v channel="$1" -v flow="$2" -v total="$3" '
         NR == 1 { for (i = 1; i <= NF; ++i) { if ($i == flow) q = i; if ($i == total) t = i } }
         /^#/ { next }
-        $2 == channel { if (n++ && $3 == "computed") sum += $q * 120 / 3600 / unit; last = $t }
+        $2 == channel { if (n++ && $3 == "computed") sum += $q * 120 / 3600; last = $t }
         END { d = sum - last; if (d < 0) d = -d; exit !(n == 736 && last > 0 && d <= 3e-7 * last) }' whole.csv ) ||
         fail "$sum: the register is not the sum over the cycles"
 done
-# Hours and days are differences of the registers; the refused 20 minutes of HEAT 1 are passed over.
+# Hours and days are differences of the registers, in the unit of their column; the refused 20 minutes of HEAT 1 are passed over.
 awk -F, 'NR == 1 { for (i = 1; i <= NF; ++i) { if ($i == "hour_mass_t") h = i; if ($i == "day_mass_t") d = i } next }
     $2 == "GAS 1" && $h != "" { n++; sum += $h }
     $2 == "GAS 1" && $d != "" { exit !(n == 24 && (sum - $d) ^ 2 < (1e-6 * $d) ^ 2) }' whole.csv || fail "24 hours are not the day"
@@ -113,13 +113,28 @@ run first.out "$station" first.csv --registers first.reg
 run second.out "$station" second.csv --continue first.reg --registers second.reg
 same_registers whole.reg second.reg || { fail "a run in two has other registers" && diff whole.reg second.reg; }
 run again.out "$station" "$day" --continue first.reg --registers again.reg
-cmp -s second.reg again.reg && cmp -s second.out again.out || fail "readings that are counted already are not passed over"
+grep -q '^# *readings that the registers hold already, passed over: 300$' again.out &&
+    sed '/registers hold already/d' again.out | cmp -s second.out - && cmp -s second.reg again.reg ||
+    fail "readings that are counted already are not passed over"
 run first.out "$station" first.csv --format csv
 run second.out "$station" second.csv --continue first.out --registers again.reg
 cmp -s second.reg again.reg || fail "going on from a CSV"
 run first.out "$station" first.csv --format table
 run second.out "$station" second.csv --continue first.out --registers again.reg
 cmp -s second.reg again.reg || fail "going on from a table"
+
+# The hour before and the hour after the clocks go back, each in a file of its own.
+printf '[HEAT 1]\ndevice = meter_mass\nphase = water\n' >clock.ini
+meter() { { echo time,q_t_h,channel,t_C,p_MPa; for t in "$@"; do echo "2026-10-25T$t,36,HEAT 1,80,1"; done; } >clock.csv; }
+meter 02:00+02:00 03:00+02:00
+run clock.out clock.ini clock.csv --registers clock.reg
+meter 02:30+01:00 03:00+01:00
+refuse 'the offset \+01:00 from UTC, those of the registers \+02:00; say' clock.ini clock.csv --continue clock.reg
+sed 's/2026-10/2027-12/; s/+01:00/+02:00/' clock.csv >years.csv
+refuse '400 days after what the registers of HEAT 1 hold; begin' clock.ini years.csv --continue clock.reg
+{ printf '[STATION]\nzone = +01:00\n'; cat clock.ini; } >zone.ini
+run clock.out zone.ini clock.csv --continue clock.reg --registers clock.reg
+grep -q '^HEAT 1,mass,t,0,2026-10-25T03:00:00+01:00,72,' clock.reg || { fail "over the change of the clocks" && cat clock.reg; }
 
 # With amounts that single precision holds exactly the registers are the same to the byte, whatever cuts the run.
 cat >meters.ini <<'END'
@@ -154,6 +169,11 @@ sed 's/^volume_exponent = 3/mass_substitute_t_h = 60/' meters.ini >down.ini
 head -n 3 meters.csv >part.csv
 run down.out down.ini part.csv --downtime 30 --registers down.reg
 grep -q '^HEAT 3,mass,t,0,0,30,' down.reg || { fail "30 minutes at 60 t/h" && cat down.reg; }
+# A flow that failed in the first reading leaves the downtime to the next.
+printf '[HEAT 3]\ndevice = external\nphase = water\nmass_substitute_t_h = 60\n' >late.ini
+printf 'time_s,channel,t_C,p_MPa,mass_t_h\n0,HEAT 3,80,1,nan\n3600,HEAT 3,80,1,36\n' >late.csv
+run late.out late.ini late.csv --downtime 30 --registers late.reg
+grep -q '^HEAT 3,mass,t,0,3600,66,' late.reg || { fail "a downtime before a reading that failed" && cat late.reg; }
 run up.out down.ini part.csv --registers up.reg
 grep -q '^HEAT 3,mass,t,0,0,0,' up.reg || { fail "no downtime" && cat up.reg; }
 
@@ -175,12 +195,12 @@ grep -q '^3600 .* hour: mass 28.5137. t, volume [0-9.]* m3, heat' rest.out &&
     grep -q 'at rest, below the cut-off: 1 of the computed, lowest dp -0.02 kPa' rest.out ||
     { fail "a pipe at rest" && cat rest.out; }
 
-# ---- Flows from elsewhere: each integrator its own, none where the cell is empty ----------------------------------------------
+# ---- Flows from elsewhere: each integrator its own, none where no row has one, failed where others have --------------------------
 printf '[GAS 7]\ndevice = external\nmethod = gerg91\nrho_c_kg_m3 = 0.68\nnitrogen_pct = 1\ncarbon_dioxide_pct = 0\n' >external.ini
-printf 'time_s,channel,t_C,p_MPa,energy_GJ_h,mass_t_h\n0,GAS 7,10,2,7,\n1800,GAS 7,10,2,72,36\n5400,GAS 7,10,2,,18\n' >external.csv
+printf 'time_s,channel,t_C,p_MPa,energy_GJ_h,mass_t_h\n0,GAS 7,10,2,7,3\n1800,GAS 7,10,2,72,36\n5400,GAS 7,10,2,,18\n' >external.csv
 run external.out external.ini external.csv --registers external.reg
 grep -q '^GAS 7,mass,t,0,5400,36,' external.reg && grep -q '^GAS 7,energy,GJ,0,5400,36,' external.reg &&
-    grep -q '^GAS 7,volume,m3,0,5400,0,' external.reg || { fail "external flows" && cat external.reg; }
+    grep -q '^GAS 7,volume,m3,0,5400,0,' external.reg && grep -q '^5400,.*no reading of the energy flow' external.out || { fail "external flows" && cat external.reg; }
 [ "$(column hour_mass_t external.out | tail -n 1)" = 36 ] || fail "the hour that 5400 s close"
 printf 'time_s,channel,t_C,p_MPa,energy_GJ_h,mass_t_h\n0,GAS 7,10,2,7,3\n1800,GAS 7,10,2,nan,36\n5400,GAS 7,,2,72,18\n' >external.csv
 run external.out external.ini external.csv
@@ -311,6 +331,9 @@ mkfifo pipe
 options() { refuse "$2" $1; }
 rows station_options.txt options
 refuse "^kalorfix: --registers: needs a value" "$station" "$day" --registers ''
+printf 'time_s,channel,t_C,p_MPa,dp_kPa\n0,HEAT 1,300,1.2,4' >short.csv
+"$tool" run rest.ini short.csv 2>&1 >/dev/null | grep -q '^kalorfix: warning: short\.csv:2: the file ends within' ||
+    fail "no word of a line that may be cut"
 # A file that stands there already survives a run that fails.
 echo kept >results.csv
 "$tool" run "$examples/station.ini" bad.csv --out results.csv 2>/dev/null
@@ -329,7 +352,7 @@ refuse '^kalorfix: large\.ini:4201: \[HEAT 1400\] x: has no meaning' large.ini m
 mkfifo feed
 run part.out "$examples/station.ini" first.csv --registers part.reg
 grep -v "^#" part.out >part.flows
-said='after the reading of 2026-03-01T09:58:00; go on with --continue cut.reg'
+said='after the reading of 2026-03-01T09:58:00; go on with --continue cut.reg and another --out'
 for signal in 'INT 130 interrupted' 'HUP 129 hung up'; do
     # shellcheck disable=SC2086
     set -- $signal

@@ -55,7 +55,10 @@ expect 0 '^MET' --lib bare/kalorfix.so verify --cases water --html b.html
 judge html b.html
 expect 0 '^MET' --lib bare/kalorfix.so --gas-data "$data" verify
 head -c 7660 /dev/zero >zero.dat
-expect 1 '^FAILED gas_aga8' --gas-data zero.dat verify --html z.html
+expect 2 '^kalorfix: zero.dat: these gas data are not used: ' --gas-data zero.dat verify --html z.html
+"$tool" gasdat show "$data" | sed 's/^\(methane  *\)16\.043 /\116.053 /' >wrong.txt
+"$tool" gasdat build wrong.txt -o wrong.dat >/dev/null
+expect 1 '^FAILED gas_by_composition.*vnic-Z-lean-1: Z' --gas-data wrong.dat verify --html z.html
 judge html z.html
 
 # Bad input.

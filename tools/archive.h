@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// The archive of a device: rows of readings with the device's own amounts and the spread of its differential pressure beside them.
+// The archive of a device: readings with the device's own amounts and the spread of its differential pressure beside them.
 #pragma once
 
 #include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "tools/metering/audit.h"
-#include "tools/station/station.h"
+#include "tools/station/readings.h"
 
 namespace kalorfix::tool {
 
@@ -22,17 +23,14 @@ struct ArchiveRow {
     [[nodiscard]] std::optional<double> of(const station::Channel& channel, std::size_t integrator) const;
 };
 
-/// The readings without the columns of their own that an archive has, in the same lines, so that station::Readings takes them.
-struct Archive {
-    std::string readings;
-    std::vector<ArchiveRow> rows;
-};
+/// Its columns beside those of readings: amounts such as mass_t, volume_m3, standard_volume_m3, energy_GJ, heat_GJ, the spread in
+/// dp_min_kPa, dp_max_kPa and dp_sd_kPa (standard deviation).
+[[nodiscard]] std::span<const station::OwnColumn> archive_columns();
 
-/// Reads the file. Its amounts stand in columns such as mass_t, volume_m3, standard_volume_m3, energy_GJ, heat_GJ, the spread in dp_min_kPa,
-/// dp_max_kPa and dp_sd_kPa (standard deviation); an empty cell is one that is not told. Throws InputError with file, line and column.
-[[nodiscard]] Archive read_archive(const std::string& file);
+/// Throws InputError for a heading without any amount.
+void require_amounts(const station::Readings& archive);
 
-/// The names of these columns, with all their units.
-[[nodiscard]] std::string archive_columns();
+/// What these columns held in the last row.
+[[nodiscard]] ArchiveRow archive_row(const station::Readings& archive);
 
 }  // namespace kalorfix::tool

@@ -7,13 +7,14 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <sstream>
 
 #include "tools/archive.h"
 #include "tools/commands.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/output_file.h"
 #include "tools/runtime.h"
 #include "tools/separate_files.h"
+#include "tools/spreadsheet.h"
 #include "tools/station/cycle.h"
 #include "tools/text.h"
 
@@ -29,7 +30,7 @@ using station::TimeKind;
 constexpr double hour_s = 3600.0, day_s = 86400.0;
 
 struct Request {
-    std::string station_file, archive, interval, stamp = "start", day_starts, limit, csv;
+    std::string station_file, archive, interval, stamp = "start", day_starts, limit, csv, decimal;
     bool hours = false;
 };
 
@@ -78,20 +79,17 @@ Settings read_settings(const Request& request) {
 }
 
 // The whole archive through the library, a row after the other as a run does.
-std::vector<ChannelRows> recompute(const host::Library& library, const Station& s, const std::string& file,
-                                   const Archive& archive, station::Readings& readings) {
+std::vector<ChannelRows> recompute(const host::Library& library, const Station& s, station::Readings& archive) {
     std::vector<ChannelRows> all(s.channels.size());
     station::Measured measured;
-    for (std::size_t k = 0; readings.next(measured); ++k) {
+    while (archive.next(measured)) {
         const Channel& channel = s.channels[measured.channel];
-        if (k == archive.rows.size()) throw InputError(file, ": rows without readings");
-        const ArchiveRow& own = archive.rows[k];
+        const ArchiveRow own = archive_row(archive);
         const double mean_Pa = measured[Quantity::dp_Pa];
         if (own.spread.told() && std::isfinite(mean_Pa) && !own.spread.is_possible(mean_Pa))
-            throw InputError(
-                file, ": ", channel.name, ", row ", k + 1,
-                ": the mean dp does not lie between its least and its largest, or one of them or the "
-                "standard deviation is negative");
+            archive.lines().fail(channel.name,
+                                 ": the mean dp does not lie between its least and its largest, or one of them "
+                                 "or the standard deviation is negative");
         Row row{measured.time_s};
         const station::Outcome out = station::run_steps(library, channel, measured);
         const bool computed = out.passed(station::Step::flow);
@@ -153,7 +151,7 @@ struct Printer {
     const Settings& settings;
     TimeKind kind;
     bool hours;
-    bool exceeded = false;
+    bool exceeded = false, nothing = false;  // nothing: a channel with rows and nothing to compare
 
     [[nodiscard]] double start_of(const ChannelRows& rows, const Row& row) const {
         return settings.stamped_at_end ? row.time_s - rows.interval_s : row.time_s;
@@ -167,8 +165,8 @@ struct Printer {
         return "day " + (kind == TimeKind::date ? text.substr(0, 10) : text);
     }
 
-    // Days, sum and worst row of one integrator.
-    void integrator(const Channel& channel, const ChannelRows& all, std::size_t k) {
+    // Days, sum and worst row of one integrator; false when no row has both amounts.
+    bool integrator(const Channel& channel, const ChannelRows& all, std::size_t k) {
         const station::Integrator& one = station::integrator(channel.medium, k);
         std::vector<std::vector<std::string>> table{{fmt::format("  {}, {}", one.name, one.unit), "recomputed",
                                                      "device", "difference", "%", "root, %"}};
@@ -194,12 +192,13 @@ struct Printer {
             worst_at = row.time_s;
         }
         close_day();
-        if (sum.intervals == 0) return;
+        if (sum.intervals == 0) return false;
         table.push_back(line("worst " + station::print_time(kind, worst_at), worst));
         table.push_back(line(fmt::format("sum of {}", sum.intervals), sum));
         fmt::print("{}", aligned(table, 1));
         if (settings.limit_pct && !(std::fabs(sum.percent().value_or(100.0)) <= *settings.limit_pct))
             exceeded = true;
+        return true;
     }
 
     void channel(const Channel& c, const ChannelRows& all) {
@@ -220,26 +219,31 @@ struct Printer {
                        station::print_time(kind, all.holes[k].to_s));
         if (all.holes.size() > most_lines) fmt::print("  and {} more holes\n", all.holes.size() - most_lines);
         not_compared(c, all, refused);
-        for (std::size_t k = 0; k < station::integrator_count(c.medium); ++k) integrator(c, all, k);
-        root(c, all);
+        bool any = false;
+        for (std::size_t k = 0; k < station::integrator_count(c.medium); ++k) any |= integrator(c, all, k);
+        if (any) return root(c, all);
+        fmt::print("  nothing to compare\n");
+        nothing = true;
     }
 
     // Amounts that the device counted while the library refuses the means: in no sum.
-    static void not_compared(const Channel& c, const ChannelRows& all, std::ptrdiff_t refused) {
+    void not_compared(const Channel& c, const ChannelRows& all, std::ptrdiff_t refused) const {
         if (refused == 0) return;
         std::array<double, station::most_integrators> lost{};
-        const Row* first = nullptr;
+        bool first = true;
         for (const Row& row : all.rows) {
             if (row.refused.empty()) continue;
-            if (!first) first = &row;
+            if (first || hours)
+                fmt::print("  refused{} {}: {}\n", first && !hours ? " first" : "",
+                           station::print_time(kind, row.time_s), row.refused);
+            first = false;
             for (std::size_t k = 0; k < lost.size(); ++k) lost[k] += row.device[k].value_or(0.0);
         }
         std::string amounts;
         for (std::size_t k = 0; k < station::integrator_count(c.medium); ++k)
             amounts += fmt::format("{}{} {:.7g} {}", k == 0 ? "" : ", ", station::integrator(c.medium, k).name,
                                    lost[k], station::integrator(c.medium, k).unit);
-        fmt::print("  refused first: {}\n  the device counted there, in no sum below: {}\n", first->refused,
-                   amounts);
+        fmt::print("  the device counted there, in no sum below: {}\n", amounts);
     }
 
     static void root(const Channel& c, const ChannelRows& all) {
@@ -296,26 +300,28 @@ int run(const Installation& files, const Request& request) {
     const host::Runtime runtime(files.gas_data);
     const host::Library library(files.library);
     const Station s = station::read_station(library, request.station_file);
-    if (files.gas_data.empty() && std::ranges::any_of(s.channels, &Channel::needs_gas_data))
-        throw InputError(
-            "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
-            "file");
-    const Archive archive = read_archive(request.archive);
-    std::istringstream in(archive.readings);
-    station::Readings readings(s, in, request.archive);
+    if (std::ranges::any_of(s.channels, &Channel::needs_gas_data)) gasdat::require_gas_data(files.gas_data);
+    std::ifstream in = open_regular(request.archive);
+    if (!in) throw InputError(request.archive, ": cannot read this archive: ", why_unreadable(request.archive));
+    station::Readings archive(s, in, request.archive, decimal_mark(request.decimal), archive_columns());
+    require_amounts(archive);
     if (library->Init() != 1) throw InputError("the library refuses to initialise");
     const std::unique_ptr<const host::Library, SessionEnd> session(&library);
     for (const Channel& channel : s.channels) station::set_up(library, s, channel);
     station::set_up_contents(library, s);
     station::prime_gas_state(library, s);
-    std::vector<ChannelRows> all = recompute(library, s, request.archive, archive, readings);
-    if (archive.rows.empty()) throw InputError(request.archive, ": holds no rows");
+    std::vector<ChannelRows> all = recompute(library, s, archive);
+    if (std::ranges::all_of(all, [](const ChannelRows& one) { return one.rows.empty(); }))
+        throw InputError(request.archive, ": holds no rows");
+    archive.warn_of_end();
     find_holes(settings, s, request.archive, all);
-    if (!request.csv.empty()) write_file(request.csv, csv(s, all, readings.time_kind()));
-    Printer printer{settings, readings.time_kind(), request.hours};
+    if (!request.csv.empty()) write_file(request.csv, csv(s, all, archive.time_kind()));
+    Printer printer{settings, archive.time_kind(), request.hours};
+    std::vector<std::string> without;
     for (std::size_t i = 0; i < all.size(); ++i)
-        if (!all[i].rows.empty()) printer.channel(s.channels[i], all[i]);
-    return printer.exceeded ? 1 : 0;
+        all[i].rows.empty() ? without.push_back(s.channels[i].name) : printer.channel(s.channels[i], all[i]);
+    if (!without.empty()) fmt::print("no rows of {}\n", joined(without));
+    return printer.exceeded || printer.nothing ? 1 : 0;
 }
 
 }  // namespace
@@ -335,16 +341,17 @@ Command audit_command() {
                 "lies above the mean of the root.\n\n"
                 "Prints the difference of each day, of the worst row and of the sum, what is missing and\n"
                 "what the library refuses: such rows are in no sum. Exit status 1 when a sum differs by\n"
-                "more than --limit, 2 for bad input."),
+                "more than --limit or a channel has nothing to compare, 2 for bad input."),
         {{"STATION", "STATION.ini", "station file: a section a channel", &request->station_file, true},
          {"ARCHIVE", "ARCHIVE.csv", "means and amounts, a row an interval and channel", &request->archive,
           true},
-         {"--hours", "", "print every row", &request->hours},
+         {"--hours", "", "print every row, and why it is refused", &request->hours},
          {"--csv", "FILE", "every row and integrator as a line, with all digits", &request->csv},
          {"--interval", "hour|day", "length of a row (default: as far apart as they are)", &request->interval},
          {"--stamp", "start|end", "what the time of a row is of its interval (start)", &request->stamp},
          {"--day-starts", "HOUR", "hour at which a day begins (the contract hour\nof the channel)",
           &request->day_starts},
+         {"--decimal", "MARK", "comma or point, where 1,234 can be 1234 as well", &request->decimal},
          {"--limit", "PERCENT", "permitted difference of a sum", &request->limit}},
         {},
         [request](const Installation& files) { return run(files, *request); }};

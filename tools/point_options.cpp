@@ -9,6 +9,7 @@
 
 #include "tools/composition.h"
 #include "tools/composition_sum.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/names.h"
 #include "tools/states.h"
 #include "tools/station/point.h"
@@ -284,10 +285,7 @@ double read_value(std::string_view option, const std::string& text, Measure meas
 
 void require_gas_data(const Installation& files, const metering::Point& point) {
     const auto* const gas = std::get_if<metering::Gas>(&point.medium);
-    if (gas && !is_by_density(gas->method) && files.gas_data.empty())
-        throw InputError(
-            "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
-            "file");
+    if (gas && !is_by_density(gas->method)) gasdat::require_gas_data(files.gas_data);
 }
 
 std::vector<DescribedPoint> read_points(const host::Library& library, const PointRequest& r) {

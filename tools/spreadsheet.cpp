@@ -2,9 +2,8 @@
 #include "tools/spreadsheet.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-
-#include "tools/cells.h"
 
 namespace kalorfix::tool {
 namespace {
@@ -33,12 +32,19 @@ bool can_be_thousands(std::string_view cell, std::size_t comma) {
 
 bool Spreadsheet::heading(Lines& lines, std::string_view& line) {
     if (!lines.next_entry(line)) return false;
-    if (line.starts_with("PK\x03\x04"))
+    if (line.starts_with("PK\x03\x04") || line.starts_with("\xD0\xCF\x11\xE0"))
         lines.fail("this is a workbook, not text; save the sheet as CSV and give that file");
-    if (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF"))
+    if (line.starts_with("\x1F\x8B")) lines.fail("this is compressed; unpack it and give the text");
+    if (line.starts_with("\xFF\xFE") || line.starts_with("\xFE\xFF") || line.find('\0') != line.npos)
         lines.fail("this is text in UTF-16; save it as CSV in UTF-8 and give that file");
+    if (line.find('\r') != line.npos)
+        lines.fail("its lines end with a carriage return alone; save it with the line ends of this system");
     if (line.size() <= 5 && line.starts_with("sep=") && !lines.next_entry(line)) return false;
-    separator_ = separator_of(line);
+    for (const char separator : {';', '\t', ','})
+        if (line.find(separator) != std::string_view::npos) {
+            separator_ = separator;
+            break;
+        }
     return true;
 }
 
@@ -66,6 +72,7 @@ void Spreadsheet::split(const Lines& lines, std::string_view line, std::vector<s
 }
 
 std::optional<double> Spreadsheet::number(const Lines& lines, std::string_view cell) {
+    if (cell.size() > 1 && cell[0] == '+' && digits.find(cell[1]) != digits.npos) cell.remove_prefix(1);
     if (const std::optional<double> value = parse<double>(cell)) {
         if (mark_ != '.' && cell.find('.') != std::string_view::npos) note(lines, cell, '.');
         return std::isfinite(*value) ? value : std::nullopt;
@@ -129,6 +136,13 @@ void Spreadsheet::finish(const Lines& lines) const {
                      ambiguous_, " or ", thousands);
 }
 
+char decimal_mark(const std::string& option) {
+    if (option == "comma") return ',';
+    if (!option.empty() && option != "point")
+        throw InputError("--decimal: there are comma and point, not '", option, "'");
+    return option.empty() ? '\0' : '.';
+}
+
 std::string Spreadsheet::wrong_count(std::size_t expected, std::size_t found) const {
     const std::string text = cat("expected ", expected, " cells as in the heading, not ", found);
     if (separator_ != ',' || found < expected) return text;
@@ -137,14 +151,21 @@ std::string Spreadsheet::wrong_count(std::size_t expected, std::size_t found) co
 
 std::string with_decimal_commas(std::string_view line) {
     std::string out;
-    for (const std::string_view raw : raw_cells(line, ',')) {
-        std::string cell(raw);
-        if (parse<double>(trimmed(cell, "\n")))
+    for (std::size_t begin = 0; begin <= line.size();) {
+        std::size_t end = begin;
+        for (bool quoted = false; end < line.size() && (quoted || line[end] != ','); ++end)
+            if (line[end] == '"') quoted = !quoted;
+        std::string cell(line.substr(begin, end - begin));
+        const bool last = end >= line.size();
+        const std::string_view bare = trimmed(cell, "\n");
+        if (parse<double>(bare))
             std::ranges::replace(cell, '.', ',');
         else if (cell.find(';') != std::string::npos && !cell.starts_with('"'))
             cell = '"' + cell + '"';
-        if (raw.data() != line.data()) out += ';';
         out += cell;
+        if (last) break;
+        out += ';';
+        begin = end + 1;
     }
     return out;
 }

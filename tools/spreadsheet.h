@@ -49,6 +49,9 @@ private:
     std::string ambiguous_;
 };
 
+/// The mark that an option --decimal says: comma, point, or 0 where it is not given. Throws InputError for another word.
+[[nodiscard]] char decimal_mark(const std::string& option);
+
 /// A line of CSV with commas and decimal points, as a spreadsheet set up in Russian reads it: semicolons and decimal commas.
 [[nodiscard]] std::string with_decimal_commas(std::string_view line);
 

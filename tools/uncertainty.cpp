@@ -13,9 +13,11 @@
 #include "tools/point_options.h"
 #include "tools/runtime.h"
 #include "tools/separate_files.h"
+#include "tools/spreadsheet.h"
 #include "tools/station/cycle.h"
 #include "tools/station/point.h"
 #include "tools/station/readings.h"
+#include "tools/station/readings_stream.h"
 #include "tools/text.h"
 #include "tools/uncertainty_sheet.h"
 
@@ -27,7 +29,7 @@ using metering::Period;
 using station::TimeKind;
 
 struct Request {
-    std::string station, readings, channel, by, svg;
+    std::string station, readings, channel, by, svg, decimal;
     bool csv = false, json = false;
 };
 
@@ -238,12 +240,13 @@ int run(const Installation& files, const Request& request) {
     for (const Account& one : accounts)
         if (one.channel) require_gas_data(files, one.point);
     const std::unique_ptr<std::istream> in = station::open_readings(request.readings, interrupted);
-    station::Readings readings(station, *in, request.readings);
+    station::Readings readings(station, *in, request.readings, decimal_mark(request.decimal));
     const TimeKind kind = readings.time_kind();
     const By by = by_of(request, kind);
     station::Measured row;
     // Every mistake is found before anything is printed.
     while (readings.next(row)) continue;
+    readings.warn_of_end();
     readings.rewind();
     library->Init();
 
@@ -303,6 +306,7 @@ Command uncertainty_command() {
          {"READINGS", "READINGS.csv|-", "measured values, as for kalorfix run; - is standard\ninput",
           &request->readings},
          {"--channel", "CHANNEL", "one channel, such as 'GAS 2'", &request->channel},
+         {"--decimal", "MARK", "comma or point, where 1,234 can be 1234 as well", &request->decimal},
          {"--by", "PERIOD", "reading, hour, day (default with dates), month, all\n(default with seconds)",
           &request->by},
          {"--csv", "", "a line for each input of each budget", &request->csv},

@@ -8,8 +8,9 @@ q_t_h or q_m3_h, or with device external mass_t_h, volume_m3_h, standard_volume_
 A NaN (an empty cell of a file) is a transmitter that failed, and a refused row.
 
 Columns of the result, as those of `kalorfix run --format csv`: the time, what a Cycle has, and with a time total_mass_t and
-so on (registers), hour_mass_t, day_mass_t and so on (what the hour or day held that closed with this row), hour_length_s,
-day_length_s (how long it was, in seconds of computed time). A number that does not exist is a NaN. All numbers have single
+so on (registers, in the unit that the name says whatever their exponent), hour_mass_t, day_mass_t and so on (what the hour or
+day held that closed with this row), hour_length_s, day_length_s (how long it was, in seconds of computed time; a NaN where
+those of external flows differ). A number that does not exist is a NaN. All numbers have single
 precision, in columns of double precision.
 """
 
@@ -26,11 +27,12 @@ from ._checks import measured, number, plain, single
 from ._native import Library
 from .cycle import COLUMNS, TEXTS
 from .room import Peaks
-from .totals import AMOUNTS, Accounted, Registers
+from .totals import AMOUNTS, Accounted, Interval, Registers
 
 _LONGEST_GAP_S = 400.0 * 86400.0  # the 32-bit ticks tell 497 days apart
 _SHORTEST_STEP_S = 0.02  # two ticks: an interval does not bear two cycles within one
 _LATEST_S = 1e11  # the ticks and their differences stay exact
+_TICK_S = 0.01  # lengths that differ by less are the same
 _LENGTHS = ["hour_length_s", "day_length_s"]
 _UNITS: dict[str, dict[str, Callable[[float], float]]] = {
     "t": {"t_C": lambda t: t, "t_K": lambda t: t - 273.15},
@@ -63,6 +65,13 @@ class Computed(Accounted, Protocol):
 
     def judge_flows(self, row: list[Any], flows: list[float] | None, taken: list[bool] | None = None,
                     not_counted: str = "") -> None: ...
+
+
+def _one_length(intervals: list[Interval]) -> float:
+    """Of those that closed with a row: NaN when there is none, or more than one, as flows from elsewhere have."""
+    lengths = [one.length_s for one in intervals if one.closed]
+    same = bool(lengths) and max(lengths) - min(lengths) < _TICK_S
+    return single(lengths[0]) if same else math.nan
 
 
 def _place(df: pandas.DataFrame, k: int) -> str:
@@ -157,9 +166,10 @@ class FrameRun:
                                                f" {plain(longest_s)} s" if passed_over else "")
         registers = list(self._registers.by_name.values())
         hours, days = [one.hour for one in registers], [one.day for one in registers]
-        return [*(single(one.total) for one in registers),
-                *(one.result if one.closed else math.nan for one in hours + days),
-                *(next((single(one.length_s) for one in kind if one.closed), math.nan) for kind in (hours, days))]
+        units = [10.0 ** exponent for exponent in channel.exponents]
+        return [*(single(single(one.total) * unit) for one, unit in zip(registers, units)),
+                *(single(one.result * unit) if one.closed else math.nan for one, unit in zip(hours + days, units * 2)),
+                *(_one_length(hours), _one_length(days))]
 
     def lacking(self) -> list[str]:
         """Registers that a day of the largest flow does not fit into."""

@@ -160,4 +160,12 @@ void require_sound(const std::string& path) {
     throw InputError(path, ": these gas data are not used: ", found.front(), others);
 }
 
+void require_gas_data(const std::string& path) {
+    if (path.empty())
+        throw InputError(
+            "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
+            "file");
+    require_sound(path);
+}
+
 }  // namespace kalorfix::tool::gasdat

@@ -39,6 +39,9 @@ struct GasFile {
 /// Throws InputError with the first fault of a file and their number.
 void require_sound(const std::string& path);
 
+/// The same for the file of --gas-data, which may not be there: an empty path.
+void require_gas_data(const std::string& path);
+
 /// Reads all sheets from a directory of CSV files, named after the sheets, or from a listing. Throws InputError naming file,
 /// line and what would be right; also when anything is missing, surplus or given twice.
 [[nodiscard]] Values read_sheets(const std::string& source);

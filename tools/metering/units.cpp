@@ -25,6 +25,8 @@ std::span<const tool::Dimension> all_of(Measure measure) {
 
 }  // namespace
 
+tool::Dimension dimension_of(Flow kind) { return flows[static_cast<std::size_t>(kind)]; }
+
 Flow flow_kind(const Unit& unit) {
     return static_cast<Flow>(std::ranges::find(flows, unit.dimension) - flows.begin());
 }

@@ -20,6 +20,7 @@ enum class Measure { length, pressure, temperature, viscosity, density, flow };
 
 /// Which of them a unit of flow counts.
 [[nodiscard]] Flow flow_kind(const Unit& unit);
+[[nodiscard]] tool::Dimension dimension_of(Flow kind);
 
 struct Quantity {
     double value;  ///< in the base unit

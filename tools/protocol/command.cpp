@@ -13,6 +13,7 @@
 #include "tools/protocol/page.h"
 #include "tools/runtime.h"
 #include "tools/separate_files.h"
+#include "tools/spreadsheet.h"
 #include "tools/text.h"
 
 namespace kalorfix::tool {
@@ -22,7 +23,7 @@ namespace {
 using metering::Measure;
 
 struct Request : PointRequest {
-    std::string points, readings, limit, t, p, dp, language = "en", html_file, csv_file;
+    std::string points, readings, limit, t, p, dp, decimal, language = "en", html_file, csv_file;
     Head head{};
 };
 
@@ -45,7 +46,7 @@ std::vector<State> points_of(const host::Library& library, const metering::Point
     if (!request.points.empty()) {
         if (!request.t.empty() || !request.p.empty() || !request.dp.empty())
             throw InputError("--points: takes the place of --t, --p and --dp");
-        return read_points(request.points);
+        return read_points(request.points, decimal_mark(request.decimal));
     }
     if (request.t.empty() || request.p.empty())
         throw InputError(
@@ -110,7 +111,8 @@ int run(const Installation& files, const Request& request) {
     for (const Shown& one : shown)
         sheet.shown.push_back(one.kind != metering::Flow::volume || !metering::is_gas(point.medium));
     if (limit) {
-        const Device device = read_device(request.readings, sheet.points.size(), shown);
+        const Device device =
+            read_device(request.readings, sheet.points.size(), shown, decimal_mark(request.decimal));
         sheet.with_device = true;
         sheet.shown = device.shown;
         sheet.limit_pct = *limit;
@@ -138,42 +140,46 @@ int run(const Installation& files, const Request& request) {
 
 Command protocol_command() {
     const auto r = std::make_shared<protocol::Request>();
-    return {"protocol",
-            "The check of a device as a form to sign: points, reference\nresults, deviations, verdict.",
-            "Without --points three temperatures, pressures and differential pressures within --t, --p\n"
-            "and --dp, as far as the library accepts them: 27 points. POINTS.csv has columns such as\n"
-            "t_C, p_MPa (absolute) and dp_kPa, DEVICE.csv a column point (1, 2, ...) and, of q_m_t_h,\n"
-            "q_v_m3_h, q_c_m3_h and q_e_GJ_h (water: q_h_GJ_h), those that the device shows.\n"
-            "Without readings of a device the form has empty columns.\n\n"
-            "Examples:\n"
-            "  kalorfix protocol station.ini 'GAS 2' --t 0:40 --p 1:6MPa --dp 0:40kPa --html form.html\n"
-            "  kalorfix protocol station.ini 'GAS 2' --points points.csv --readings device.csv \\\n"
-            "      --limit 0.05 --object 'Station 4' --serial 1234 --lang ru --html protocol.html\n\n"
-            "The form is for two pages A4. Without --html and --csv the CSV is printed. Exit status 1\n"
-            "when a value is not met or missing; 2 for bad input.",
-            {{"STATION", "STATION.ini", "station file that describes the metering point", &r->station, true},
-             {"CHANNEL", "CHANNEL", "its channel, such as 'GAS 2'; may be left out\nwhere there is but one",
-              &r->channel},
-             {"--points", "POINTS.csv", "the points, at most 30", &r->points},
-             {"--t", "LOW:HIGH", "temperatures", &r->t},
-             {"--p", "LOW:HIGH", "absolute pressures, as measured", &r->p},
-             {"--dp", "LOW:HIGH", "differential pressures (all that are accepted)", &r->dp},
-             {"--readings", "DEVICE.csv", "what the device showed at the points", &r->readings},
-             {"--limit", "PERCENT", "permitted deviation", &r->limit},
-             {"--html", "FILE", "write the form", &r->html_file},
-             {"--csv", "FILE", "write its numbers with all digits", &r->csv_file},
-             {"--lang", "en|ru", "language of the form (en)", &r->language},
-             {"--number", "TEXT", "of the protocol", &r->head.number},
-             {"--object", "TEXT", "where the device is installed", &r->head.object},
-             {"--device", "TEXT", "its type", &r->head.device},
-             {"--serial", "TEXT", "its serial number", &r->head.serial},
-             {"--software", "TEXT", "version of its software", &r->head.software},
-             {"--checksum", "TEXT", "checksum of its software", &r->head.checksum},
-             {"--date", "TEXT", "of the check (today)", &r->head.date},
-             {"--inspector", "NAME", "who checks", &r->head.inspector},
-             {"--representative", "NAME", "who signs for the object", &r->head.representative}},
-            {},
-            [r](const Installation& files) { return protocol::run(files, *r); }};
+    return {
+        "protocol",
+        "The check of a device as a form to sign: points, reference\nresults, deviations, verdict.",
+        "Without --points three temperatures, pressures and differential pressures within --t, --p\n"
+        "and --dp, as far as the library accepts them: 27 points. POINTS.csv has columns such as\n"
+        "t_C, p_MPa (absolute) and dp_kPa, DEVICE.csv a column point (1, 2, ...) and, of q_m_t_h,\n"
+        "q_v_m3_h, q_c_m3_h and q_e_GJ_h (water: q_h_GJ_h), those that the device shows, in these\n"
+        "units or in others (q_m_kg_s). Without readings of a device the form has empty columns.\n"
+        "A protocol is of one channel with a differential pressure and of its flows: there is none of\n"
+        "a meter, nor of totals (kalorfix audit).\n\n"
+        "Examples:\n"
+        "  kalorfix protocol station.ini 'GAS 2' --t 0:40 --p 1:6MPa --dp 0:40kPa --html form.html\n"
+        "  kalorfix protocol station.ini 'GAS 2' --points points.csv --readings device.csv \\\n"
+        "      --limit 0.05 --object 'Station 4' --serial 1234 --lang ru --html protocol.html\n\n"
+        "The form is for two pages A4. Without --html and --csv the CSV is printed. Exit status 1\n"
+        "when a value is not met or missing; 2 for bad input.",
+        {{"STATION", "STATION.ini", "station file that describes the metering point", &r->station, true},
+         {"CHANNEL", "CHANNEL", "its channel, such as 'GAS 2'; may be left out\nwhere there is but one",
+          &r->channel},
+         {"--points", "POINTS.csv", "the points, at most 30", &r->points},
+         {"--t", "LOW:HIGH", "temperatures", &r->t},
+         {"--p", "LOW:HIGH", "absolute pressures, as measured", &r->p},
+         {"--dp", "LOW:HIGH", "differential pressures (all that are accepted)", &r->dp},
+         {"--readings", "DEVICE.csv", "what the device showed at the points", &r->readings},
+         {"--decimal", "MARK", "comma or point in these files, where 1,234 can be\n1234 as well", &r->decimal},
+         {"--limit", "PERCENT", "permitted deviation", &r->limit},
+         {"--html", "FILE", "write the form", &r->html_file},
+         {"--csv", "FILE", "write its numbers with all digits", &r->csv_file},
+         {"--lang", "en|ru", "language of the form (en)", &r->language},
+         {"--number", "TEXT", "of the protocol", &r->head.number},
+         {"--object", "TEXT", "where the device is installed", &r->head.object},
+         {"--device", "TEXT", "its type", &r->head.device},
+         {"--serial", "TEXT", "its serial number", &r->head.serial},
+         {"--software", "TEXT", "version of its software", &r->head.software},
+         {"--checksum", "TEXT", "checksum of its software", &r->head.checksum},
+         {"--date", "TEXT", "of the check (today)", &r->head.date},
+         {"--inspector", "NAME", "who checks", &r->head.inspector},
+         {"--representative", "NAME", "who signs for the object", &r->head.representative}},
+        {},
+        [r](const Installation& files) { return protocol::run(files, *r); }};
 }
 
 }  // namespace kalorfix::tool

@@ -3,10 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tools/cells.h"
 #include "tools/metering/units.h"
 #include "tools/protocol/protocol.h"
+#include "tools/spreadsheet.h"
 #include "tools/text.h"
+#include "tools/units.h"
 
 namespace kalorfix::tool::protocol {
 namespace {
@@ -16,11 +17,13 @@ constexpr double largest = 1e12;
 // A file of numbers under named columns.
 class Numbers {
 public:
-    Numbers(const std::string& file, const std::string& what) : lines_(file, what) {
+    Numbers(const std::string& file, const std::string& what, char decimal)
+        : lines_(file, what), sheet_(decimal) {
         std::string_view line;
-        if (!lines_.next_entry(line)) lines_.fail("holds no heading");
-        separator_ = separator_of(line);
-        for (const std::string_view cell : raw_cells(line, separator_)) names_.emplace_back(cell_content(cell));
+        if (!sheet_.heading(lines_, line)) lines_.fail("holds no heading");
+        sheet_.split(lines_, line, cells_);
+        drop_empty_end(0);
+        for (const std::string_view cell : cells_) names_.emplace_back(cell);
     }
 
     [[nodiscard]] const std::vector<std::string>& names() const { return names_; }
@@ -29,14 +32,19 @@ public:
     /// The cells of the next row; nothing for an empty one.
     bool next(std::vector<std::optional<double>>& row) {
         std::string_view line;
-        if (!lines_.next_entry(line)) return false;
-        const std::vector<std::string_view> cells = raw_cells(line, separator_);
-        if (cells.size() != names_.size())
-            lines_.fail("expected ", names_.size(), " cells as in the heading, not ", cells.size());
+        do {
+            if (!lines_.next_entry(line, sheet_.separator() == '\t' ? " " : " \t")) {
+                sheet_.finish(lines_);
+                return false;
+            }
+            sheet_.split(lines_, line, cells_);
+        } while (std::ranges::all_of(cells_, &std::string_view::empty));
+        drop_empty_end(names_.size());
+        if (cells_.size() != names_.size()) lines_.fail(sheet_.wrong_count(names_.size(), cells_.size()));
         row.clear();
-        for (std::size_t k = 0; k < cells.size(); ++k) {
-            const std::string_view text = cell_content(cells[k]);
-            row.push_back(text.empty() ? std::nullopt : cell_number(text, separator_));
+        for (std::size_t k = 0; k < cells_.size(); ++k) {
+            const std::string_view text = cells_[k];
+            row.push_back(text.empty() ? std::nullopt : sheet_.number(lines_, text));
             if (!text.empty() && !(row.back() && std::fabs(*row.back()) <= largest))
                 lines_.fail_at(text, names_[k], ": expected a number within -1e12..1e12, not ", quoted(text));
         }
@@ -44,14 +52,36 @@ public:
     }
 
 private:
+    void drop_empty_end(std::size_t fewest) {
+        while (cells_.size() > fewest && cells_.back().empty()) cells_.pop_back();
+    }
+
     Lines lines_;
-    char separator_ = ',';
-    std::vector<std::string> names_;
+    Spreadsheet sheet_;
+    std::vector<std::string_view> cells_{};
+    std::vector<std::string> names_{};
 };
+
+// A column of the device's flows: which it is, and its unit.
+struct DeviceColumn {
+    std::size_t shown;
+    double factor;
+};
+
+std::optional<DeviceColumn> device_column(const std::string& name, const std::vector<Shown>& shown) {
+    constexpr std::size_t prefix = 4;  // q_m_
+    for (std::size_t k = 0; k < shown.size(); ++k) {
+        if (!name.starts_with(shown[k].column.substr(0, prefix))) continue;
+        const Unit* const unit =
+            find_unit(metering::dimension_of(shown[k].kind), std::string_view(name).substr(prefix));
+        if (unit) return DeviceColumn{k, unit->factor};
+    }
+    return std::nullopt;
+}
 
 }  // namespace
 
-std::vector<State> read_points(const std::string& file) {
+std::vector<State> read_points(const std::string& file, char decimal) {
     using metering::Measure;
     struct Wanted {
         std::string_view prefix;
@@ -63,7 +93,7 @@ std::vector<State> read_points(const std::string& file) {
     std::array<Wanted, 3> wanted{{{"t_", Measure::temperature, &State::t_C},
                                   {"p_", Measure::pressure, &State::p_Pa},
                                   {"dp_", Measure::pressure, &State::dp_Pa}}};
-    Numbers numbers(file, "these points");
+    Numbers numbers(file, "these points", decimal);
     for (std::size_t k = 0; k < numbers.names().size(); ++k) {
         const std::string& name = numbers.names()[k];
         const auto found =
@@ -103,23 +133,23 @@ std::vector<State> read_points(const std::string& file) {
     return points;
 }
 
-Device read_device(const std::string& file, std::size_t points, const std::vector<Shown>& shown) {
-    Numbers numbers(file, "these readings of a device");
+Device read_device(const std::string& file, std::size_t points, const std::vector<Shown>& shown, char decimal) {
+    Numbers numbers(file, "these readings of a device", decimal);
     constexpr std::size_t number = static_cast<std::size_t>(-1);
     Device device{std::vector<Readings>(points), std::vector<bool>(shown.size(), false)};
-    std::vector<std::size_t> target;  // of each column
+    std::vector<DeviceColumn> target;  // of each column
     const auto fail_of_column = [&](const std::string& name) {
         numbers.lines().fail("no such column here: ", quoted(name), "; there are point, ",
-                             joined(shown, &Shown::column), ", each once");
+                             joined(shown, &Shown::column), " or these in other units, each once");
     };
     for (const std::string& name : numbers.names()) {
-        const auto found = std::ranges::find(shown, name, &Shown::column);
-        if (name != "point" && found == shown.end()) fail_of_column(name);
-        target.push_back(name == "point" ? number : static_cast<std::size_t>(found - shown.begin()));
-        if (std::ranges::count(target, target.back()) > 1) fail_of_column(name);
-        if (name != "point") device.shown[target.back()] = true;
+        const std::optional<DeviceColumn> flow = device_column(name, shown);
+        if (name != "point" && !flow) fail_of_column(name);
+        target.push_back(flow.value_or(DeviceColumn{number, 1.0}));
+        if (std::ranges::count(target, target.back().shown, &DeviceColumn::shown) > 1) fail_of_column(name);
+        if (flow) device.shown[flow->shown] = true;
     }
-    const auto place = std::ranges::find(target, number);
+    const auto place = std::ranges::find(target, number, &DeviceColumn::shown);
     if (place == target.end() || target.size() < 2) fail_of_column("");
     for (std::vector<std::optional<double>> row; numbers.next(row);) {
         const double point = row[static_cast<std::size_t>(place - target.begin())].value_or(0.0);
@@ -129,7 +159,7 @@ Device read_device(const std::string& file, std::size_t points, const std::vecto
         if (!at.empty()) numbers.lines().fail("point ", point, " stands there already");
         at.resize(shown.size());
         for (std::size_t k = 0; k < target.size(); ++k)
-            if (target[k] != number) at[target[k]] = row[k];
+            if (target[k].shown != number && row[k]) at[target[k].shown] = *row[k] * target[k].factor;
     }
     for (Readings& at : device.at) at.resize(shown.size());
     return device;

@@ -190,6 +190,23 @@ std::string signatures(const Writer& w, const Head& head) {
     return out + "</div>\n";
 }
 
+// Why the reference has no results, point by point; the words of the library are English.
+std::string refusals(const Writer& w, const std::vector<Point>& points) {
+    constexpr std::size_t most_lines = 6;
+    std::string text;
+    std::size_t found = 0;
+    for (std::size_t k = 0; k < points.size(); ++k)
+        if (!points[k].refused.empty() && ++found <= most_lines)
+            text +=
+                fmt::format("<p class=\"note\">{} {}: {}: <span lang=\"en\">{}</span></p>\n", escape(w("No.")),
+                            k + 1, escape(w("refused by the reference")), escape(points[k].refused));
+    if (found > most_lines)
+        text += fmt::format("<p class=\"note\">{}</p>\n",
+                            escape(Text("{} more points are refused; the CSV has the reasons")
+                                       .filled(w.language, found - most_lines)));
+    return text;
+}
+
 std::string paragraph(const std::string& text) { return "<p class=\"note\">" + escape(text) + "</p>\n"; }
 
 }  // namespace
@@ -216,7 +233,7 @@ std::string html_of(const Sheet& sheet) {
     const Writer w{{sheet.language}};
     std::string body =
         head_of(w, sheet) + "<h2>" + escape(w("Points and reference results")) + "</h2>\n" +
-        points_table(w, sheet) +
+        points_table(w, sheet) + refusals(w, sheet.points) +
         paragraph(
             w("Absolute pressure is that of the transmitter. Standard volume: at 20 degC and 101.325 kPa.")) +
         "<h2 class=\"second\">" + escape(w("Results of the device")) + "</h2>\n" + device_table(w, sheet);

@@ -11,6 +11,20 @@ namespace kalorfix::tool::protocol {
 
 using metering::Flow;
 
+namespace {
+
+// To so many digits; a value that has no more stays.
+template <class Direction>
+double rounded(double value, int digits, Direction direction) {
+    constexpr double last_bits = 1e-6;
+    if (!(value > 0.0) || !std::isfinite(value)) return value;
+    const double scale = std::pow(10.0, digits - 1 - static_cast<int>(std::floor(std::log10(value))));
+    const double nearest = std::round(value * scale);
+    return (std::fabs(nearest - value * scale) < last_bits ? nearest : direction(value * scale)) / scale;
+}
+
+}  // namespace
+
 const std::vector<Shown>& shown_by(const metering::Medium& medium) {
     static const std::vector<Shown> gas{{Flow::mass, "q_m_t_h", "mass flow", "t/h"},
                                         {Flow::volume, "q_v_m3_h", "volume flow", "m3/h"},
@@ -51,7 +65,10 @@ void compare(Point& point, const Readings& device, double limit_pct) {
             value.verdict = Verdict::refused;
         } else if (value.device) {
             value.deviation_pct = deviation_pct(*value.device, value.reference);
-            value.verdict = std::fabs(value.deviation_pct) <= limit_pct ? Verdict::met : Verdict::not_met;
+            // A deviation of just the limit is within it, whatever the last bit of the division says.
+            constexpr double last_bits = 1.0 + 1e-9;
+            const bool met = std::fabs(value.deviation_pct) <= limit_pct * last_bits;
+            value.verdict = met ? Verdict::met : Verdict::not_met;
         }
     }
 }
@@ -92,7 +109,11 @@ std::vector<State> default_points(const host::Library& library, const metering::
             if (!accepted.any) throw InputError("--t, --p: no dp is accepted", at, accepted.refused);
             dp = {std::max(dp.first, accepted.low.at), std::min(dp.second, accepted.high.at)};
         }
-    dp.first = std::max(dp.first, least_share * dp.second);
+    // In figures that the form shows whole and a person sets on the device.
+    constexpr int digits = 4;
+    dp.second = rounded(dp.second, digits, [](double x) { return std::floor(x); });
+    dp.first =
+        rounded(std::max(dp.first, least_share * dp.second), digits, [](double x) { return std::ceil(x); });
     if (!(dp.first <= dp.second))
         throw InputError(
             "--dp: the library accepts no dp of this range in all states of --t and --p; see kalorfix check");

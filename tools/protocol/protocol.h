@@ -73,14 +73,16 @@ struct Ranges {
 inline constexpr std::size_t most_points = 30;  ///< that two pages hold
 
 /// Points of a file: columns of temperature, absolute pressure and differential pressure such as t_C, p_MPa, dp_kPa. Throws
-/// InputError with file, line and column.
-[[nodiscard]] std::vector<State> read_points(const std::string& file);
+/// InputError with file, line and column; `decimal` as of Spreadsheet.
+[[nodiscard]] std::vector<State> read_points(const std::string& file, char decimal);
 
-/// The device's readings: column point, the number of a point, and of its flows those that it shows. Throws InputError.
+/// The device's readings: column point, the number of a point, and of its flows those that it shows, each in its unit (q_m_kg_s).
+/// Throws InputError.
 struct Device {
     std::vector<Readings> at;  ///< of each point
     std::vector<bool> shown;   ///< which columns there are
 };
-[[nodiscard]] Device read_device(const std::string& file, std::size_t points, const std::vector<Shown>& shown);
+[[nodiscard]] Device read_device(const std::string& file, std::size_t points, const std::vector<Shown>& shown,
+                                 char decimal);
 
 }  // namespace kalorfix::tool::protocol

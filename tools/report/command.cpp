@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "tools/commands.h"
+#include "tools/gasdat/gas_file.h"
 #include "tools/output_file.h"
 #include "tools/report/html.h"
 #include "tools/report/quantities.h"
@@ -104,9 +105,7 @@ int run(const Installation& files, const Request& request) {
     if (!language) throw InputError("--lang: there are en and ru, not ", tool::quoted(request.language));
     const std::string directory = request.cases_directory.empty() ? shared("cases") : request.cases_directory;
     std::vector<CaseFile> case_files = read_cases(directory);
-    if (files.gas_data.empty() && need_gas_data(case_files))
-        throw InputError(
-            "--gas-data: there is no gas.dat beside the library, and some cases need it; give the file");
+    if (need_gas_data(case_files)) gasdat::require_gas_data(files.gas_data);
     std::vector<NamedFile> inputs{{"--lib", files.library}, {"--gas-data", files.gas_data}};
     for (const CaseFile& file : case_files)
         inputs.push_back({"the cases", (fs::path(directory) / file.name).string()});

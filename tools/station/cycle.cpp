@@ -149,7 +149,9 @@ void totals(const host::Library& library, const Channel& c, const Elapsed& elaps
         const auto number = static_cast<unsigned short>(k + 1);
         char status = 0;
         float downtime_part = 0, downtime_min = 0;
-        int_param(c.number, number, elapsed.is_passed_over() ? no_flow : out.input.external[k], reg.total,
+        // A flow that is no number would be refused too, but take the downtime along.
+        const bool none = elapsed.is_passed_over() || std::isnan(out.input.external[k]);
+        int_param(c.number, number, none ? no_flow : out.input.external[k], reg.total,
                   c.accounting[k].substitute, c.accounting[k].exponent, &status, &reg.total, &downtime_part,
                   &downtime_min);
         if (status != 1) continue;

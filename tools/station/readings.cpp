@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "tools/station/readings.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <ext/stdio_filebuf.h>
+
+#include <strings.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <chrono>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <limits>
 #include <span>
 
@@ -29,8 +25,6 @@ constexpr std::size_t most_columns = 64;
 constexpr double largest_value = 1e12;
 // Two ticks: an interval does not bear two cycles within one.
 constexpr double shortest_step_s = 0.02;
-// The tick counter has 32 bits: at 100 ticks a second it tells 497 days apart.
-constexpr double longest_gap_s = 400.0 * 86400.0;
 constexpr Limits barometer_kPa{50.0, 120.0, "kPa"};
 
 // A quantity's columns: a prefix and a unit, such as p_gauge_kPa.
@@ -54,11 +48,21 @@ constexpr Prefix prefixes[] = {
     {"heat", Quantity::heat, Dimension::heat_flow},
 };
 
+std::string in_case(std::string_view text, int (*letter)(int)) {
+    std::string all(text);
+    std::ranges::transform(all, all.begin(), [letter](char c) {
+        return static_cast<char>(letter(static_cast<unsigned char>(c)));
+    });
+    return all;
+}
+
+// Letters of a name may be of either case, those of its unit not: mPa is not MPa.
 std::optional<Column> column_of(std::string_view name) {
-    if (name == "time_s" || name == "time") return Column{std::string(name), Quantity::time};
-    if (name == "channel") return Column{std::string(name), Quantity::name};
+    const std::string small = in_case(name, std::tolower);
+    if (small == "time_s" || small == "time") return Column{small, Quantity::time};
+    if (small == "channel") return Column{small, Quantity::name};
     for (const Prefix& prefix : prefixes) {
-        if (!name.starts_with(prefix.name) || name.size() <= prefix.name.size() ||
+        if (!small.starts_with(prefix.name) || name.size() <= prefix.name.size() ||
             name[prefix.name.size()] != '_')
             continue;
         if (const Unit* const unit = find_unit(prefix.dimension, name.substr(prefix.name.size() + 1)))
@@ -67,8 +71,9 @@ std::optional<Column> column_of(std::string_view name) {
     return std::nullopt;
 }
 
-std::vector<std::string> column_names() {
+std::vector<std::string> column_names(std::span<const OwnColumn> own) {
     std::vector<std::string> names{"time_s", "time", "channel"};
+    for (const OwnColumn& one : own) names.emplace_back(one.name);
     for (const Prefix& prefix : prefixes) {
         const std::string units = unit_names(prefix.dimension);
         for (const std::string_view unit : split(units, ',')) names.push_back(cat(prefix.name, "_", unit));
@@ -94,6 +99,8 @@ bool is_pressure(const Column& column) {
            column.quantity == Quantity::barometer;
 }
 
+bool is_measured(Quantity quantity) { return static_cast<std::size_t>(quantity) < quantity_count; }
+
 // A transmitter that failed leaves no value, or none that is a number.
 bool is_no_reading(std::string_view cell) {
     return cell.empty() || (cell.size() == 3 && strncasecmp(cell.data(), "nan", 3) == 0);
@@ -108,66 +115,7 @@ bool takes(const Channel& channel, Quantity quantity) {
            (quantity == Quantity::heat && !channel.is_gas());
 }
 
-// An open file as a stream, with the offset that it has.
-struct FileStream : std::istream {
-    explicit FileStream(int descriptor)
-        : std::istream(nullptr), buffer(descriptor, std::ios::in | std::ios::binary) {
-        rdbuf(&buffer);
-    }
-    __gnu_cxx::stdio_filebuf<char> buffer;
-};
-
-// Copies a pipe; an interruption may have cut the last line, which is then left out.
-void copy(const std::string& name, int from, int to, const volatile std::sig_atomic_t& interrupted) {
-    std::vector<char> buffer(std::size_t{1} << 16);
-    off_t whole_lines = 0;
-    for (ssize_t got = 0; !interrupted && (got = read(from, buffer.data(), buffer.size())) != 0;) {
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw InputError(name, ": cannot be read: ", std::strerror(errno));
-        if (write(to, buffer.data(), static_cast<std::size_t>(got)) != got)
-            throw InputError(name, ": no room for a temporary copy of the readings");
-        const std::size_t line_end = std::string_view(buffer.data(), static_cast<std::size_t>(got)).rfind('\n');
-        if (line_end != std::string_view::npos)
-            whole_lines = lseek(to, 0, SEEK_CUR) - got + static_cast<off_t>(line_end) + 1;
-    }
-    if ((interrupted && ftruncate(to, whole_lines) != 0) || lseek(to, 0, SEEK_SET) != 0)
-        throw InputError(name, ": cannot keep the readings");
-}
-
 }  // namespace
-
-std::optional<double> parse_time(TimeKind kind, std::string_view text) {
-    if (kind == TimeKind::seconds) return number_within(text, {0.0, latest_s, "s"});
-    const std::optional<WrittenTime> time = parse_date(text);
-    return time && time->offset_s.value_or(0) == 0 ? std::optional(time->seconds) : std::nullopt;
-}
-
-std::string print_time(TimeKind kind, double seconds) {
-    if (kind == TimeKind::seconds) return fmt::format("{}", seconds);
-    const double whole = std::floor(seconds);
-    const auto since = std::chrono::seconds(static_cast<long long>(whole));
-    const auto days = std::chrono::floor<std::chrono::days>(since);
-    const std::chrono::year_month_day date{std::chrono::sys_days(days)};
-    const std::chrono::hh_mm_ss clock(since - days);
-    std::string text = fmt::format("{:04}-00-00T00:00:00", static_cast<int>(date.year()));
-    // Two digits, so far before the end.
-    const auto put = [&text](std::size_t before_end, auto value) {
-        const auto number = static_cast<unsigned>(value);
-        text[text.size() - before_end] = static_cast<char>('0' + number / 10);
-        text[text.size() - before_end + 1] = static_cast<char>('0' + number % 10);
-    };
-    put(14, static_cast<unsigned>(date.month()));
-    put(11, static_cast<unsigned>(date.day()));
-    put(8, clock.hours().count());
-    put(5, clock.minutes().count());
-    put(2, clock.seconds().count());
-    if (seconds > whole) {
-        std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
-        fraction.erase(fraction.find_last_not_of('0') + 1);
-        if (fraction.size() > 1) text += fraction;
-    }
-    return text;
-}
 
 Quantity measured_by(const Channel& channel) {
     if (channel.device == meter_mass) return Quantity::q_t_h;
@@ -192,35 +140,28 @@ std::string column_reference() {
     return text;
 }
 
-std::unique_ptr<std::istream> open_readings(const std::string& name,
-                                            const volatile std::sig_atomic_t& interrupted) {
-    const auto refused = [&](const char* why) {
-        return InputError(fmt::format("{}: cannot read these readings: {}", name, why));
-    };
-    // A descriptor of its own: that of the process stays open.
-    const int descriptor = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0 && interrupted) return nullptr;
-    if (descriptor < 0) throw refused(std::strerror(errno));
-    auto stream = std::make_unique<FileStream>(descriptor);
-    struct stat about {};
-    if (fstat(descriptor, &about) != 0 || S_ISDIR(about.st_mode)) throw refused("it is a directory");
-    if (S_ISREG(about.st_mode)) return stream;
-    std::FILE* const kept = std::tmpfile();
-    if (!kept) throw InputError(name, ": no temporary file to keep the readings in");
-    const int copied = dup(fileno(kept));
-    std::fclose(kept);
-    auto copy_stream = std::make_unique<FileStream>(copied);
-    copy(name, descriptor, copied, interrupted);
-    return copy_stream;
-}
-
-Readings::Readings(const Station& station, std::istream& in, const std::string& name, char decimal)
+Readings::Readings(const Station& station, std::istream& in, const std::string& name, char decimal,
+                   std::span<const OwnColumn> own)
     : station_(station),
       lines_(in, name == "-" ? "standard input" : name),
       sheet_(decimal),
+      own_columns_(own),
       last_time_(station.channels.size()),
+      given_(station.channels.size()),
       index_(station) {
+    for (const OwnColumn& one : own) own_.resize(std::max(own_.size(), one.place + 1));
     read_heading();
+}
+
+bool Readings::has_own(std::size_t place) const {
+    return std::ranges::any_of(columns_,
+                               [place](const Column& one) { return one.own && one.own->place == place; });
+}
+
+void Readings::warn_of_end() const {
+    if (lines_.cut())
+        fmt::print(stderr, "kalorfix: warning: {}:{}: the file ends within this line; was it cut short?\n",
+                   printable(lines_.name()), lines_.number());
 }
 
 void Readings::rewind() {
@@ -248,16 +189,18 @@ void Readings::drop_empty_end(std::size_t fewest) {
 }
 
 void Readings::add_column(std::string_view name) {
-    const std::optional<Column> known = column_of(name);
+    std::optional<Column> known = column_of(name);
+    if (const auto own = std::ranges::find(own_columns_, name, &OwnColumn::name); own != own_columns_.end())
+        known = {std::string(name), Quantity::own, own->factor, 0.0, &*own};
     if (!known)
-        lines_.fail_at(name, "no such column: ", quoted(name), did_you_mean(name, column_names()),
+        lines_.fail_at(name, "no such column: ", quoted(name), did_you_mean(name, column_names(own_columns_)),
                        "; there are time_s, time, channel and, each with a unit as in t_C, t, p, p_gauge, "
                        "barometer, dp, q, "
                        "mass, volume, standard_volume, energy and heat; see kalorfix run --help");
-    if (const auto other = std::ranges::find(columns_, known->quantity, &Column::quantity);
-        other != columns_.end())
-        lines_.fail_at(name, name, " gives what column ", other->name, " gives already");
-    if (name == "time") time_kind_ = TimeKind::date;
+    for (const Column& other : columns_)
+        if (other.quantity == known->quantity && (!known->own || known->own->place == other.own->place))
+            lines_.fail_at(name, name, " gives what column ", other.name, " gives already");
+    if (known->name == "time") time_kind_ = TimeKind::date;
     columns_.push_back(*known);
 }
 
@@ -320,6 +263,12 @@ double Readings::read_time(std::string_view cell) {
 
 std::size_t Readings::find_channel(std::string_view cell) const {
     if (const std::optional<std::size_t> found = index_.find(cell)) return *found;
+    // As people write it: small letters, blanks more, or one that does not break.
+    std::string plain_name = in_case(cell, std::toupper);
+    constexpr std::string_view no_break = "\xC2\xA0";
+    for (std::size_t at = 0; (at = plain_name.find(no_break)) != std::string::npos;)
+        plain_name.replace(at, no_break.size(), " ");
+    if (const auto found = index_.find(joined(words(plain_name), {}, " "))) return *found;
     constexpr std::size_t most_told = 20;
     const std::span told(station_.channels.data(), std::min(most_told, station_.channels.size()));
     lines_.fail_at(cell, "no such channel: ", quoted(cell), "; ", station_.file, " describes ",
@@ -327,6 +276,13 @@ std::size_t Readings::find_channel(std::string_view cell) const {
 }
 
 double Readings::read_value(std::string_view cell, const Column& column, const Channel& channel) {
+    if (!needs(channel, column.quantity) && takes(channel, column.quantity) && is_measured(column.quantity)) {
+        bool& given = given_[static_cast<std::size_t>(&channel - station_.channels.data())]
+                            [static_cast<std::size_t>(column.quantity)];
+        given = given || !cell.empty();
+        // A flow from elsewhere that other rows have failed here; before the first walk has ended nobody knows.
+        if (cell.empty() && given && walked_) return std::numeric_limits<double>::quiet_NaN();
+    }
     if (cell.empty() && !needs(channel, column.quantity)) return 0.0;
     if (is_no_reading(cell)) return std::numeric_limits<double>::quiet_NaN();
     const auto fail = [&](const auto&... what) { lines_.fail_at(cell, column.name, ": ", what...); };
@@ -337,6 +293,19 @@ double Readings::read_value(std::string_view cell, const Column& column, const C
     if (std::fabs(*value) > largest_value)
         fail("must lie within -", largest_value, "..", largest_value, ", not ", cell);
     return *value * column.factor + column.offset;
+}
+
+void Readings::read_own(std::string_view cell, const Column& column, const Channel& channel) {
+    std::optional<double>& value = own_[column.own->place];
+    value.reset();
+    if (is_no_reading(cell)) return;
+    if (!(channel.is_gas() ? column.own->of_gas : column.own->of_heat_carrier))
+        lines_.fail_at(cell, column.name, ": ", channel.name, " has none; leave the cell empty");
+    value = sheet_.number(lines_, cell);
+    if (!value || std::fabs(*value) > largest_value)
+        lines_.fail_at(cell, column.name, ": expected a number within -", largest_value, "..", largest_value,
+                       ", or an empty cell, not ", quoted(cell));
+    *value *= column.factor;
 }
 
 // The absolute pressure where there is a column of gauge pressure.
@@ -392,21 +361,28 @@ bool Readings::next(Measured& row) {
     do {
         if (!lines_.next_entry(line, sheet_.separator() == '\t' ? " " : " \t")) {
             sheet_.finish(lines_);
+            walked_ = true;
             return false;
         }
         sheet_.split(lines_, line, cells_);
     } while (cells_.front().empty() && std::ranges::all_of(cells_, &std::string_view::empty));
     if (cells_.size() > columns_.size()) drop_empty_end(columns_.size());
-    if (cells_.size() != columns_.size()) lines_.fail(sheet_.wrong_count(columns_.size(), cells_.size()));
+    if (cells_.size() != columns_.size())
+        lines_.fail(sheet_.wrong_count(columns_.size(), cells_.size()),
+                    lines_.cut() ? "; the file ends within this line" : "");
     row = {};
     row.time_s = read_time(cells_[time_column_]);
     row.channel = find_channel(cells_[channel_column_]);
+    const Channel& channel = station_.channels[row.channel];
     const bool by_gauge = gauge_column_ != columns_.size();
-    for (std::size_t k = 0; k < cells_.size(); ++k)
-        if (k != time_column_ && k != channel_column_ && !(by_gauge && is_pressure(columns_[k])))
-            row.value[static_cast<std::size_t>(columns_[k].quantity)] =
-                read_value(cells_[k], columns_[k], station_.channels[row.channel]);
-    if (by_gauge) read_pressure(station_.channels[row.channel], row);
+    for (std::size_t k = 0; k < cells_.size(); ++k) {
+        const Column& column = columns_[k];
+        if (column.own)
+            read_own(cells_[k], column, channel);
+        else if (k != time_column_ && k != channel_column_ && !(by_gauge && is_pressure(column)))
+            row.value[static_cast<std::size_t>(column.quantity)] = read_value(cells_[k], column, channel);
+    }
+    if (by_gauge) read_pressure(channel, row);
     check_order(row, cells_[time_column_]);
     return true;
 }

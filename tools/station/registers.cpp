@@ -30,11 +30,14 @@ std::vector<Cells> rows(const Station& station, const StationRegisters& register
         const Channel& c = station.channels[i];
         for (std::size_t k = 0; k < integrator_count(c.medium); ++k) {
             const Register& reg = registers[i].reg[k];
+            const std::optional<double>& last_s = registers[i].last_s;
+            const std::optional<int>& offset_s = registers[i].offset_s;
             Cells cells{c.name,
                         std::string(integrator(c.medium, k).name),
                         std::string(integrator(c.medium, k).unit),
                         fmt::format("{}", c.accounting[k].exponent),
-                        std::string(registers[i].last_s ? print_time(kind, *registers[i].last_s) : no_time),
+                        (last_s ? print_time(kind, *last_s) : std::string(no_time)) +
+                            (last_s && offset_s ? print_offset(*offset_s) : ""),
                         fmt::format("{}", reg.total)};
             for (const Interval& interval : reg.interval)
                 for (const float value : {interval.time_s, interval.start, interval.result})
@@ -66,6 +69,18 @@ float number_of(const Lines& lines, const std::vector<std::string_view>& cells, 
     lines.fail(heading[column], ": ", expected_within(cells[column], limits));
 }
 
+// By the station's own clock, where its zone is told.
+std::optional<WrittenTime> time_of(std::string_view cell, TimeKind kind, const Station& station) {
+    if (kind == TimeKind::seconds) {
+        const std::optional<double> seconds = parse_time(kind, cell);
+        return seconds ? std::optional(WrittenTime{*seconds, {}}) : std::nullopt;
+    }
+    std::optional<WrittenTime> time = parse_date(cell);
+    if (time && time->offset_s && station.zone_s)
+        *time = {time->seconds + *station.zone_s - *time->offset_s, station.zone_s};
+    return time;
+}
+
 using Found = std::vector<std::array<bool, most_integrators>>;
 
 void read_row(const Lines& lines, const std::vector<std::string_view>& cells, const Station& station,
@@ -84,13 +99,16 @@ void read_row(const Lines& lines, const std::vector<std::string_view>& cells, co
     if (cells[3] != fmt::format("{}", channel->accounting[k].exponent))
         lines.fail(cells[0], " ", cells[1], " counts in 10^", cells[3], ", the station in 10^",
                    channel->accounting[k].exponent);
-    const std::optional<double> last_s = cells[4] == no_time ? std::nullopt : parse_time(kind, cells[4]);
-    if (cells[4] != no_time && !last_s)
+    const std::optional<WrittenTime> last =
+        cells[4] == no_time ? std::nullopt : time_of(cells[4], kind, station);
+    if (cells[4] != no_time && !last)
         lines.fail("time: expected ", kind == TimeKind::seconds ? "seconds" : "a date",
                    " as in the readings, not ", quoted(cells[4]));
+    const std::optional<double> last_s = last ? std::optional(last->seconds) : std::nullopt;
     if (k > 0 && last_s != registers[i].last_s)
         lines.fail("time: the registers of ", cells[0], " have one time, not ", quoted(cells[4]), " too");
     registers[i].last_s = last_s;
+    if (last) registers[i].offset_s = last->offset_s;
     Register& reg = registers[i].reg[k];
     reg.total = number_of(lines, cells, first_number);
     std::size_t next = first_number + 1;

@@ -12,7 +12,8 @@ namespace kalorfix::tool::station {
 
 struct ChannelRegisters {
     Registers reg{};
-    std::optional<double> last_s;  ///< time of the last reading
+    std::optional<double> last_s;   ///< time of the last reading
+    std::optional<int> offset_s{};  ///< of its clock from UTC, where it is known
 };
 
 /// Of every channel of a station, in its order.

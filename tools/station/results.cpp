@@ -10,83 +10,15 @@
 
 #include "tools/fold.h"
 #include "tools/spreadsheet.h"
-
+#include "tools/station/cycle_columns.h"
 #include "tools/station/line.h"
 
 namespace kalorfix::tool::station {
 namespace {
 
-// ---- The columns of a cycle, for CSV and JSON alike -----------------------------------------------------------
-
-// The integrators of both media.
-struct Kind {
-    const char *flow, *amount;
-    int of_gas, of_heat_carrier;  // number less one; -1 where the medium has no such
-};
-constexpr std::array<Kind, 5> kinds{{{"q_m_t_h", "mass_t", 0, 0},
-                                     {"q_v_m3_h", "volume_m3", 1, 1},
-                                     {"q_c_m3_h", "standard_volume_m3", 2, -1},
-                                     {"q_e_GJ_h", "energy_GJ", 3, -1},
-                                     {"q_h_GJ_h", "heat_GJ", -1, 2}}};
-
-const std::vector<std::string>& column_names() {
-    static const std::vector<std::string> all = [] {
-        std::vector<std::string> names{"t_C", "p_Pa", "dp_Pa"};
-        for (const Result& one : cycle_results)
-            if (!one.name.empty()) names.emplace_back(one.name);
-        for (const Kind& kind : kinds) names.emplace_back(kind.flow);
-        for (const char* const prefix : {"total_", "hour_", "day_"})
-            for (const Kind& kind : kinds) names.push_back(std::string(prefix) + kind.amount);
-        names.insert(names.end(), {"hour_length_s", "day_length_s"});
-        return names;
-    }();
-    return all;
-}
-
-// A value for each of the names, or nothing where it does not exist or the step that gives it did not pass.
-using Values = std::vector<std::optional<float>>;
-
-void fill(const Cycle& cycle, Values& values) {
-    const auto& [c, row, out, registers] = cycle;
-    values.clear();
-    const auto add = [&values](bool given, float value) {
-        values.push_back(given && std::isfinite(value) ? std::optional(value) : std::nullopt);
-    };
-    add(true, out.input.t_C);
-    add(true, out.input.p_Pa);
-    add(!is_meter(c.device), out.input.dp);
-    for (const Result& one : cycle_results) {
-        if (one.name.empty()) continue;
-        // The Reynolds number is told of a refused flow too.
-        const bool told = one.value == &Outcome::Re
-                              ? out.passed(Step::geometry) && out.Re != 0.0F && !std::isnan(out.input.dp)
-                              : out.passed(one.step);
-        const bool at_rest = out.at_rest && one.step == Step::flow;
-        add(told && !at_rest && has(c, one.whose), out.*one.value);
-    }
-    std::array<int, kinds.size()> index{};
-    for (std::size_t k = 0; k < kinds.size(); ++k)
-        index[k] = c.is_gas() ? kinds[k].of_gas : kinds[k].of_heat_carrier;
-    const auto at = [](int k) { return static_cast<std::size_t>(std::max(k, 0)); };
-    for (const int k : index) add(k >= 0 && out.passed(Step::flow), out.q[at(k)]);
-    for (const int k : index) add(k >= 0, registers[at(k)].total);
-    for (std::size_t set = 0; set < 2; ++set)
-        for (const int k : index) {
-            const Interval& interval = registers[at(k)].interval[set];
-            add(k >= 0 && interval.closed, interval.result);
-        }
-    for (std::size_t set = 0; set < 2; ++set) {
-        const auto closed =
-            std::ranges::find_if(registers, [set](const Register& one) { return one.interval[set].closed; });
-        add(closed != registers.end(),
-            closed == registers.end() ? 0.0F : static_cast<float>(closed->interval[set].length_s));
-    }
-}
-
 // Hours or days that are not as long as they should be say how long they were.
 std::string length_of(const Interval& interval, std::size_t set) {
     constexpr std::array<double, 2> lengths{3600.0, 86400.0};
-    constexpr double tick_s = 0.01;
     if (std::fabs(interval.length_s - lengths[set]) < tick_s) return {};
     return fmt::format(" in {:.8g} s", interval.length_s);
 }
@@ -98,6 +30,9 @@ std::string summary_of(const Channel& c, const ChannelSummary& summary, TimeKind
     if (c.needs_gas_data())
         text += fmt::format("{:<11} composition sums to {:.7g} %{}\n", "", c.gas.sum_pct,
                             c.gas.normalised ? ", scaled to 100 %" : "");
+    if (summary.held > 0)
+        text +=
+            fmt::format("{:<11} readings that the registers hold already, passed over: {}\n", "", summary.held);
     if (summary.refused > 0) text += fmt::format("{:<11} first refused at {}\n", "", summary.first_refusal);
     if (summary.at_rest > 0)
         text += fmt::format("{:<11} at rest, below the cut-off: {} of the computed, lowest dp {:.7g} kPa\n", "",
@@ -216,9 +151,9 @@ public:
             const ChannelSummary& summary = end.summaries[i];
             std::string line = fmt::format(
                 "{{\"record\":\"channel\",\"channel\":{},\"computed\":{},\"refused\":{},\"interrupted\":{},"
-                "\"at_rest\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
+                "\"at_rest\":{},\"held\":{},\"passed_over_s\":{},\"longest_step_s\":{}",
                 json_text(channel.name), summary.computed, summary.refused, !end.interrupted.empty(),
-                summary.at_rest, summary.passed_over_s, summary.longest_s);
+                summary.at_rest, summary.held, summary.passed_over_s, summary.longest_s);
             for (std::size_t k = 0; summary.longest_s > 0.0 && k < integrator_count(channel.medium); ++k)
                 line += fmt::format(",\"longest_step_{}\":{}", integrator(channel.medium, k).name,
                                     summary.longest_amount[k]);
@@ -340,7 +275,7 @@ private:
             cell(solved, FMT_COMPILE("{:.4f}"), o.q[0]),
             cell(solved && c.is_gas(), FMT_COMPILE("{:.1f}"), o.q[2]),
             cell(solved, FMT_COMPILE("{:.3f}"), o.q[c.is_gas() ? 3 : 2]),
-            cell(true, FMT_COMPILE("{:.3f}"), registers[0].total),
+            cell(true, FMT_COMPILE("{:.3f}"), in_unit(c, 0, registers[0].total)),
             cycle.done() ? std::string() : fmt::format("  refused, {}: {}", step_name(o.reached), o.reason));
     }
 

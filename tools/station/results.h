@@ -60,6 +60,7 @@ inline constexpr std::array<Result, 20> cycle_results{{
 /// How the cycles of a channel ended.
 struct ChannelSummary {
     std::uint64_t computed = 0, refused = 0;
+    std::uint64_t held = 0;         ///< readings that the registers of --continue hold already
     std::string first_refusal;      ///< time, step and reason
     std::uint64_t at_rest = 0;      ///< of the computed: below the cut-off
     float lowest_dp_Pa = 0.0F;      ///< of these

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <numeric>
 
@@ -15,8 +14,11 @@
 #include "tools/runtime.h"
 #include "tools/separate_files.h"
 #include "tools/simulated_clock.h"
+#include "tools/spreadsheet.h"
 #include "tools/station/example.h"
+#include "tools/station/progress.h"
 #include "tools/station/readings.h"
+#include "tools/station/readings_stream.h"
 #include "tools/station/room.h"
 #include "tools/station/station_keys.h"
 #include "tools/station/stops.h"
@@ -49,35 +51,6 @@ struct SessionEnd {
 };
 using Session = std::unique_ptr<const host::Library, SessionEnd>;
 
-// How far a long run has come, on standard error when a person watches; now and then, once the run has taken a second.
-class Progress {
-public:
-    Progress(std::uint64_t whole, bool wanted)
-        : whole_(whole), watched_(wanted && isatty(STDERR_FILENO) == 1) {}
-    ~Progress() {
-        if (drawn_) std::fputs("\r\033[K", stderr);
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
-
-    void at(std::uint64_t done) {
-        constexpr unsigned calls_between_looks = 256;
-        if (!watched_ || ++calls_ % calls_between_looks != 0 || Clock::now() < next_) return;
-        next_ = Clock::now() + std::chrono::milliseconds(100);
-        drawn_ = true;
-        const auto percent = static_cast<int>(std::min(done, whole_) * 100 / whole_);
-        fmt::print(stderr, "\r[{:#<{}}{:.<{}}] {:3} %", "", percent / 2, "", 50 - percent / 2, percent);
-        std::fflush(stderr);
-    }
-
-private:
-    using Clock = std::chrono::steady_clock;
-    std::uint64_t whole_;
-    bool watched_, drawn_ = false;
-    unsigned calls_ = 0;
-    Clock::time_point next_ = Clock::now() + std::chrono::seconds(1);
-};
-
 // What the walks through the readings share.
 struct Job {
     const Station& station;
@@ -102,6 +75,16 @@ bool is_counted(const ChannelRegisters& registers, const Measured& row) {
     return registers.last_s && row.time_s <= *registers.last_s;
 }
 
+// Times of another offset would be passed over as counted, or leave a hole that is none.
+void require_one_clock(const Job& job) {
+    const std::optional<int> now = job.readings.offset_s();
+    for (const ChannelRegisters& one : job.registers)
+        if (now && one.offset_s && *now != *one.offset_s)
+            throw InputError(job.readings.name(), ": the times have the offset ", print_offset(*now),
+                             " from UTC, those of the registers ", print_offset(*one.offset_s),
+                             "; say the station's own, such as zone = +03:00 in a section [STATION]");
+}
+
 // The first walk through the readings: every mistake is found before anything is written.
 void check(Job& job) {
     job.first_s.resize(job.station.channels.size());
@@ -111,6 +94,7 @@ void check(Job& job) {
     Measured row;
     bool any = false;
     while (!signal_received && job.readings.next(row)) {
+        if (!any) require_one_clock(job);
         any = true;
         job.temperatures[row.channel].add(row[Quantity::t_C]);
         if (is_counted(job.registers[row.channel], row)) continue;
@@ -120,6 +104,10 @@ void check(Job& job) {
         const double from_s = counted_to[row.channel].value_or(job.made_s(row.channel));
         counted_to[row.channel] = row.time_s;
         const Elapsed elapsed{row.time_s - from_s, channel.longest_step_s};
+        if (elapsed.seconds > longest_gap_s)
+            throw InputError(job.readings.name(), ": ", print_time(job.readings.time_kind(), row.time_s),
+                             " lies more than ", longest_gap_s / 86400.0, " days after what the registers of ",
+                             channel.name, " hold; begin anew without --continue");
         if (!elapsed.is_passed_over()) job.peaks[row.channel].note_step(elapsed.seconds);
         job.peaks[row.channel].note(row, channel);
     }
@@ -201,7 +189,10 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
         const Channel& channel = job.station.channels[row.channel];
         ChannelRegisters& kept = job.registers[row.channel];
         progress.at(job.readings.bytes_read());
-        if (is_counted(kept, row)) continue;
+        if (is_counted(kept, row)) {
+            ++account.summaries[row.channel].held;
+            continue;
+        }
         clock.set(row.time_s);
         double& from_s = counted_to[row.channel];
         const Elapsed elapsed{row.time_s - from_s, channel.longest_step_s};
@@ -213,9 +204,12 @@ Account compute(const host::Library& library, Job& job, SimulatedClock& clock, R
         if (outcome.filled != Amounts{})
             calendar.add(made_s - job.downtime_min * s_per_min, made_s, outcome.filled, false);
         from_s = kept.last_s.emplace(row.time_s);
+        kept.offset_s = job.readings.offset_s();
         note(account.summaries[row.channel], row, outcome, elapsed, job.readings.time_kind());
         results.cycle({channel, row, outcome, kept.reg});
     }
+    if (!signal_received && job.readings.bytes_read() < job.bytes)
+        throw InputError(job.readings.name(), ": has become shorter while it was read");
     return account;
 }
 
@@ -247,7 +241,8 @@ std::string how_to_go_on(int signal, const RunRequest& request, const std::strin
     if (request.registers_file.empty() && request.format == "json")
         return text + "; there are no registers in JSON to go on from";
     return text + "; go on with --continue " +
-           (file.empty() ? "and the file of these results" : printable(file));
+           (file.empty() ? "and the file of these results" : printable(file)) +
+           (request.registers_file.empty() || request.out.empty() ? "" : " and another --out");
 }
 
 // The registers may go on in their own file; else what is read is not written.
@@ -285,8 +280,7 @@ double check_request(const RunRequest& request) {
             "both to start from");
     if (std::ranges::find(formats, request.format) == formats.end())
         throw InputError("--format: there are table, csv, json, hours and days, not '", request.format, "'");
-    if (!request.decimal.empty() && request.decimal != "comma" && request.decimal != "point")
-        throw InputError("--decimal: there are comma and point, not '", request.decimal, "'");
+    static_cast<void>(decimal_mark(request.decimal));
     if (request.decimal_commas && !request.format.empty() && request.format != "csv")
         throw InputError("--decimal-commas: has no meaning with --format ", request.format, "; leave it out");
     const std::optional<double> minutes = number_within(request.downtime, downtime_min);
@@ -314,11 +308,8 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     Station station = read_station(library, request.station_file);
     take_longest_step(request, station);
     const bool needs_gas_data = std::ranges::any_of(station.channels, &Channel::needs_gas_data);
-    if (files.gas_data.empty() && !make && needs_gas_data)
-        throw InputError(
-            "--gas-data: there is no gas.dat beside the library, which methods by composition need; give the "
-            "file");
-    if (!files.gas_data.empty() && needs_gas_data) gasdat::require_sound(files.gas_data);
+    // The demo goes without.
+    if (needs_gas_data && !(make && files.gas_data.empty())) gasdat::require_gas_data(files.gas_data);
 
     keep_files_apart(files, request, station);
 
@@ -327,13 +318,13 @@ int run(const Installation& files, const RunRequest& request, const ResultsMaker
     if (interrupted_copying && (!in || in->peek() == std::istream::traits_type::eof()))
         return nothing_done(interrupted_copying);
     signal_received = 0;
-    const char decimal = request.decimal.empty() ? '\0' : request.decimal == "comma" ? ',' : '.';
-    Readings readings(station, *in, request.readings, decimal);
+    Readings readings(station, *in, request.readings, decimal_mark(request.decimal));
     const TimeKind kind = readings.time_kind();
     Job job{station, readings, StationRegisters(station.channels.size()), downtime_min};
     if (!request.continue_file.empty()) job.registers = read_registers(request.continue_file, station, kind);
     check(job);
     if (signal_received) return nothing_done(signal_received);
+    readings.warn_of_end();
     name_stops(station, job.temperatures);
 
     OutputFile out(request.out);
@@ -395,8 +386,9 @@ Command run_command() {
             "with their length), those of the calendar at the end with the seconds counted in each,\n"
             "and the longest step between two readings. A refused cycle names the step and the first\n"
             "limit that it broke; its time is passed over. An empty cell or nan is a transmitter that\n"
-            "failed: a refused cycle. A station whose day does not fit its registers (10^6 units) is\n"
-            "refused with the exponents that would do.\n\n"
+            "failed: a refused cycle; an external flow that no row of its channel has is none. A\n"
+            "station whose day does not fit its registers (10^6 units) is refused with the exponents\n"
+            "that would do.\n\n"
             "Exit status 0; 1 when a channel with readings computed nothing; 2 for bad input or a full\n"
             "disk, which leaves the old files; 130 when interrupted (129 by SIGHUP, 143 by SIGTERM):\n"
             "what was computed is kept, with the registers to go on from, and standard error says how.\n\n" +

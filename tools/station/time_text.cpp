@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 
 #include "tools/text.h"
 
@@ -141,6 +142,39 @@ std::optional<WrittenTime> parse_date(std::string_view text) {
     if (in.rest().empty()) return time;
     time.offset_s = parse_offset(in.rest());
     return time.offset_s ? std::optional(time) : std::nullopt;
+}
+
+std::optional<double> parse_time(TimeKind kind, std::string_view text) {
+    if (kind == TimeKind::seconds) return number_within(text, {0.0, latest_s, "s"});
+    const std::optional<WrittenTime> time = parse_date(text);
+    return time && time->offset_s.value_or(0) == 0 ? std::optional(time->seconds) : std::nullopt;
+}
+
+std::string print_time(TimeKind kind, double seconds) {
+    if (kind == TimeKind::seconds) return fmt::format("{}", seconds);
+    const double whole = std::floor(seconds);
+    const auto since = std::chrono::seconds(static_cast<long long>(whole));
+    const auto days = std::chrono::floor<std::chrono::days>(since);
+    const std::chrono::year_month_day date{std::chrono::sys_days(days)};
+    const std::chrono::hh_mm_ss clock(since - days);
+    std::string text = fmt::format("{:04}-00-00T00:00:00", static_cast<int>(date.year()));
+    // Two digits, so far before the end.
+    const auto put = [&text](std::size_t before_end, auto value) {
+        const auto number = static_cast<unsigned>(value);
+        text[text.size() - before_end] = static_cast<char>('0' + number / 10);
+        text[text.size() - before_end + 1] = static_cast<char>('0' + number % 10);
+    };
+    put(14, static_cast<unsigned>(date.month()));
+    put(11, static_cast<unsigned>(date.day()));
+    put(8, clock.hours().count());
+    put(5, clock.minutes().count());
+    put(2, clock.seconds().count());
+    if (seconds > whole) {
+        std::string fraction = fmt::format("{:.6f}", seconds - whole).substr(1);
+        fraction.erase(fraction.find_last_not_of('0') + 1);
+        if (fraction.size() > 1) text += fraction;
+    }
+    return text;
 }
 
 std::string date_expected(std::string_view text) {

@@ -17,6 +17,18 @@ struct WrittenTime {
 /// fraction if need be, and behind it Z or an offset such as +03:00. Nothing for other text.
 [[nodiscard]] std::optional<WrittenTime> parse_date(std::string_view text);
 
+enum class TimeKind { seconds, date };
+
+/// Largest time in seconds: the tick counter and its differences stay exact.
+inline constexpr double latest_s = 1e11;
+
+/// Reads "86400.5" (0..1e11) or a date without an offset from UTC into seconds; a date counts from 1970. Nothing when the
+/// text is neither.
+[[nodiscard]] std::optional<double> parse_time(TimeKind kind, std::string_view text);
+
+/// The same the other way round.
+[[nodiscard]] std::string print_time(TimeKind kind, double seconds);
+
 /// Why a text is none: what was found and what to write.
 [[nodiscard]] std::string date_expected(std::string_view text);
 

@@ -126,6 +126,7 @@ inline constexpr Entry catalogue[] = {
     {"NOT MET", "НЕ СООТВ."},
     {"no value", "нет значения"},
     {"refused by the reference", "отказ опорного расчёта"},
+    {"{} more points are refused; the CSV has the reasons", "ещё отказов: {}; причины в CSV"},
     {"Absolute pressure is that of the transmitter. Standard volume: at 20 degC and 101.325 kPa.",
      "Абсолютное давление — по показаниям датчика. Стандартные условия: 20 °C и 101,325 кПа."},
     {"Deviation: device less reference, in per cent of the reference; permitted: ±{} %.",
