@@ -67,8 +67,8 @@ metering::Gas read_gas(Form& form) {
     gas.method = static_cast<short>(form.row("method", tool::methods));
     if (tool::is_by_density(gas.method)) {
         gas.rho_c = form.number("rho_c", 0, 1, "kg/m3");
-        gas.x[tool::nitrogen] = form.number_or("n2", 0, 0, 100, "mol %");
-        gas.x[tool::carbon_dioxide] = form.number_or("co2", 0, 0, 100, "mol %");
+        gas.x[tool::nitrogen] = form.number("n2", 0, 100, "mol %");
+        gas.x[tool::carbon_dioxide] = form.number("co2", 0, 100, "mol %");
     } else {
         read_composition(form, gas);
     }
