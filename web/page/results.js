@@ -142,10 +142,9 @@ function showUncertainty(panel) {
 function curve(title, xLabel, yLabel, x, y) {
   const place = element('div', {class: 'chart', role: 'img', 'aria-label': `${title}: ${x.length} ${t('points')}, ${xLabel} ${digits(x[0], 4)}..${digits(x.at(-1), 4)}`});
   const width = Math.min(document.getElementById('panel').clientWidth - 8, 800);
-  const colour = name => getComputedStyle(document.documentElement).getPropertyValue(name);
-  const axis = (label, size) => ({label, size, stroke: colour('--ink'), grid: {stroke: colour('--line'), width: 1}, values: (_, ticks) => ticks.map(tick => digits(tick, 6))});
+  const axis = (label, size) => ({label, size, values: (_, ticks) => ticks.map(tick => digits(tick, 6))});
   new uPlot({width, height: Math.round(width * 0.55) + 60, title, scales: {x: {time: false}}, axes: [axis(xLabel, 45), axis(yLabel, 80)],
-    series: [{label: xLabel, value: (_, v) => digits(v, 6)}, {label: yLabel, stroke: colour('--accent'), width: 2, value: (_, v) => digits(v, 6)}]}, [x, y], place);
+    series: [{label: xLabel, value: (_, v) => digits(v, 6)}, {label: yLabel, stroke: '#0b5394', width: 2, value: (_, v) => digits(v, 6)}]}, [x, y], place);
   const rows = x.map((value, k) => [value, y[k]]).filter((_, k) => k % 30 === 0);
   const body = element('tbody', {}, ...rows.map(row => element('tr', {}, ...row.map(value => element('td', {class: 'number'}, digits(value, 6))))));
   const head = element('tr', {}, element('th', {scope: 'col'}, xLabel), element('th', {scope: 'col'}, yLabel));
