@@ -292,7 +292,9 @@ class Channel:
         good = self.library.call("Param_tr", self._calculator, *results.pointers) == 1
         values = results.narrowed()
         if not (good and finite(values)):
-            return _limits.geometry(self.device, self._materials, row[AT_T], values[0], values[1], self._roughness_mm)
+            # Limits are told with the digits that the library compares.
+            return _limits.geometry(self.device, self._materials, row[AT_T], results.doubles[0], results.doubles[1],
+                                    self._roughness_mm)
         if self.device < _METER_MASS:
             row[AT_D:AT_D + 2] = values[:2]
         if self.device <= _LAST_STANDARD:
@@ -311,8 +313,9 @@ class Channel:
         if self.device < _METER_MASS and Re != 0.0 and math.isfinite(Re) and not at_rest and not math.isnan(reading):
             row[AT_RE] = Re
         if not (good and finite(values)):
-            return _limits.flow(self.device, row[3] == "water", reading, self._flow_pressure_Pa(row), row[AT_D] or 0.0,
-                                row[AT_D + 2] or 0.0, Re, self._roughness_mm)
+            D_mm, _, beta = self._geometry.doubles[:3]
+            return _limits.flow(self.device, row[3] == "water", reading, self._flow_pressure_Pa(row), D_mm, beta, Re,
+                                self._roughness_mm)
         if self.device <= _LAST_STANDARD and not at_rest:
             row[AT_RE + 1:AT_RE + 3] = C, K_sh
         if self.device < _METER_MASS and not at_rest:
