@@ -2,8 +2,9 @@
 // The two cube roots of the density methods.
 #pragma once
 
-#include <cmath>
 #include <limits>
+
+#include "runtime/cube_root.h"
 
 namespace kalorfix::gas {
 
@@ -14,7 +15,7 @@ enum class CubeRoot {
 
 inline double cube_root(double value, CubeRoot kind) {
     if (kind == CubeRoot::power && value < 0.0) return std::numeric_limits<double>::quiet_NaN();
-    return std::cbrt(value);
+    return kalorfix::cube_root(value);
 }
 
 }  // namespace kalorfix::gas
