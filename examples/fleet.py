@@ -39,6 +39,7 @@ except ImportError:  # from the source tree
     sys.path.insert(0, str(Path(__file__).resolve().parents[1] / "python"))
     import kalorfix
 import pandas
+from kalorfix.times import seconds_of
 
 HOUR_S = 3600
 AMOUNTS = {"q_m_t_h": "mass_t", "q_v_m3_h": "volume_m3", "q_c_m3_h": "standard_volume_m3", "q_e_GJ_h": "energy_GJ",
@@ -67,13 +68,9 @@ def library() -> tuple[kalorfix.Library, bytes]:
 
 @functools.lru_cache(maxsize=4)
 def read_archive(path: Path, changed_ns: int) -> pandas.DataFrame:
-    """The archive with the column `hour`, hours since 1970. Raises ValueError for two rows of the same channel and hour."""
+    """The archive with the column `hour`, hours since 1970 by the clock that wrote it. Raises ValueError for two rows of the same channel and hour."""
     rows = read_lines(path)
-    if "time_s" in rows:
-        seconds = rows["time_s"]
-    else:
-        seconds = (pandas.to_datetime(rows["time"], utc=True) - pandas.Timestamp(0, tz="UTC")) / pandas.Timedelta(seconds=1)
-    rows["hour"] = (seconds // HOUR_S).astype("int64")
+    rows["hour"] = [int(seconds // HOUR_S) for seconds in seconds_of(rows)]
     twice = rows.duplicated(["hour", "channel"])
     if twice.any():
         k = twice.idxmax()

@@ -9,6 +9,7 @@
 
 #include "gas/composition.h"
 #include "gas/gerg91_tables.h"
+#include "runtime/cube_root.h"
 
 namespace kalorfix::gas {
 namespace {
@@ -37,8 +38,8 @@ GeometricMeans geometric_means(double C1, double C2, double C3, CubeRoot kind) {
         constexpr double none = std::numeric_limits<double>::quiet_NaN();
         return {none, none, none, none, none};
     }
-    const double second = std::cbrt(C2 / C1);
-    const double third = std::cbrt(C3 / C1);
+    const double second = kalorfix::cube_root(C2 / C1);
+    const double third = kalorfix::cube_root(C3 / C1);
     return {C1 * second, C1 * third, C1 * second * second, C1 * second * third, C1 * third * third};
 }
 
@@ -80,7 +81,7 @@ double virial_compressibility(double T_K, double p_MPa, const Virial& v, CubeRoo
     if (kind == CubeRoot::power && difference < 0.0) return std::numeric_limits<double>::quiet_NaN();
     // Where A0 is small the difference has lost its digits. Its counterpart has not, and cbrt(A1 - root) cbrt(A1 + root) = A0
     // makes the formula the same in either.
-    const double A2 = std::cbrt(A1 > 0.0 ? A1 + root : difference);
+    const double A2 = kalorfix::cube_root(A1 > 0.0 ? A1 + root : difference);
     return (1.0 + A2 + A0 / A2) / 3.0;
 }
 

@@ -9,6 +9,8 @@
 #include <cstddef>
 #include <limits>
 
+#include "runtime/cube_root.h"
+
 namespace kalorfix::gas {
 
 /// An exponent u taken apart once: 2u as a whole number where that is exact and small.
@@ -82,7 +84,7 @@ enum class CubeRoot {
 
 inline double cube_root(double value, CubeRoot kind) {
     if (kind == CubeRoot::power && value < 0.0) return std::numeric_limits<double>::quiet_NaN();
-    return std::cbrt(value);
+    return kalorfix::cube_root(value);
 }
 
 }  // namespace kalorfix::gas

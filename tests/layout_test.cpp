@@ -25,8 +25,8 @@ struct Field {
     Field { #name, &(object).name, x86_64, arm }
 
 enum class Target { x86_64, arm, other };
-#if defined(__x86_64__) && defined(__LP64__)
-constexpr Target target = Target::x86_64;
+#if (defined(__x86_64__) || defined(__aarch64__)) && defined(__LP64__)
+constexpr Target target = Target::x86_64;  // 64-bit ARM has the same
 #elif defined(__arm__)
 constexpr Target target = Target::arm;
 #else

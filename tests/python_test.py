@@ -8,7 +8,9 @@ import csv
 import ctypes
 import io
 import math
+import random
 import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -68,7 +70,9 @@ CHANNELS = [
      [(90, 0.8, 30), (90, 0.8, 1e-3), (200, 3, 2000)]),
     ("HEAT", dict(STEAM, device="configured_coefficient", alpha_eps=0.6, pipe_expansion_1_C=1.1e-5,
                   device_expansion_1_C=1.6e-5, pipe_material=None, device_material=None), [(300, 1.2, 40), (300, 1.2, -4)]),
-    ("HEAT", dict(device="meter_mass", phase="water"), [(90, 0.8, 30), (850, 0.8, 30), (90, 0.8, NAN)]),
+    ("HEAT", dict(device="meter_mass", phase="water", mass_exponent=5),
+     [(90, 0.8, 527.94), (90, 0.8, 276.06), (90, 0.8, 433.42), (850, 0.8, 30), (90, 0.8, NAN), (90, 0.8, 56.931), (90, 0.8, -3),
+      (90, 0.8, 15.644), (90, 0.8, 10.455)]),
     ("HEAT", dict(device="meter_volume", phase="steam"), [(300, 0.8, 30)]),
 ]
 
@@ -78,13 +82,14 @@ def single(value):
 
 
 def run(station, readings):
-    """The rows of `kalorfix run`, and its calendar as rows of text."""
+    """The rows of `kalorfix run`, its calendar as rows of text, and what it says stops a channel."""
     done = subprocess.run([TOOL, "run", station, readings, "--format", "csv", "--lib", LIBRARY], capture_output=True,
                           text=True)
     if done.returncode not in (0, 1):  # 1: a channel computed nothing
         raise AssertionError(done.stderr)
     calendar = [line[2:].split(",") for line in done.stdout.splitlines() if line.startswith(("# hour,", "# day,"))]
-    return pandas.read_csv(io.StringIO(done.stdout), comment="#", keep_default_na=False, dtype=str), calendar
+    return pandas.read_csv(io.StringIO(done.stdout), comment="#", keep_default_na=False, dtype=str), calendar, \
+        [line.removeprefix("kalorfix: ") for line in done.stderr.splitlines() if "] STOP " in line]
 
 
 def cases(*functions):
@@ -149,7 +154,7 @@ class Equality(unittest.TestCase):
     def test_the_example_day(self):
         station = kalorfix.Station(EXAMPLES / "station.ini")
         day = pandas.read_csv(EXAMPLES / "readings_day.csv")
-        rows, calendar = run(EXAMPLES / "station.ini", EXAMPLES / "readings_day.csv")
+        rows, calendar, _ = run(EXAMPLES / "station.ini", EXAMPLES / "readings_day.csv")
         whole = station.registers()
         self.compare(station.frame(day, whole), rows)
         self.compare_calendars(whole, calendar)
@@ -187,10 +192,35 @@ class Equality(unittest.TestCase):
                     warnings.simplefilter("ignore")
                     station = kalorfix.Station(path, kalorfix.Library(LIBRARY))
                 registers = station.registers()
-                frame = station.frame(readings, registers)
-                wanted, calendar = run(path, file)
+                with warnings.catch_warnings(record=True) as caught:
+                    warnings.simplefilter("always")
+                    frame = station.frame(readings, registers)
+                wanted, calendar, stops = run(path, file)
+            self.assertGreater(len(stops), 5)
+            self.assertEqual(sorted(str(one.message) for one in caught), sorted(stops))
             self.assertGreater((frame.status == "refused").sum(), 25)
             self.compare(frame, wanted)
+            self.compare_calendars(registers, calendar)
+
+    @unittest.skipUnless(pandas, "needs pandas")
+    def test_units_and_clocks(self):
+        """Units of the columns, gauge pressure, dates as loggers write them and the clock of the station."""
+        text = "\n".join(["[HEAT 1]", "barometer_kPa = 98.6", *(f"{key} = {value}" for key, value in STEAM.items())])
+        names = dict(t_F=572, p_gauge_bar=11.01, dp_mmHg=300, channel="HEAT 1")
+        for zone, times in (("", ["01.03.2026 9:30", "2026-03-01 10:30:00", "2026-03-01T11:00:00.5"]),
+                            ("", ["2026-03-01T09:30+03:00", "2026-03-01T10:30+03:00", "01.03.2026 11:00+0300"]),
+                            ("[STATION]\nzone = +05:30\n", ["2026-03-01T09:30+03:00", "2026-03-01T13:30", "2026-03-01T09:00Z"])):
+            with tempfile.TemporaryDirectory() as directory:
+                path, file = Path(directory, "station.ini"), Path(directory, "readings.csv")
+                path.write_text(zone + text)
+                readings = pandas.DataFrame(names | {"time": times})
+                readings.to_csv(file, index=False)
+                station = kalorfix.Station(path)
+                registers = station.registers()
+                frame = station.frame(readings, registers).drop(columns="time")
+                wanted, calendar, _ = run(path, file)
+            self.compare(frame, wanted[list(frame.columns)])
+            self.assertGreater(frame.total_mass_t.iloc[-1], 50)
             self.compare_calendars(registers, calendar)
 
     @unittest.skipUnless(pandas, "needs pandas")
@@ -218,7 +248,7 @@ class Equality(unittest.TestCase):
                                         "aga8": (given[0], given[1])}.items():
             self.compare_states(lambda **at: kalorfix.gas(method=method, **keys, **at),
                                 "gas", "--method", method, *options, "--t", "-20:60:16", "--p", "0.1:12:0.7")
-        self.compare_states(kalorfix.water, "water", "--phase-by", "t_phase_1",
+        self.compare_states(kalorfix.water, "water",
                             "--t", "0:800:25", "--p", "0:100:4")
 
     def compare_states(self, state, command, *arguments):
@@ -232,6 +262,27 @@ class Equality(unittest.TestCase):
                     self.assertEqual(value == "computed", printed == "1", row)
                 elif printed and name not in ("Z", "ts_C"):
                     self.assertEqual(value, printed if name == "phase" else float(printed), row)
+
+    def test_gas_data_are_judged_as_by_the_tool(self):
+        sound = (LIBRARY.parent / "gas.dat").read_bytes()
+        chance = random.Random(7)
+        refused = 0
+        with tempfile.TemporaryDirectory() as directory:
+            path = Path(directory, "gas.dat")
+            for _ in range(60):
+                place = 4 * chance.randrange(len(sound) // 4)
+                old, = struct.unpack_from("<f", sound, place)
+                new = chance.choice([old * 1.0005, old * 1.01, -old, old + 1, math.nan, 1e30])
+                path.write_bytes(sound[:place] + struct.pack("<f", new) + sound[place + 4:] + b"x" * chance.choice([0, 0, 0, 5]))
+                judged = subprocess.run([TOOL, "gasdat", "check", path], capture_output=True).returncode
+                refused += judged
+                with self.subTest(place=place, old=old, new=new):
+                    if judged:
+                        with self.assertRaisesRegex(ValueError, "these gas data are not used: "):
+                            kalorfix.gas(t=10, p=2, method="aga8", composition=GAS_FILE, library=kalorfix.Library(gas_data=path))
+                    else:
+                        kalorfix.gas(t=10, p=2, method="vnic", composition=GAS_FILE, library=kalorfix.Library(gas_data=path))
+        self.assertTrue(0 < refused < 60, refused)
 
     def test_text_cases(self):
         counts = dict.fromkeys(("t_param_1", "t_phase_1", "gas_by_density", "gas_by_composition"), 0)
@@ -292,6 +343,7 @@ class Promises(unittest.TestCase):
             (lambda: kalorfix.Gas(**mixture, composition={"methane": 98.9}), "sums to 98.9 %, not to 100 %: is a component"),
             (lambda: kalorfix.Gas(**mixture, composition={"methane": 100}, normalise=True), "expected one of no, yes"),
             (lambda: kalorfix.Gas(**dict(gas, nitrogen_pct=60, carbon_dioxide_pct=50)), "110 % together, more than the gas"),
+            (lambda: kalorfix.Gas(**dict(gas, rho_c_kg_m3=0.5, nitrogen_pct=50, carbon_dioxide_pct=0)), "alone weigh 0.5823 kg/m3"),
             (lambda: kalorfix.Gas(**gas, contents="own"), "contents: gerg91 takes density"),
             (lambda: kalorfix.Gas(**DENSITY, device="meter_mass", cut_off_kPa=1), "cut_off_kPa has no meaning"),
             (lambda: kalorfix.Heat(**dict(STEAM, device="meter_standard_volume")), "which a heat carrier has not"),
@@ -306,12 +358,23 @@ class Promises(unittest.TestCase):
                 call()
         if pandas:
             rows = pandas.DataFrame({"t_C": [300.0, math.inf], "p_MPa": 1.2, "dp_kPa": 40.0}, index=["a", "b"])
+            good = rows.assign(t_C=300.0)
             for df, wanted in [(rows, "row 'b': t_C must lie"),
-                               (rows.assign(t_K=500.0), "one of the columns t_C, t_K, not t_C, t_K"),
-                               (rows[:1].drop(columns="p_MPa"), "p_Pa, p_kPa, p_MPa, not none"),
-                               (rows.assign(t_C=300.0, time_s=[60, 60]), "row 'b': the time 60 s does not follow")]:
+                               (rows.assign(t_K=500.0), "t_F, t_degF, not t_C, t_K"),
+                               (rows[:1].drop(columns="p_MPa"), "psi, p_mmHg, not none"),
+                               (good.assign(time_s=[60, 60]), "row 'b': the time 60 s does not follow"),
+                               (good.assign(time=["03/04/2026"] * 2), "row 'a': time: expected a date such as 2026-03-01T06"),
+                               (good.assign(time=[0, 3600]), "row 'a': time: expected a date"),
+                               (good.assign(time=["2026-03-01 00:00Z", "2026-03-01 01:00"]), "the offset from UTC changes"),
+                               (good.assign(time_s=[1, 2], time=0), "time_s, time, not time_s, time"),
+                               (good.drop(columns="p_MPa").assign(p_gauge_bar=11), "needs the atmospheric pressure as well")]:
                 with self.assertRaisesRegex(ValueError, re.escape(wanted)):
                     steam.frame(df)
+            with self.assertRaisesRegex(ValueError, "expected those of this channel"):
+                steam.frame(good.assign(time_s=[1, 2]), kalorfix.Gas(**gas).registers())
+            # A flow whose unit is not understood would count as none.
+            with self.assertRaisesRegex(ValueError, "m3_d-std, .*, not standard_volume_l_h"):
+                kalorfix.Gas(**DENSITY, device="external").frame(good.assign(mass_t_h=1, standard_volume_l_h=5))
 
     def test_no_reading_is_a_refusal(self):
         steam, mass = kalorfix.Heat(**STEAM), kalorfix.Heat(device="meter_mass", phase="water")
@@ -366,7 +429,8 @@ class Promises(unittest.TestCase):
 
     def test_volume_fractions_are_mole_fractions_to_the_contents(self):
         fractions = {"methane": 0.9, "nitrogen": 0.06, "carbon_dioxide": 0.04}
-        channel = kalorfix.Gas(**ORIFICE, method="aga8", composition=fractions, volume_fractions=True)
+        with self.assertWarnsRegex(UserWarning, "energy is wrong, give mol %"):
+            channel = kalorfix.Gas(**ORIFICE, method="aga8", composition=fractions, volume_fractions=True)
         for contents, wanted in zip(channel.contents_pct, (6.0, 4.0)):
             self.assertTrue(0 < abs(contents - wanted) < 0.05, contents)
 

@@ -12,7 +12,7 @@ room() {  # room ROOM INCLUDABLE...
         [ -z "$outside" ] || { echo "$file includes" $outside; status=1; }
     done
 }
-numbers='runtime/(units|exponential|unrolled|bracketed_zero).h'
+numbers='runtime/(units|exponential|cube_root|unrolled|bracketed_zero).h'
 pure='[^/]+\.h'
 room props/water "props/water/$pure" $numbers
 room flow "flow/$pure" runtime/units.h

@@ -33,9 +33,7 @@ void judge_shares(double nitrogen_pct, double carbon_dioxide_pct, const std::str
 
 void judge_contents(double rho_c, double nitrogen_pct, double carbon_dioxide_pct, const std::string& where) {
     judge_shares(nitrogen_pct, carbon_dioxide_pct, where);
-    // At 20 degC and 101.325 kPa, kg/m3. GOST 30319.1-96, table 1.
-    constexpr double nitrogen_rho = 1.16455, carbon_dioxide_rho = 1.82954;
-    const double alone = (nitrogen_pct * nitrogen_rho + carbon_dioxide_pct * carbon_dioxide_rho) / whole_pct;
+    const double alone = weight_of_contents(nitrogen_pct, carbon_dioxide_pct);
     if (alone > rho_c)
         throw InputError(where, ": nitrogen and carbon dioxide alone weigh ", fmt::format("{:.4g}", alone),
                          " kg/m3, more than the gas with its ", fmt::format("{:.7g}", rho_c), " kg/m3");

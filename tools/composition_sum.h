@@ -20,6 +20,13 @@ struct SumRule {
 double judge_sum(std::array<double, 15>& x, bool volume_fractions, const SumRule& rule,
                  const std::string& where, const std::string& how);
 
+/// What nitrogen and carbon dioxide, mol %, bring to the density of a gas at 20 degC and 101.325 kPa, kg/m3: those of the pure gases
+/// are from GOST 30319.1-96, table 1.
+constexpr double weight_of_contents(double nitrogen_pct, double carbon_dioxide_pct) {
+    constexpr double nitrogen_kgm3 = 1.16455, carbon_dioxide_kgm3 = 1.82954;
+    return (nitrogen_pct * nitrogen_kgm3 + carbon_dioxide_pct * carbon_dioxide_kgm3) / 100.0;
+}
+
 /// For a gas by density, kg/m3 at standard conditions: the last of these, and contents that alone weigh more than the gas. Throws
 /// InputError.
 void judge_contents(double rho_c, double nitrogen_pct, double carbon_dioxide_pct, const std::string& where);

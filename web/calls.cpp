@@ -165,6 +165,9 @@ double factor_Z(const metering::Point& point, double K) {
     return K * gas::standard_compressibility(gas::with_present_components(x));
 }
 
+// AGA8-92DC has no heats of volume fractions.
+double known(double heat) { return heat > 0.0 ? heat : std::numeric_limits<double>::quiet_NaN(); }
+
 struct Steps {
     double low, step;
     int count;
@@ -274,8 +277,8 @@ EMSCRIPTEN_KEEPALIVE const char* page_table(const char* lines) {
                     .add("K", m.K)
                     .add("Z", factor_Z(point, m.K))
                     .add("rho_c", m.rho_c)
-                    .add("lower", m.lower_heat)
-                    .add("higher", m.higher_heat);
+                    .add("lower", known(m.lower_heat))
+                    .add("higher", known(m.higher_heat));
             rows.add(row);
         }
     return hand_out(Json('{').add("rows", rows));

@@ -5,6 +5,7 @@
 
 #include "flow/device.h"
 #include "flow/geometry.h"
+#include "tools/composition_sum.h"
 #include "tools/names.h"
 #include "tools/text.h"
 
@@ -67,8 +68,12 @@ metering::Gas read_gas(Form& form) {
     gas.method = static_cast<short>(form.row("method", tool::methods));
     if (tool::is_by_density(gas.method)) {
         gas.rho_c = form.number("rho_c", 0, 1, "kg/m3");
-        gas.x[tool::nitrogen] = form.number_or("n2", 0, 0, 100, "mol %");
-        gas.x[tool::carbon_dioxide] = form.number_or("co2", 0, 0, 100, "mol %");
+        gas.x[tool::nitrogen] = form.number("n2", 0, 100, "mol %");
+        gas.x[tool::carbon_dioxide] = form.number("co2", 0, 100, "mol %");
+        const double alone = tool::weight_of_contents(gas.x[tool::nitrogen], gas.x[tool::carbon_dioxide]);
+        if (alone > gas.rho_c)
+            form.fail("rho_c", tool::cat("nitrogen and carbon dioxide alone weigh ", alone,
+                                         " kg/m3, more than the gas"));
     } else {
         read_composition(form, gas);
     }

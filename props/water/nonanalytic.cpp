@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "props/water/residual.h"
+#include "runtime/cube_root.h"
 #include "runtime/exponential.h"
 
 namespace kalorfix::water {
@@ -26,7 +27,7 @@ bool distance(double delta, double tau, Distance& out) {
 
     const double x = delta - 1.0;
     const double y = x * x;                             // (delta - 1)^2
-    const double y_2_3 = square(square(std::cbrt(x)));  // y^(1/(2 beta) - 1)
+    const double y_2_3 = square(square(cube_root(x)));  // y^(1/(2 beta) - 1)
     const double y_5_2 = y * y * std::fabs(x);          // y^(a - 1)
     const double theta = (1.0 - tau) + A * y * y_2_3;
     const double Delta = theta * theta + B * y * y_5_2;

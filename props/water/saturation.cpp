@@ -5,6 +5,7 @@
 
 #include "props/water/iapws95_tables.h"
 #include "props/water/saturation_tables.h"
+#include "runtime/cube_root.h"
 #include "runtime/exponential.h"
 
 namespace kalorfix::water {
@@ -22,7 +23,7 @@ double saturation_pressure_MPa(double T_K) {
 
 double saturated_liquid_density_kgm3(double T_K) {
     const double v = 1.0 - T_K / critical_temperature_K;
-    const double c = std::cbrt(v);
+    const double c = cube_root(v);
     const double c2 = c * c, v2 = v * v, v4 = v2 * v2, v8 = v4 * v4, v16 = v8 * v8;
     const auto& b = liquid_density_b;
     // v to the powers 1/3, 2/3, 5/3, 16/3, 43/3, 110/3
@@ -32,7 +33,7 @@ double saturated_liquid_density_kgm3(double T_K) {
 
 double saturated_vapour_density_kgm3(double T_K) {
     const double v = 1.0 - T_K / critical_temperature_K;
-    const double s = std::cbrt(std::sqrt(v));  // v^(1/6)
+    const double s = cube_root(std::sqrt(v));  // v^(1/6)
     const double s2 = s * s, s4 = s2 * s2, s8 = s4 * s4;
     const double v2 = v * v, v3 = v2 * v, v6 = v3 * v3, v11 = v6 * v3 * v2;
     const auto& c = vapour_density_c;

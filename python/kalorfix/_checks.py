@@ -10,6 +10,9 @@ from collections.abc import Iterable
 from decimal import Decimal
 from typing import Any
 
+#: Atmospheric pressure.
+LEAST_BAROMETER_KPA, MOST_BAROMETER_KPA = 50.0, 120.0
+
 
 def single(value: float) -> float:
     """The nearest number of single precision, which is what the channel functions take and give."""
@@ -24,7 +27,7 @@ def plain(value: float) -> str:
 def number(name: str, value: Any, low: float, high: float, unit: str = "") -> float:
     """A finite number within low..high, both included."""
     accepted = f"{low:g}..{high:g} {unit}".rstrip()
-    if isinstance(value, bool) or not isinstance(value, numbers.Real):
+    if isinstance(value, bool) or not isinstance(value, (numbers.Real, Decimal)):
         raise ValueError(f"{name}: expected a number within {accepted}, not {value!r}")
     try:
         result = float(value)
@@ -42,7 +45,7 @@ def reading(name: str, value: Any, unit: str) -> float:
 
 def measured(name: str, value: Any, unit: str) -> float:
     """The same of a transmitter, which may have failed and then gives NaN."""
-    if isinstance(value, numbers.Real) and math.isnan(value):
+    if isinstance(value, (numbers.Real, Decimal)) and value != value:
         return math.nan
     return reading(name, value, unit)
 

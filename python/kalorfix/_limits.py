@@ -41,19 +41,19 @@ class Device(NamedTuple):
     beta: tuple[float, float]
     R_a_max: float
     reynolds: Reynolds
+    clause: str
 
 
-# GOST 8.586.2-2005, 5.3.1; GOST 8.586.3-2005, 5.1.6.1, 5.2.6.1, 5.3.4.1; GOST 8.586.4-2005, 5.5.2 to 5.5.4.
 STANDARD_DEVICES = {
-    1: Device((50, 3000), 12.5, (0.1, 0.75), _NO, _plate),
-    2: Device((50, 1000), 12.5, (0.1, 0.75), _NO, _plate),
-    3: Device((50, 1000), 12.5, (0.1, 0.75), _NO, _flange),
-    4: Device((50, 1000), 0, (0.3, 0.8), _NO, _isa1932),
-    5: Device((50, 630), 0, (0.2, 0.8), 0.00032, _from_to(1e4, 1e7)),
-    6: Device((65, 500), 50, (0.316, 0.775), _NO, _from_to(150000, 2e6)),
-    7: Device((100, 800), 0, (0.3, 0.75), _NO, _from_to(40000)),
-    8: Device((50, 250), 0, (0.4, 0.75), _NO, _machined),
-    9: Device((200, 1200), 0, (0.4, 0.7), _NO, _from_to(40000)),
+    1: Device((50, 3000), 12.5, (0.1, 0.75), _NO, _plate, "GOST 8.586.2-2005, 5.3.1"),
+    2: Device((50, 1000), 12.5, (0.1, 0.75), _NO, _plate, "GOST 8.586.2-2005, 5.3.1"),
+    3: Device((50, 1000), 12.5, (0.1, 0.75), _NO, _flange, "GOST 8.586.2-2005, 5.3.1"),
+    4: Device((50, 1000), 0, (0.3, 0.8), _NO, _isa1932, "GOST 8.586.3-2005, 5.1.6.1"),
+    5: Device((50, 630), 0, (0.2, 0.8), 0.00032, _from_to(1e4, 1e7), "GOST 8.586.3-2005, 5.2.6.1"),
+    6: Device((65, 500), 50, (0.316, 0.775), _NO, _from_to(150000, 2e6), "GOST 8.586.3-2005, 5.3.4.1"),
+    7: Device((100, 800), 0, (0.3, 0.75), _NO, _from_to(40000), "GOST 8.586.4-2005, 5.5.2"),
+    8: Device((50, 250), 0, (0.4, 0.75), _NO, _machined, "GOST 8.586.4-2005, 5.5.3"),
+    9: Device((200, 1200), 0, (0.4, 0.7), _NO, _from_to(40000), "GOST 8.586.4-2005, 5.5.4"),
 }
 # Least Reynolds numbers of the averaging devices 10..18, by their makers.
 _AVERAGING = (4000, 2300, 6500, 10000, 15000, 25000, 6500, 12500, 25000)
@@ -61,6 +61,11 @@ _AVERAGING = (4000, 2300, 6500, 10000, 15000, 25000, 6500, 12500, 25000)
 _MATERIAL_LOW = {code: -200 for code in (9, 10, 11, 12, 17, 18, 19, 22, 31)}
 _MATERIAL_HIGH = (700, 100, 600, 700, 600, 400, 600, 500, 700, 700, 700, 700, 700, 400, 600, 700, 700, 500, 700, 600, 600,
                   700, 600, 700, 800, 800, 600, 800, 900, 500, 700, 900, 700, 300, 100, 1000, 600, 700, 500)
+
+
+def material_range(code: int) -> tuple[float, float]:
+    """Temperatures of a material, degC."""
+    return _MATERIAL_LOW.get(code, -40), _MATERIAL_HIGH[code - 1]
 
 
 def broken(what: str, value: float, relation: str, bound: float, unit: str = "") -> str:
@@ -128,8 +133,7 @@ def geometry(device: int, materials: tuple[float, float] | None, t_C: float, D_m
              roughness_mm: float) -> str:
     """Temperatures of the materials (pipe, device), then diameters, roughness and ratio."""
     for of, code in zip(("device", "pipe"), reversed(materials or ())):
-        k = int(code)
-        text = outside(f"t of the {of} (material {k})", t_C, (_MATERIAL_LOW.get(k, -40), _MATERIAL_HIGH[k - 1]), "degC")
+        text = outside(f"t of the {of} (material {code:g})", t_C, material_range(int(code)), "degC")
         if text:
             return text
     row = STANDARD_DEVICES.get(device)

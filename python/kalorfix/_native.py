@@ -19,6 +19,8 @@ from ctypes import c_byte, c_char_p, c_double, c_float, c_int, c_short, c_ushort
 from pathlib import Path
 from typing import Any
 
+from . import _gas_data
+
 _out = c_void_p  # an address, of a double unless said otherwise
 _PACKAGE = Path(__file__).resolve().parent
 _CALCULATOR_BYTES = 4096  # the largest class takes 672
@@ -99,10 +101,15 @@ class Library:
         self.lock = threading.RLock()
         self.closed = False
         self._contents: tuple[float, float] | None = None  # what the last method by density left, mol %
+        self._gas_data_faults: list[str] | None = None
         self._load()
-        self.spare = self.calculator("make_gas")
-        meter_volume = 21
-        self.call("Init_TR", self.spare, 1, meter_volume, 0, *[0.0] * 6, 0, 0.0, 0.0, ctypes.byref(c_byte()))
+        self.spare, self.spare_heat = self._spare("make_gas"), self._spare("make_heat")
+
+    def _spare(self, make: str) -> ctypes.Array[ctypes.c_char]:
+        """A channel that meters volume, for states."""
+        meter_volume, calculator = 21, self.calculator(make)
+        self.call("Init_TR", calculator, 1, meter_volume, 0, *[0.0] * 6, 0, 0.0, 0.0, ctypes.byref(c_byte()))
+        return calculator
 
     def _load(self) -> None:
         parent = tempfile.gettempdir()
@@ -131,7 +138,10 @@ class Library:
         """Init with directories of its own, written into the library's and not into the environment of the process."""
         Path(root, "tornkntr.ini").write_text("[TORNOL]\nNum_gas_trub = 1\n")
         if self.gas_data is not None:
-            os.symlink(self.gas_data, os.path.join(root, "gas.dat"))
+            # What is judged is what is loaded.
+            with open(self.gas_data, "rb") as file:
+                self._gas_bytes, self._gas_size = file.read(_gas_data.BYTES), os.fstat(file.fileno()).st_size
+            Path(root, "gas.dat").write_bytes(self._gas_bytes)
         names = ("TORNPATH", "PATHDB", "PRG", "SYSTEM", "LIB", "DIC", "SETTINGS", "PRG_DEBUG", "XML_SETTINGS")
         self._directory = ctypes.create_string_buffer(os.fsencode(root))
         paths = (c_char_p * len(names)).in_dll(self._dll, "SRV_Path")
@@ -160,6 +170,21 @@ class Library:
         if self.closed:
             raise ValueError("the library is closed")
         return list((c_float * count).in_dll(self._dll, name))
+
+    def double(self, name: str) -> float:
+        """The value of an exported constant. The caller holds the lock."""
+        return c_double.in_dll(self._dll, name).value
+
+    def require_gas_data(self, what: str) -> None:
+        """Raises ValueError where there are no gas data, or faulty ones; judged once, as by the tool."""
+        if self.gas_data is None:
+            raise ValueError(f"{what} needs gas data, and there is no gas.dat beside the library; give Library gas_data")
+        if self._gas_data_faults is None:
+            self._gas_data_faults = _gas_data.faults(self._gas_bytes, self._gas_size)
+        if self._gas_data_faults:
+            others = len(self._gas_data_faults) - 1
+            raise ValueError(f"{self.gas_data}: these gas data are not used: {self._gas_data_faults[0]}" +
+                             (f"; and {others} more" if others else ""))
 
     def leave_contents(self, contents: tuple[float, float] | None) -> None:
         """Sees to the nitrogen and carbon dioxide (mol %) with which AGA8-92DC takes viscosity and exponent: those that

@@ -8,8 +8,8 @@ from collections.abc import Mapping
 from ctypes import addressof, byref, c_byte, c_double, c_float
 from typing import TYPE_CHECKING, Any
 
-from . import _limits
-from ._checks import choice, measured, number, single, whole
+from . import _limits, _stops
+from ._checks import LEAST_BAROMETER_KPA, MOST_BAROMETER_KPA, choice, measured, number, single, whole
 from ._native import Library, default_library
 from .cycle import AT_D, AT_DP, AT_P, AT_PS, AT_Q, AT_RE, AT_RHO, AT_T, COLUMNS, Cycle
 from .totals import Registers
@@ -84,10 +84,15 @@ class Channel:
         self._calculator = self.library.calculator(self._make)
         self._properties, self._geometry = Results(5), Results(5)
         self._flows, self._integration = Results(8), Results(3)
+        self._at_end = int(edge_radius == "at_end")
         with self.library.lock:
-            status = self.library.call(
-                "Init_TR", self._calculator, self.metering_class, self.device, int(self._materials is not None),
-                *self._constants, int(edge_radius == "at_end"), self._interval_years, self._alpha_eps, byref(c_byte()))
+            self._set_up(self._calculator)
+
+    def _set_up(self, calculator: Any) -> None:
+        """Hands the constants to a calculator. The caller holds the lock."""
+        status = self.library.call(
+            "Init_TR", calculator, self.metering_class, self.device, int(self._materials is not None),
+            *self._constants, self._at_end, self._interval_years, self._alpha_eps, byref(c_byte()))
         if status != 1:
             raise ValueError("the library refuses the constants of this channel")
 
@@ -128,6 +133,13 @@ class Channel:
         accounting = dict(accounting)
         #: Longer steps between two readings are not counted; 0 counts any.
         self.longest_step_s = single(number("longest_step_s", accounting.pop("longest_step_s", 0.0), 0, 1e8, "s"))
+        #: Atmospheric pressure beside readings of gauge pressure, Pa.
+        self.barometer_Pa: float | None = None
+        if "barometer_kPa" in accounting:
+            self.barometer_Pa = 1e3 * number("barometer_kPa", accounting.pop("barometer_kPa"), LEAST_BAROMETER_KPA,
+                                             MOST_BAROMETER_KPA, "kPa")
+        #: Offset of the station's clock from UTC, for dates that tell theirs.
+        self.zone_s: int | None = None
         #: At which a day of the calendar begins.
         self.contract_hour = whole("contract_hour", accounting.pop("contract_hour", 0), 0, 23)
         exponents = {f"{name}_exponent": 0 for name in self.integrators}
@@ -140,7 +152,7 @@ class Channel:
                 number(key, value, 0, 1e9)
             else:
                 raise TypeError(f"unexpected keyword argument {key!r}; beside those of the signature there are "
-                                + ", ".join(["longest_step_s", "contract_hour", *exponents, *substitutes]))
+                                + ", ".join(["longest_step_s", "contract_hour", "barometer_kPa", *exponents, *substitutes]))
         self.exponents = tuple(exponents.values())
 
     # ---- A cycle ------------------------------------------------------------------------------------------------
@@ -247,13 +259,42 @@ class Channel:
     def _flow_places(self) -> list[int]:
         return [COLUMNS.index(name) for name in self.flow_columns]
 
+    def stops(self, t_low: float, t_high: float | None = None) -> list[str]:
+        """What refuses this device at the ends of these temperatures (degC), whatever is measured: materials, sizes, diameter
+        ratio, roughness, sum of the composition. As `kalorfix run` tells it before it computes; `frame` warns of it."""
+        low = number("t_low", t_low, -1e12, 1e12, "degC")
+        high = low if t_high is None else number("t_high", t_high, low, 1e12, "degC")
+        found: list[str] = []
+        for t_C in dict.fromkeys((low, high)):
+            if self._materials:
+                found += _stops.of_materials(self._materials, t_C)
+            if self.device <= _LAST_STANDARD:
+                D_mm, d_mm = self._diameters_at(t_C)
+                found += _stops.of_sizes(self.device, t_C, D_mm, d_mm, self._roughness_mm) if D_mm > 0.0 else []
+        return found + self._stops_of_medium()
+
+    def _stops_of_medium(self) -> list[str]:
+        return []
+
+    def _diameters_at(self, t_C: float) -> tuple[float, float]:
+        """Of pipe and device, mm; zeros where a material refuses the temperature. No state is needed, and none disturbed."""
+        memory, results = self.library.calculator(self._make), Results(5)
+        fields = _stops.BaseFields.from_buffer(memory)
+        with self.library.lock:
+            self._set_up(memory)
+            fields.valid, fields.t = 1, t_C
+            self.library.call("Param_tr", memory, *results.pointers)
+        return results.doubles[0], results.doubles[1]
+
     def _find_geometry(self, row: list[Any]) -> str | None:
         results = self._geometry
         results.clear()
         good = self.library.call("Param_tr", self._calculator, *results.pointers) == 1
         values = results.narrowed()
         if not (good and finite(values)):
-            return _limits.geometry(self.device, self._materials, row[AT_T], values[0], values[1], self._roughness_mm)
+            # Limits are told with the digits that the library compares.
+            return _limits.geometry(self.device, self._materials, row[AT_T], results.doubles[0], results.doubles[1],
+                                    self._roughness_mm)
         if self.device < _METER_MASS:
             row[AT_D:AT_D + 2] = values[:2]
         if self.device <= _LAST_STANDARD:
@@ -272,8 +313,9 @@ class Channel:
         if self.device < _METER_MASS and Re != 0.0 and math.isfinite(Re) and not at_rest and not math.isnan(reading):
             row[AT_RE] = Re
         if not (good and finite(values)):
-            return _limits.flow(self.device, row[3] == "water", reading, self._flow_pressure_Pa(row), row[AT_D] or 0.0,
-                                row[AT_D + 2] or 0.0, Re, self._roughness_mm)
+            D_mm, _, beta = self._geometry.doubles[:3]
+            return _limits.flow(self.device, row[3] == "water", reading, self._flow_pressure_Pa(row), D_mm, beta, Re,
+                                self._roughness_mm)
         if self.device <= _LAST_STANDARD and not at_rest:
             row[AT_RE + 1:AT_RE + 3] = C, K_sh
         if self.device < _METER_MASS and not at_rest:

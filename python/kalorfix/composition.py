@@ -16,6 +16,7 @@ COMPONENTS = ("methane", "ethane", "propane", "n-butane", "i-butane", "n-pentane
               "octanes", "nitrogen", "carbon_dioxide", "hydrogen_sulphide", "helium", "carbon_monoxide")
 NITROGEN, CARBON_DIOXIDE = 10, 11
 _ROUNDING_PCT = 1e-5
+_NITROGEN_KG_M3, _CARBON_DIOXIDE_KG_M3 = 1.16455, 1.82954  # of the pure gases at 20 degC and 101.325 kPa, GOST 30319.1-96, table 1
 
 #: Components and their content, or a file with the heading component,mole_percent or component,volume_fraction.
 Composition = Mapping[str, float] | str | os.PathLike[str]
@@ -52,11 +53,14 @@ def scaled(x: list[float], fractions: bool) -> list[float]:
     return [share * (100.0 / total_pct) for share in x]
 
 
-def judge_contents(nitrogen_pct: float, carbon_dioxide_pct: float) -> None:
-    """Raises ValueError for nitrogen and carbon dioxide above 100 % together."""
+def judge_contents(nitrogen_pct: float, carbon_dioxide_pct: float, rho_c: float | None = None) -> None:
+    """Raises ValueError for nitrogen and carbon dioxide above 100 % together, or heavier than a gas of this density, kg/m3."""
     both = nitrogen_pct + carbon_dioxide_pct
     if both > 100.0 + _ROUNDING_PCT:
         raise ValueError(f"nitrogen and carbon dioxide are {both:.7g} % together, more than the gas")
+    alone = (nitrogen_pct * _NITROGEN_KG_M3 + carbon_dioxide_pct * _CARBON_DIOXIDE_KG_M3) / 100.0
+    if rho_c is not None and alone > rho_c:
+        raise ValueError(f"nitrogen and carbon dioxide alone weigh {alone:.4g} kg/m3, more than the gas with its {rho_c:.7g} kg/m3")
 
 
 def _judge_sum(x: list[float], fractions: bool, any_sum: bool, normalise: bool) -> None:

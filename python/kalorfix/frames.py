@@ -1,9 +1,11 @@
 # SPDX-License-Identifier: MIT
 """Readings in a pandas.DataFrame through a channel.
 
-Columns that are read, the unit in the name: t_C or t_K; p_Pa, p_kPa or p_MPa, absolute; dp_Pa or dp_kPa, or with a meter
-q_t_h or q_m3_h, or with device external mass_t_h, volume_m3_h, standard_volume_m3_h, energy_GJ_h, heat_GJ_h. With time_s
-(seconds) or time (dates, as text or datetime64; UTC where they bear no zone) the result has registers too.
+Columns that are read are those of `kalorfix run`, the unit in the name: t_C, t_K, t_F; p_Pa, p_MPa, p_bar, ..., absolute, or
+p_gauge_kPa, ... beside barometer_kPa, ... or the key barometer_kPa; dp_Pa, dp_kPa, ..., or with a meter q_t_h, q_m3_h, ..., or
+with device external mass_t_h, volume_m3_h, standard_volume_m3_h, energy_GJ_h, heat_GJ_h, .... Others are passed over. With
+time_s (seconds) or time (dates as text or datetime64, by the clock of the station) the result has registers too. What stops
+the device at the lowest or highest temperature is a warning.
 
 A NaN (an empty cell of a file) is a transmitter that failed, and a refused row.
 
@@ -18,29 +20,24 @@ from __future__ import annotations
 
 import copy
 import math
-from collections.abc import Callable, Iterable
+import warnings
+from collections.abc import Iterable
 from typing import Any, Protocol
 
 import pandas
 
-from ._checks import measured, number, plain, single
+from ._checks import LEAST_BAROMETER_KPA, MOST_BAROMETER_KPA, measured, plain, single
+from ._columns import Column, find_column, mistaken, names_of
 from ._native import Library
+from .times import seconds_of, time_column
 from .cycle import COLUMNS, TEXTS
 from .room import Peaks
 from .totals import AMOUNTS, Accounted, Interval, Registers
 
 _LONGEST_GAP_S = 400.0 * 86400.0  # the 32-bit ticks tell 497 days apart
 _SHORTEST_STEP_S = 0.02  # two ticks: an interval does not bear two cycles within one
-_LATEST_S = 1e11  # the ticks and their differences stay exact
 _TICK_S = 0.01  # lengths that differ by less are the same
 _LENGTHS = ["hour_length_s", "day_length_s"]
-_UNITS: dict[str, dict[str, Callable[[float], float]]] = {
-    "t": {"t_C": lambda t: t, "t_K": lambda t: t - 273.15},
-    "p": {"p_Pa": lambda p: p, "p_kPa": lambda p: p * 1e3, "p_MPa": lambda p: p * 1e6},
-    "dp": {"dp_Pa": lambda dp: dp, "dp_kPa": lambda dp: dp * 1e3},
-    "q in t/h": {"q_t_h": lambda q: q},
-    "q in m3/h": {"q_m3_h": lambda q: q},
-}
 
 
 class Computed(Accounted, Protocol):
@@ -49,6 +46,8 @@ class Computed(Accounted, Protocol):
     library: Library
     integrators: tuple[str, ...]
     flow_columns: tuple[str, ...]
+    barometer_Pa: float | None
+    zone_s: int | None
 
     @property
     def longest_step_s(self) -> float: ...
@@ -56,7 +55,7 @@ class Computed(Accounted, Protocol):
     @property
     def measured(self) -> str: ...
 
-    def external_columns(self) -> list[str]: ...
+    def stops(self, t_low: float, t_high: float | None = None) -> list[str]: ...
 
     def registers(self) -> Registers: ...
 
@@ -78,36 +77,63 @@ def _place(df: pandas.DataFrame, k: int) -> str:
     return f"row {df.index[k]!r}"
 
 
-def _numbers(df: pandas.DataFrame, column: str, convert: Callable[[float], float] = lambda value: value) -> list[float]:
+def _numbers(df: pandas.DataFrame, column: Column) -> list[float]:
     values: list[float] = []
-    for k, (value, missing) in enumerate(zip(df[column].tolist(), df[column].isna().tolist())):
+    for k, (value, missing) in enumerate(zip(df[column.name].tolist(), df[column.name].isna().tolist())):
         try:
-            values.append(single(convert(measured(column, math.nan if missing else value, ""))))
+            values.append(measured(column.name, math.nan if missing else value, "") * column.factor + column.offset)
         except ValueError as error:
             raise ValueError(f"{_place(df, k)}: {error}") from None
     return values
 
 
 def _measured(df: pandas.DataFrame, what: str) -> list[float]:
-    units = _UNITS[what]
-    given = [name for name in df.columns if name in units]
-    if len(given) != 1:
-        raise ValueError(f"expected one of the columns {', '.join(units)}, not {', '.join(given) or 'none'}")
-    return _numbers(df, given[0], units[given[0]])
+    column = find_column(df.columns, what)
+    if column is None:
+        raise ValueError(f"expected one of the columns {names_of(what)}, not none")
+    return [single(value) for value in _numbers(df, column)]
 
 
-def _times(df: pandas.DataFrame, registers: Registers) -> list[float]:
+def _pressures(df: pandas.DataFrame, barometer_Pa: float | None) -> list[float]:
+    """Absolute pressures, or those that gauge and barometer make where there are none."""
+    gauge, barometer = find_column(df.columns, "gauge"), find_column(df.columns, "barometer")
+    if gauge is None:
+        return _measured(df, "p")
+    absolute = find_column(df.columns, "p")
+    if barometer is None and barometer_Pa is None and absolute is None:
+        raise ValueError(f"{gauge.name} needs the atmospheric pressure as well: a column barometer_kPa, or the key barometer_kPa")
+    atmospheres = [math.nan] * len(df) if barometer is None else _numbers(df, barometer)
+    pressures = [math.nan] * len(df) if absolute is None else _numbers(df, absolute)
+    for k, (above, atmosphere) in enumerate(zip(_numbers(df, gauge), atmospheres)):
+        if math.isnan(above):
+            continue
+        if not math.isnan(pressures[k]):
+            raise ValueError(f"{_place(df, k)}: {gauge.name} beside an absolute pressure; leave one of them empty")
+        if math.isnan(atmosphere):
+            if barometer_Pa is None:
+                raise ValueError(f"{_place(df, k)}: {gauge.name} needs the atmospheric pressure as well")
+            atmosphere = barometer_Pa
+        elif not LEAST_BAROMETER_KPA <= atmosphere / 1e3 <= MOST_BAROMETER_KPA:
+            raise ValueError(f"{_place(df, k)}: {barometer and barometer.name} must lie within 50..120 kPa")
+        pressures[k] = above + atmosphere
+    return [single(value) for value in pressures]
+
+
+def _flows(df: pandas.DataFrame, integrators: tuple[str, ...]) -> list[list[float]]:
+    """Flows from elsewhere; a column that is not there is one of zeros."""
+    columns = [find_column(df.columns, name) for name in integrators]
+    wrong = mistaken([name for name in df.columns if name not in COLUMNS], integrators)
+    if wrong is not None or not any(columns):
+        raise ValueError(f"expected one or more of the columns {', '.join(map(names_of, integrators))}, not {wrong or 'none'}")
+    return [[0.0] * len(df) if column is None else [single(value) for value in _numbers(df, column)] for column in columns]
+
+
+def _times(df: pandas.DataFrame, registers: Registers, zone_s: int | None) -> list[float]:
     """Seconds of each row; later in each than in the one before, and than the last one counted."""
-    if "time_s" in df.columns:
-        seconds = [number("time_s", value, 0.0, _LATEST_S, "s") for value in df["time_s"].tolist()]
-    else:
-        dates = pandas.to_datetime(df["time"], utc=True)
-        if dates.isna().any():
-            raise ValueError("time: a row has none")
-        seconds = ((dates - pandas.Timestamp(0, tz="UTC")) / pandas.Timedelta(seconds=1)).tolist()
+    seconds = seconds_of(df, zone_s)
     last = registers.last_s
     for k, now in enumerate(seconds):
-        if now < 0.0 or (last is not None and not _SHORTEST_STEP_S <= now - last <= _LONGEST_GAP_S):
+        if last is not None and not _SHORTEST_STEP_S <= now - last <= _LONGEST_GAP_S:
             raise ValueError(f"{_place(df, k)}: the time {now:.10g} s does not follow {last} s: rows must be in the order of"
                              " time, each with its own, from 0.02 s to 400 days apart")
         last = now
@@ -119,24 +145,29 @@ class FrameRun:
 
     Raises ValueError, naming row and column, for what is no number."""
 
-    def __init__(self, channel: Computed, df: pandas.DataFrame, registers: Registers | None) -> None:
+    def __init__(self, channel: Computed, df: pandas.DataFrame, registers: Registers | None, title: str = "") -> None:
         if not isinstance(df, pandas.DataFrame):
             raise ValueError(f"expected a pandas.DataFrame, not {type(df).__name__}")
         self._channel, self._df, self._rows = channel, df, list[list[Any]]()
         readings = [0.0] * len(df)
         self._external: list[list[float]] = []
-        self._t, self._p = _measured(df, "t"), _measured(df, "p")
+        self._t, self._p = _measured(df, "t"), _pressures(df, channel.barometer_Pa)
         if not channel.external:
             readings = _measured(df, channel.measured)
         else:
-            self._external = [_numbers(df, name) if name in df.columns else readings for name in channel.external_columns()]
+            self._external = _flows(df, channel.integrators)
         self._readings = readings
-        self._time = next((name for name in ("time_s", "time") if name in df.columns), None)
+        self._time = time_column(df)
         if registers is not None and self._time is None:
             raise ValueError("registers need a column time_s or time")
+        if registers is not None and (not isinstance(registers, Registers) or tuple(registers.by_name) != channel.integrators):
+            raise ValueError("registers: expected those of this channel, of its method registers()")
         self._given = registers if registers is not None else channel.registers()
         self._registers, self._peaks = copy.deepcopy(self._given), Peaks(len(channel.integrators))
-        self._seconds = _times(df, self._given) if self._time else []
+        self._seconds = _times(df, self._given, channel.zone_s) if self._time else []
+        known = [t for t in self._t if not math.isnan(t)]
+        for stop in channel.stops(min(known), max(known)) if known else ():
+            warnings.warn(f"{title}STOP {stop}", stacklevel=4)
 
     def step(self) -> None:
         """The next row."""

@@ -3,11 +3,12 @@
 
 from __future__ import annotations
 
+import warnings
 from collections.abc import Callable
 from ctypes import byref, c_double
 from typing import Any
 
-from . import _limits
+from . import _limits, _stops
 from ._checks import choice, number, single
 from ._native import Library
 from .channels import PIPE_KEYS, Channel, Results, finite
@@ -47,6 +48,7 @@ class Gas(Channel):
     vapour_kg_m3           water vapour in the working cubic metre, 0..1000
     energy_by              lower_heat or higher_heat: behind the energy
     heat_unit, heat_basis_C  vnic: heats of combustion in kJ or kcal, per cubic metre at 0 or 20 degC
+    barometer_kPa          atmospheric pressure beside readings of gauge pressure, 50..120
     longest_step_s         longer steps between two readings are not counted, 0..1e8; 0 (as without it) counts any
     contract_hour          at which a day of the calendar begins, 0..23; 0
     mass_exponent ...      of mass, volume, standard_volume, energy: the register counts in 10^N of its unit, -9..9; a day
@@ -108,7 +110,7 @@ class Gas(Channel):
         self._rho_c = number("rho_c_kg_m3", densities["rho_c_kg_m3"], 0, 1, "kg/m3")
         for key, k in (("nitrogen_pct", NITROGEN), ("carbon_dioxide_pct", CARBON_DIOXIDE)):
             self._x[k] = number(key, densities[key], 0, 100, "mol %")
-        judge_contents(self._x[NITROGEN], self._x[CARBON_DIOXIDE])
+        judge_contents(self._x[NITROGEN], self._x[CARBON_DIOXIDE], self._rho_c)
 
     def _by_composition(self, densities: dict[str, Any], composition: Composition | None, fractions: bool,
                         insisted: dict[str, Any]) -> None:
@@ -118,8 +120,7 @@ class Gas(Channel):
                 raise ValueError(f"{key} has no meaning with {title}, which takes a composition; leave it out")
         if composition is None:
             raise ValueError(f"lacks composition: {title} takes components in mol %, or a file")
-        if self.library.gas_data is None:
-            raise ValueError(f"{title} needs gas data, and there is no gas.dat beside the library; give Library gas_data")
+        self.library.require_gas_data(title)
         given = {key: value for key, value in insisted.items() if value is not None}
         any_sum = choice("composition_sum", str(given.get("composition_sum", "100")), ("100", "any")) == 1
         self._normalise = choice("normalise", given.get("normalise", "no"), ("no", "yes")) == 1
@@ -130,6 +131,9 @@ class Gas(Channel):
         x, fractions = read_composition(composition, fractions, any_sum, self._normalise)
         if fractions and self.method == _VNIC:
             raise ValueError("volume_fractions: VNIC SMV takes its heats from mole per cent; give mol %")
+        if fractions:
+            warnings.warn("the heats of combustion of AGA8-92DC take volume fractions for mole per cent; energy is wrong, give"
+                          " mol %", stacklevel=4)
         self._x, self._fractions, self._rho_c = x, int(fractions), 0.0
 
     def _take(self, x: list[float], rho_c: float, vapour: float, narrow: Callable[[float], float] = float) -> None:
@@ -165,6 +169,9 @@ class Gas(Channel):
     def contents_pct(self) -> tuple[float, float] | None:
         """These, mol %; None where the method takes none, or those that were left."""
         return self._contents_pct
+
+    def _stops_of_medium(self) -> list[str]:
+        return [] if self.by_density else _stops.of_composition(self._x, bool(self._fractions))
 
     def prime(self) -> None:
         """Leaves the contents of a gas by density, as a controller that has started did with all its channels."""

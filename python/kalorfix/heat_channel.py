@@ -23,7 +23,7 @@ class Heat(Channel):
     phase    from_state, water, steam or wet_steam
     x        wet_steam (from_state: 0 without it): share of the single-phase state in the mixture, 0..1
     saturation_tolerance_Pa, saturation_tolerance_K  so close to the saturation line it is wet steam, 0..1e6 Pa, 0..100 K
-    longest_step_s, contract_hour  as those of Gas
+    barometer_kPa, longest_step_s, contract_hour  as those of Gas
     mass_exponent ...  of mass, volume, heat: the register counts in 10^N of its unit, -9..9
 
     Raises ValueError for what is outside its limits, missing, or without meaning here.

@@ -4,11 +4,11 @@
 from __future__ import annotations
 
 import math
-from ctypes import byref, c_double
+from ctypes import byref, c_double, c_short
 from dataclasses import dataclass
 from typing import Any
 
-from ._checks import reading
+from ._checks import choice, number, reading
 from ._native import Library, default_library
 from .gas_channel import Gas
 
@@ -29,6 +29,7 @@ class WaterState:
     h_kJ_kg: float | None = None
     kappa: float | None = None
     ps_MPa: float | None = None  #: saturation pressure at t; None above the critical temperature
+    ts_C: float | None = None  #: saturation temperature at p; None where there is none
 
 
 @dataclass(slots=True)
@@ -49,31 +50,43 @@ class GasState:
     higher_heat: float | None = None
 
 
-def water(*, t: float, p: float | None = None, saturated: bool = False, library: Library | None = None) -> WaterState:
+def water(*, t: float, p: float | None = None, saturated: bool = False, phase_by: str = "channel", dp: float = 0.001,
+          dt: float = 0.5, library: Library | None = None) -> WaterState:
     """The state at t (0..800 degC) and the absolute pressure p (0..100 MPa), or with `saturated` that of saturated vapour
-    at t (up to 371.85 degC), without p. Outside these ranges it is refused."""
+    at t (up to 371.85 degC), without p. Outside these ranges it is refused.
+
+    phase_by  whose phase is told, of which the other numbers do not depend: channel (as mt_param_tn decides, from 0.001 MPa
+              up) or t_phase_1
+    dp, dt    so close to the saturation line it is saturated, 0..100 MPa and, by channel alone, 0..100 K
+    """
     lib = library if library is not None else default_library()
     t = reading("t", t, "degC")
     if saturated == (p is not None):
         raise ValueError("p: saturated vapour has the saturation pressure; leave p out" if saturated else
                          "p: give the absolute pressure within 0..100 MPa, or saturated=True")
     pressure = reading("p", p, "MPa") if p is not None else 1.0
-    ps, out = c_double(), [c_double() for _ in range(4)]
+    exported = choice("phase_by", phase_by, ("channel", "t_phase_1")) == 1
+    dp, dt = number("dp", dp, 0, 100, "MPa"), number("dt", dt, 0, 100, "K")
+    phase, ps, ts, out = c_short(), c_double(), c_double(), [c_double() for _ in range(4)]
     with lib.lock:
-        phase = lib.call("t_phase_1", pressure, t, 0.0, byref(ps))
+        decided = lib.call("Param_tn", lib.spare_heat, t, pressure * 1e6, 0.0, 0.0, dp * 1e6, dt, byref(phase), byref(ps),
+                           byref(ts)) == 1
+        if exported:
+            phase.value = lib.call("t_phase_1", pressure, t, dp, byref(ps))
         # Below the limit of the phase decision the saturation pressure is still wanted; it depends on t alone.
-        if phase == 0:
-            lib.call("t_phase_1", 1.0, t, 0.0, byref(ps))
+        lib.call("t_phase_1", 1.0, t, 0.0, byref(ps))
         refused = lib.call("t_param_1", t, pressure, 3 if saturated else 1, *map(byref, out)) != 0
+        highest_p = lib.double("p_kr")
     if refused:
         highest = 371.85 if saturated else 800.0
         reason = (f"t {t:.10g} degC outside 0..{highest:g} degC" if not 0.0 <= t <= highest else
                   f"p {pressure:.10g} MPa outside 0..100 MPa")
         return WaterState("refused", reason, "", t, p)
     saturation = ps.value if math.isfinite(ps.value) else None
-    word = _SATURATED if saturated else ("", "water", "steam", "saturated")[phase]
+    ts_C = t if saturated else ts.value if decided and pressure <= highest_p else None
+    word = _SATURATED if saturated else ("", "water", "steam", "saturated")[phase.value if decided or exported else 0]
     return WaterState("computed", "", word, t, saturation if saturated else pressure, out[0].value, out[1].value,
-                      out[2].value, out[3].value, saturation)
+                      out[2].value, out[3].value, saturation, ts_C)
 
 
 def gas(*, t: float, p: float, library: Library | None = None, **keys: Any) -> GasState:

@@ -11,6 +11,7 @@ from pathlib import Path
 from typing import TYPE_CHECKING, Any
 
 from ._native import Library
+from ._offset import read_offset
 from .channels import Channel
 from .gas_channel import Gas
 from .heat_channel import Heat
@@ -36,13 +37,19 @@ class Station(Mapping[str, Channel]):
         #: What was read: the station file, and the compositions that it names.
         self.files = [self.path]
         self._channels: dict[str, Channel] = {}
+        zone_s: int | None = None
         for line, name, keys in self._sections():
             try:
+                if name == "STATION":
+                    zone_s = self._zone(keys)
+                    continue
                 self._channels[name] = self._channel(name, keys, library)
             except (ValueError, TypeError) as error:
                 raise ValueError(f"{self.path}:{line}: [{name}] {error}") from None
         if not self._channels:
             raise ValueError(f"{self.path}: holds no channel; a section [GAS 1] or [HEAT 1] describes one")
+        for channel in self._channels.values():
+            channel.zone_s = zone_s
         contents = {channel.contents: name for name, channel in self._channels.items() if isinstance(channel, Gas)}
         if "own" in contents and "as_left" in contents:
             raise ValueError(f"{self.path}: [{contents['as_left']}] contents: as_left holds for all channels by aga8, and"
@@ -50,10 +57,19 @@ class Station(Mapping[str, Channel]):
         #: Whether viscosity and exponent by AGA8-92DC depend on what channels by density computed before.
         self.contents_as_left = "as_left" in contents
 
+    @staticmethod
+    def _zone(keys: dict[str, str]) -> int | None:
+        for key in keys:
+            if key != "zone":
+                raise ValueError(f"no such key: {key}; there is zone")
+        return read_offset(keys["zone"]) if keys else None
+
     def _sections(self) -> list[tuple[int, str, dict[str, str]]]:
         sections: list[tuple[int, str, dict[str, str]]] = []
         for number, text in enumerate(self.path.read_text(encoding="utf-8").splitlines(), 1):
-            text = text.partition(":")[0].strip()
+            # A colon begins a remark, but for that of a zone.
+            zone = re.fullmatch(r"\s*zone\s*=\s*([+-]\d\d:\d\d)\s*(?::.*)?", text)
+            text = f"zone = {zone[1]}" if zone else text.partition(":")[0].strip()
             if text.startswith("[") and text.endswith("]"):
                 name = " ".join(text[1:-1].split())
                 if any(name == other for _, other, _ in sections):
@@ -111,7 +127,7 @@ class Station(Mapping[str, Channel]):
         if not names:
             raise ValueError("the frame has no rows")
         place = pandas.Series(range(len(df)), index=df.index)
-        runs = {name: FrameRun(self[name], rows, registers[name] if registers is not None else None)
+        runs = {name: FrameRun(self[name], rows, registers[name] if registers is not None else None, f"[{name}] ")
                 for name, rows in df.groupby("channel", sort=False)}
         # Row by row, since AGA8-92DC may take what the row before has left.
         with self._undisturbed():
@@ -125,8 +141,8 @@ class Station(Mapping[str, Channel]):
             parts.append(part.set_index(place[df["channel"] == name]))
         whole = pandas.concat(parts).sort_index()
         whole.index = df.index
-        behind = [name for name in register_columns() if name in whole]
-        return whole[[name for name in whole if name not in behind] + behind]
+        behind = register_columns() if {"time_s", "time"} & set(whole.columns) else []
+        return whole.reindex(columns=[name for name in whole if name not in behind] + behind)
 
     @contextlib.contextmanager
     def _undisturbed(self) -> Iterator[None]:

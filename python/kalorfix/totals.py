@@ -102,6 +102,9 @@ class Registers:
                 for number, interval in enumerate((register.hour, register.day)):
                     _carry_on(channel, number, interval, dt_s, elapsed_s, total)
                     _require_room(name, number, interval, amounts[k], channel.exponents[k])
+            else:
+                # The library goes on from what it hands out: the register of the host.
+                register.total = single(register.total)
         if self.last_s is not None:
             self._calendar.add(self.last_s, time_s, amounts, all(taken))
         self.last_s = time_s

@@ -112,9 +112,13 @@ function lines(prefix = '') {
       out.push(`${key} ${field.difference ? number * unit.factor : toBase(number, unit)}`);
     }
   }
-  const kinds = ['mass', 'volume', 'standard_volume', 'energy'];
-  out.push('kind ' + (is('unknown', 'flow') ? (gas() ? 'standard_volume' : 'mass') : kinds[unitOf('flow', units.q).kind]));
+  out.push('kind ' + ['mass', 'volume', 'standard_volume', 'energy'][flowKind()]);
   return out.join('\n');
+}
+/** Which flow is asked for or given: 0 mass, 1 volume, 2 at standard conditions, 3 energy. */
+function flowKind() {
+  if (!is('unknown', 'flow')) return unitOf('flow', units.q).kind;
+  return gas() || (is('medium', 'given') && input.kappa && input.rho_std) ? 2 : 0;
 }
 const isReading = id => groups[3].fields.some(field => field.id === id);
 

@@ -74,7 +74,9 @@ function showFault(field, what) {
   if (!what) return;
   const row = document.getElementById('row-' + field) ?? document.getElementById('row-table.' + field);
   if (!row) return;
-  const told = element('p', {class: 'fault', id: 'fault'}, t(what));
+  const text = input[row.id.slice(4)] ?? '';
+  const told = element('p', {class: 'fault', id: 'fault'},
+    isDoubtful(text) ? `${text.trim()} ${t('may be')} ${text.trim().replace(',', '.')} ${t('or')} ${text.trim().replace(',', '')}` : t(what));
   row.append(told);
   const box = row.querySelector('input, select');
   box?.setAttribute('aria-invalid', 'true');
@@ -110,13 +112,22 @@ function writeAddress() {
   const kept = new URLSearchParams({lang: language, tab});
   for (const field of allFields()) {
     const text = field.in ? `${input[field.id] ?? ''} ${units[field.id]}` : input[field.id] ?? '';
-    if (seen(field) && !field.sum && text.trim() !== (defaults[field.id] ?? '').trim() && input[field.id]) kept.set(field.id, text);
+    const standard = defaults[field.id] ?? '';
+    // A field that was emptied is not the one of the first example.
+    if (seen(field) && !field.sum && text.trim() !== standard.trim() && (input[field.id] || /^\S/.test(standard))) kept.set(field.id, text);
   }
   history.replaceState(null, '', '#' + kept);
 }
 
+function clearInput() {
+  for (const field of allFields()) {
+    delete input[field.id];
+    delete units[field.id];
+  }
+}
+
 function restart(values) {
-  for (const field of allFields()) delete input[field.id];
+  clearInput();
   for (const [id, text] of Object.entries({...defaults, ...values})) setText(id, text);
   completeInput();
   writeAddress();

@@ -26,7 +26,13 @@ function choose(name) {
 
 function calculate() {
   const panel = document.getElementById('panel');
-  return {Result: showResult, Check: showCheck, Uncertainty: showUncertainty, Curves: showCurves, Properties: showProperties, Verify: showVerify}[tab](panel);
+  try {
+    return {Result: showResult, Check: showCheck, Uncertainty: showUncertainty, Curves: showCurves, Properties: showProperties, Verify: showVerify}[tab](panel);
+  } catch (error) {
+    // No result of other input stays.
+    panel.replaceChildren();
+    summary(String(error), true);
+  }
 }
 
 async function start() {
@@ -40,7 +46,12 @@ async function start() {
     if (step) choose(tabs[(tabs.indexOf(tab) + step + tabs.length) % tabs.length]);
   });
   document.getElementById('form').addEventListener('submit', event => event.preventDefault());
-  addEventListener('hashchange', () => { for (const key of Object.keys(input)) delete input[key]; readAddress(); show(); });
+  addEventListener('hashchange', () => { clearInput(); readAddress(); show(); });
+  // Its own address would take the place of the input.
+  document.querySelector('.skip').addEventListener('click', event => {
+    event.preventDefault();
+    document.getElementById('panel').focus();
+  });
   show();
 }
 start().catch(error => summary(String(error), true));

@@ -17,7 +17,8 @@ function faulty(answer, panel) {
   showFault(answer.field, answer.fault);
   if (!answer.fault) return false;
   const field = allFields().find(one => one.id === answer.field || one.id === 'table.' + answer.field);
-  summary(`${t(field?.label ?? answer.field)}: ${t(answer.fault)}`, true);
+  const told = document.getElementById('fault')?.textContent ?? t(answer.fault);
+  summary(`${t(field?.label ?? answer.field)}: ${told}`, true);
   panel.replaceChildren();
   return true;
 }
@@ -43,8 +44,7 @@ function valueCells(cell) {
 }
 
 function flowText(answer) {
-  const kind = is('unknown', 'flow') ? (gas() ? 2 : 0) : unitOf('flow', units.q).kind;
-  const unit = ['t/h', 'm3/h', 'm3/h at standard conditions', 'GJ/h'][kind];
+  const unit = ['t/h', 'm3/h', 'm3/h at standard conditions', 'GJ/h'][flowKind()];
   if (is('unknown', 'bore')) return `${t('bore at 20 degC')}: ${digits(answer.bore)} ${t('mm')}`;
   if (is('unknown', 'dp')) return `${t('differential pressure')}: ${digits(answer.dp / 1000)} ${t('kPa')}`;
   return `${digits(answer.flow)} ${t(unit)}`;
@@ -101,7 +101,9 @@ function bar(share) {
   return made;
 }
 
-const expandedText = flow => flow.expanded === null ? t('not computed') : `${flow.bound ? t('at least') + ' ' : ''}${digits(flow.expanded, 3)} %`;
+/** With the decimals of the tool. */
+const percent = (number, decimals) => `${written(number.toFixed(decimals))} %`;
+const expandedText = flow => flow.expanded === null ? t('not computed') : `${flow.bound ? t('at least') + ' ' : ''}${percent(flow.expanded, 3)}`;
 
 /** The keys of the station file as the form calls them. */
 const fieldNames = keys => keys.split(', or ').map(some => some.split(/ with |, /).map(key => {
@@ -117,7 +119,7 @@ function budgetTable(flow) {
       body.append(element('tr', {class: one.standing === 'outside' ? 'STOP' : 'WARN'}, name, element('td', {colspan: 5}, t(one.standing) + ': ' +
         (one.standing === 'outside' ? t(one.source) : fieldNames(one.source)))));
     else body.append(element('tr', {}, name, element('td', {}, t(one.value)), element('td', {class: 'number'}, t(one.uncertainty)),
-      element('td', {class: 'number'}, `${digits(one.contribution, 3)} %`), element('td', {}, ...(flow.expanded === null ? [] : [bar(one.share), ` ${digits(one.share, 3)} %`])), element('td', {}, t(one.source))));
+      element('td', {class: 'number'}, percent(one.contribution, 3)), element('td', {}, ...(flow.expanded === null ? [] : [bar(one.share), ` ${percent(one.share, 1)}`])), element('td', {}, t(one.source))));
   }
   const heads = ['input', 'value', 'uncertainty', 'contributes', 'share', 'source'].map(head => element('th', {scope: 'col'}, t(head)));
   return element('table', {class: 'budget'}, element('caption', {}, `${t(flow.title)}, ${digits(flow.value)} ${t(flow.unit)}: ${expandedText(flow)}`),
@@ -152,8 +154,7 @@ function curve(title, xLabel, yLabel, x, y) {
 function showCurves(panel) {
   const answer = ask('page_solve', lines() + '\ncurves 1');
   if (faulty(answer, panel) || !judge(answer)) return panel.replaceChildren();
-  const kind = is('unknown', 'flow') ? (gas() ? 2 : 0) : unitOf('flow', units.q).kind;
-  const flow = t(['mass flow, t/h', 'volume flow, m3/h', 'flow at standard conditions, m3/h', 'energy flow, GJ/h'][kind]);
+  const flow = t(['mass flow, t/h', 'volume flow, m3/h', 'flow at standard conditions, m3/h', 'energy flow, GJ/h'][flowKind()]);
   const dp = answer.over_dp, p = answer.over_p;
   panel.replaceChildren(printed(),
     ...curve(t('flow over differential pressure'), t('differential pressure, kPa'), flow, dp.x.map(x => x / 1e3), dp.y),

@@ -6,10 +6,13 @@ const unitOf = (dimension, word) => offers.units[dimension].find(unit => unit.wo
 const toBase = (number, unit) => unit.factor * number + unit.offset;
 const fromBase = (number, unit) => (number - unit.offset) / unit.factor;
 
-/** A number as people type it: decimal comma, blanks between groups. NaN for what is none. */
+// A comma before three digits: a decimal one in Russian, in English it may as well part the thousands.
+const isDoubtful = text => language === 'en' && /^[-+]?[1-9]\d{0,2},\d{3}$/.test(text.trim());
+
+/** A number as people type it: decimal comma, blanks between groups of three digits. NaN for what is none or in doubt. */
 function typed(text) {
-  const plain = text.replace(/[\s\u00a0\u202f]/g, '').replace(',', '.');
-  return /^[-+]?(\d+\.?\d*|\.\d+)(e[-+]?\d+)?$/i.test(plain) ? Number(plain) : NaN;
+  const plain = text.trim().replace(/^([-+]?\d{1,3})((?:\s\d{3})+)(?!\d)/, (_, first, groups) => first + groups.replace(/\s/g, '')).replace(',', '.');
+  return !isDoubtful(text) && /^[-+]?(\d+\.?\d*|\.\d+)(e[-+]?\d+)?$/i.test(plain) ? Number(plain) : NaN;
 }
 
 /** Decimal comma in Russian. */
