@@ -26,7 +26,7 @@ configure_package_config_file(
   cmake/kalorfixConfig.cmake.in "${PROJECT_BINARY_DIR}/kalorfixConfig.cmake"
   INSTALL_DESTINATION "${_cmake}"
   PATH_VARS CMAKE_INSTALL_DATADIR)
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/kalorfixConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/kalorfixConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/kalorfixConfig.cmake" "${PROJECT_BINARY_DIR}/kalorfixConfigVersion.cmake"
         DESTINATION "${_cmake}" COMPONENT dev)
 # From the pkg-config file to the prefix and on, so that the whole may be moved.
