@@ -53,7 +53,11 @@ if(KALORFIX_TOOL)
   install(FILES docs/deviations.md docs/not_verified.md DESTINATION "${_share}" COMPONENT tool)
   install(FILES docs/ru/deviations.md docs/ru/not_verified.md DESTINATION "${_share}/ru" COMPONENT tool)
   install(DIRECTORY examples/ DESTINATION "${_share}/examples" COMPONENT tool PATTERN "*.c" EXCLUDE)
-  install(FILES LICENSE DESTINATION "${_doc}/kalorfix-tool" RENAME copyright COMPONENT tool)
+  # The licence of the parser of commands wants to be handed on with it.
+  file(READ LICENSE _licence)
+  file(READ tools/cli11_licence.txt _cli11)
+  file(WRITE "${PROJECT_BINARY_DIR}/copyright" "${_licence}\n${_cli11}")
+  install(FILES "${PROJECT_BINARY_DIR}/copyright" DESTINATION "${_doc}/kalorfix-tool" COMPONENT tool)
 endif()
 
 # A program would have to load the sanitizers before such a library.

@@ -22,7 +22,7 @@ names() {
 }
 
 quietly apt-get update
-install gcc libc6-dev pkgconf python3-minimal
+install gcc libc6-dev pkgconf python3
 # The first run of a trigger or of Python may leave files that are nobody's.
 python3 -c 'import ctypes, json'
 names >/tmp/before
@@ -33,8 +33,8 @@ echo "deb [$trust] file:$folder/apt bookworm main" >/etc/apt/sources.list.d/kalo
 quietly apt-get update
 # In the words of a user; kalorfix comes along.
 install kalorfix-tool kalorfix-dev python3-kalorfix kalorfix-dbgsym
-packages=$(dpkg-query -W -f '${db:Status-Abbrev}${Package}\n' '*kalorfix*' | sed -n 's/^ii //p' | tr '\n' ' ')
-[ "$packages" = "kalorfix kalorfix-dbgsym kalorfix-dev kalorfix-tool python3-kalorfix " ] || fail "installed: $packages"
+packages=$(dpkg-query -W -f '${db:Status-Abbrev}${Package}\n' '*kalorfix*' | sed -n 's/^ii //p' | xargs)
+[ "$packages" = "kalorfix kalorfix-dbgsym kalorfix-dev kalorfix-tool python3-kalorfix" ] || fail "installed: $packages"
 # shellcheck disable=SC2086
 dpkg -L $packages | sort -u >/tmp/files
 
@@ -48,7 +48,7 @@ tar -xzf "$folder"/kalorfix-*.tar.gz -C /tmp --strip-components=4 --wildcards '*
 # shellcheck disable=SC2046
 cc /tmp/program.c $(pkg-config --cflags --libs kalorfix) -o /tmp/program
 [ "$(/tmp/program)" = "917.078 kg/m3, 647.096 K" ] || fail "a linked program: $(/tmp/program)"
-python3 -c 'import kalorfix; assert abs(kalorfix.water(150, 0.6).rho_kg_m3 - 917.07818) < 1e-4'
+python3 -c 'import kalorfix; assert abs(kalorfix.water(t=150, p=0.6).rho_kg_m3 - 917.07818) < 1e-4'
 echo "         installed $packages; demo, verification, C and Python run"
 
 # shellcheck disable=SC2086
