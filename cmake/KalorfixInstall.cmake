@@ -26,7 +26,7 @@ configure_package_config_file(
   cmake/kalorfixConfig.cmake.in "${PROJECT_BINARY_DIR}/kalorfixConfig.cmake"
   INSTALL_DESTINATION "${_cmake}"
   PATH_VARS CMAKE_INSTALL_DATADIR)
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/kalorfixConfigVersion.cmake" COMPATIBILITY SameMinorVersion)
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/kalorfixConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
 install(FILES "${PROJECT_BINARY_DIR}/kalorfixConfig.cmake" "${PROJECT_BINARY_DIR}/kalorfixConfigVersion.cmake"
         DESTINATION "${_cmake}" COMPONENT dev)
 # From the pkg-config file to the prefix and on, so that the whole may be moved.
@@ -57,7 +57,11 @@ if(KALORFIX_TOOL)
   install(FILES docs/deviations.md docs/not_verified.md DESTINATION "${_share}" COMPONENT tool)
   install(FILES docs/ru/deviations.md docs/ru/not_verified.md DESTINATION "${_share}/ru" COMPONENT tool)
   install(DIRECTORY examples/ DESTINATION "${_share}/examples" COMPONENT tool PATTERN "*.c" EXCLUDE)
-  install(FILES LICENSE DESTINATION "${_doc}/kalorfix-tool" RENAME copyright COMPONENT tool)
+  # The licence of the parser of commands wants to be handed on with it.
+  file(READ LICENSE _licence)
+  file(READ tools/cli11_licence.txt _cli11)
+  file(WRITE "${PROJECT_BINARY_DIR}/copyright" "${_licence}\n${_cli11}")
+  install(FILES "${PROJECT_BINARY_DIR}/copyright" DESTINATION "${_doc}/kalorfix-tool" COMPONENT tool)
 endif()
 
 # A program would have to load the sanitizers before such a library.

@@ -62,6 +62,13 @@ target_link_libraries(kalorfix_objects PRIVATE kalorfix_options)
 # errno of libm is never read; without it a square root is one instruction. Nothing in the library throws.
 target_compile_options(kalorfix_objects PRIVATE -fno-math-errno $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions>)
 target_compile_options(kalorfix_objects PRIVATE "SHELL:-include \"${PROJECT_SOURCE_DIR}/runtime/glibc_floor.h\"")
+if(PROJECT_IS_TOP_LEVEL AND NOT KALORFIX_SANITIZE AND NOT EMSCRIPTEN)
+  # With what debuggers and the comparison of interfaces want to know; packages keep it apart. The sources may be named from
+  # the build directory (a compiler cache does so), and have one name all the same.
+  file(RELATIVE_PATH _up "${PROJECT_BINARY_DIR}" "${PROJECT_SOURCE_DIR}")
+  target_compile_options(kalorfix_objects PRIVATE -g "-ffile-prefix-map=${_up}=./")
+  set_source_files_properties("${PROJECT_BINARY_DIR}/identity.cpp" PROPERTIES COMPILE_OPTIONS -g0)
+endif()
 set_target_properties(kalorfix_objects PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                                   VISIBILITY_INLINES_HIDDEN ON)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -28,8 +28,8 @@
 #endif
 
 /* Version of this header. */
-#define KALORFIX_VERSION "0.1.0"
-#define KALORFIX_VERSION_NUMBER 0x000100 /* two hexadecimal digits each for major, minor and patch */
+#define KALORFIX_VERSION "1.0.0"
+#define KALORFIX_VERSION_NUMBER 0x010000 /* two hexadecimal digits each for major, minor and patch */
 
 /* ---- Codes ------------------------------------------------------------------------------------------------- */
 

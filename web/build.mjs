@@ -25,6 +25,7 @@ const data = {
   nativeDigest: createHash('sha256').update(readFileSync(join(release, 'kalorfix.so'))).digest('hex'),
 };
 
+const ours = read(here, '../LICENSE');
 // Nothing may end the element that holds it.
 const inside = text => text.replace(/<\/(script|style)/gi, '<\\/$1').replace(/<!--/g, '<\\!--');
 const scripts = ['texts', 'units', 'fields', 'form', 'results', 'verify', 'main'].map(name => page(name + '.js'));
@@ -34,7 +35,8 @@ const parts = {
   MODULE: inside(readFileSync(wasmScript, 'utf8')),
   PACKAGES: inside(packaged('uplot/dist/uPlot.iife.min.js') + '\n' + packaged('js-sha256/build/sha256.min.js')),
   SCRIPT: inside(`(() => {\n'use strict';\n${scripts.join('\n')}})();`),
-  LICENCES: [['kalorfix', read(here, '../LICENSE')], ['uPlot', packaged('uplot/LICENSE')], ['js-sha256', packaged('js-sha256/LICENSE.txt')]]
+  LICENCES: [['kalorfix', ours], ['emscripten', ours.replace(/Copyright.*/, 'Copyright (c) 2010-2022 The Emscripten Authors')],
+    ['musl', read('/usr/share/emscripten/system/lib/libc/musl/COPYRIGHT')], ['uPlot', packaged('uplot/LICENSE')], ['js-sha256', packaged('js-sha256/LICENSE.txt')]]
     .map(([name, text]) => `${name}\n\n${text}`).join('\n\n').replace(/&/g, '&amp;').replace(/</g, '&lt;'),
 };
 const hash = text => `'sha256-${createHash('sha256').update(text).digest('base64')}'`;
