@@ -41,26 +41,19 @@ inline constexpr double max_nozzle_roughness = 30e-4;     ///< R/D; GOST 8.586.3
 inline constexpr double max_roughness_correction = 1.03;  ///< K_sh; GOST 8.586.2-2005, 5.3.2.3
 inline constexpr int max_passes = 100;
 
+// clang-format off
+/// The codes of the host, a family a line.
 enum class Device : std::uint8_t {
     none = 0,
-    orifice_corner = 1,
-    orifice_d_d2 = 2,
-    orifice_flange = 3,
-    nozzle_isa1932 = 4,
-    nozzle_long_radius = 5,
-    venturi_nozzle = 6,
-    venturi_cast = 7,
-    venturi_machined = 8,
-    venturi_welded = 9,
-    averaging_first = 10,
-    averaging_linear_last = 11,  // the first two have a linear flow coefficient, the others a tabulated one
-    averaging_last = 18,
+    orifice_corner = 1, orifice_d_d2 = 2, orifice_flange = 3,
+    nozzle_isa1932 = 4, nozzle_long_radius = 5, venturi_nozzle = 6,
+    venturi_cast = 7, venturi_machined = 8, venturi_welded = 9,
+    averaging_first = 10, averaging_linear_last = 11, averaging_last = 18,  // 10, 11: a linear flow coefficient; others: a tabulated one
     configured_coefficient = 19,
-    meter_mass = 20,
-    meter_volume = 21,
-    meter_standard_volume = 22,
+    meter_mass = 20, meter_volume = 21, meter_standard_volume = 22,
     external = 23,
 };
+// clang-format on
 
 enum class Family : std::uint8_t {
     none,

@@ -20,10 +20,8 @@ double machined_coefficient(double beta, double Re) {
 // GOST 8.586.4-2005, 5.5.2 to 5.5.4.
 Discharge venturi_discharge(const Bore& bore, double Re) {
     switch (bore.device.device) {
-        case Device::venturi_machined:
-            return {machined_coefficient(bore.beta, Re), 1.0};
-        case Device::venturi_cast:
-            return {Re < constant_from_Re ? 0.991 - 1400.0 / Re : 0.984, 1.0};
+        case Device::venturi_machined: return {machined_coefficient(bore.beta, Re), 1.0};
+        case Device::venturi_cast: return {Re < constant_from_Re ? 0.991 - 1400.0 / Re : 0.984, 1.0};
         default:  // rough-welded
             return {Re < constant_from_Re ? 0.992 - 1300.0 / Re : 0.985, 1.0};
     }
@@ -42,15 +40,10 @@ DischargeLaw::DischargeLaw(const Bore& bore)
 Limit DischargeLaw::at(double Re, Discharge& out) const {
     if (!reynolds_.contains(Re)) return Limit::reynolds;
     switch (bore_.device.family) {
-        case Family::orifice:
-            return orifice_discharge(bore_, orifice_, Re, out);
-        case Family::nozzle:
-            return nozzle_discharge(bore_, nozzle_, Re, out);
-        case Family::venturi_tube:
-            out = venturi_discharge(bore_, Re);
-            return Limit::none;
-        default:
-            return Limit::unknown_device;
+        case Family::orifice: return orifice_discharge(bore_, orifice_, Re, out);
+        case Family::nozzle: return nozzle_discharge(bore_, nozzle_, Re, out);
+        case Family::venturi_tube: out = venturi_discharge(bore_, Re); return Limit::none;
+        default: return Limit::unknown_device;
     }
 }
 

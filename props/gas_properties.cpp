@@ -14,13 +14,13 @@ namespace {
 
 // Table 2 of GOST 30319.3-96: the range of the powers of T/theta, by component.
 struct HeatCapacityRange {
-    short degree;          // highest positive power
     double theta_K;        // reference temperature
+    short degree;          // highest positive power
     short negative_terms;  // powers -1, -2, ...
 };
-constexpr HeatCapacityRange ranges[vnic::component_count] = {{10, 100.0, 6}, {6, 100.0, 5}, {6, 100.0, 4},
-                                                             {6, 100.0, 5},  {5, 300.0, 2}, {6, 100.0, 6},
-                                                             {6, 300.0, 4},  {5, 100.0, 5}};
+constexpr HeatCapacityRange ranges[vnic::component_count] = {{100.0, 10, 6}, {100.0, 6, 5}, {100.0, 6, 4},
+                                                             {100.0, 6, 5},  {300.0, 5, 2}, {100.0, 6, 6},
+                                                             {300.0, 6, 4},  {100.0, 5, 5}};
 constexpr std::size_t positive_columns = 11;
 constexpr std::size_t negative_columns = 6;
 

@@ -53,9 +53,10 @@ IniFile::~IniFile() { std::free(name_); }
 
 void IniFile::SetName(char const* file_name) {
     if (!file_name || !*file_name) return;
-    char* const copy = static_cast<char*>(std::malloc(std::strlen(file_name) + 1));
-    if (copy) std::strcpy(copy, file_name);
-    std::free(std::exchange(name_, copy));
+    const std::size_t size = std::strlen(file_name) + 1;
+    void* const copy = std::malloc(size);
+    if (copy) std::memcpy(copy, file_name, size);
+    std::free(std::exchange(name_, static_cast<char*>(copy)));
 }
 
 void IniFile::SetMode(int mode_bits) {

@@ -95,10 +95,8 @@ char cGas2005::mgn_Param(char calc, double dp, double rho, double rho_c, double 
     bool good = measure(*this, calc, dp, rho);
     if (good) {
         const flow::GasFlow gas = flow::gas_flow(flow::device_row(device_type), {q_m, q_v}, dp, rho, rho_c, k);
-        q_m = gas.working.q_m_th;
-        q_v = gas.working.q_v_m3h;
-        q_c = gas.q_c_m3h;
-        q_e = gas.q_e;
+        std::tie(q_m, q_v) = std::tie(gas.working.q_m_th, gas.working.q_v_m3h);
+        std::tie(q_c, q_e) = std::tie(gas.q_c_m3h, gas.q_e);
         good = all_finite(q_m, q_v, q_c, q_e);
     }
     std::tie(q_m_out, q_v_out, q_c_out, q_e_out) = std::tie(q_m, q_v, q_c, q_e);

@@ -44,21 +44,18 @@ bool find_by_density(cGas2005& c, const edge::Query& query) {
     const double CO2 = c.Xi_in[gas::carbon_dioxide];
     if (!(0.0 <= c.Ro_c && c.Ro_c <= 1.0 && 0.0 <= N2 && N2 <= 100.0 && 0.0 <= CO2 && CO2 <= 100.0))
         return false;
-    const float found =
-        edge::by_density(c.Method == KALORFIX_NX19 ? gas::nx19 : gas::gerg91, query, static_cast<float>(N2),
-                         static_cast<float>(CO2), static_cast<float>(c.Ro_c));
-    c.K_c = found;
-    return edge::usable(found);
+    c.K_c = edge::by_density(c.Method == KALORFIX_NX19 ? gas::nx19 : gas::gerg91, query, static_cast<float>(N2),
+                             static_cast<float>(CO2), static_cast<float>(c.Ro_c));
+    return edge::usable(c.K_c);
 }
 
 // K and density at standard conditions by the composition, which stays in the module state.
 bool find_by_composition(cGas2005& c, const edge::Query& query, const gas::Composition& composition) {
     edge::store(composition);
     c.Ro_c = edge::standard_density(composition);
-    const float found =
+    c.K_c =
         c.Method == KALORFIX_AGA8_92DC ? edge::by_aga8(composition, query) : edge::by_vnic(composition, query);
-    c.K_c = found;
-    return edge::usable(found) && c.Ro_c > 0.0;  // without it there is no flow at standard conditions
+    return edge::usable(c.K_c) && c.Ro_c > 0.0;  // without it there is no flow at standard conditions
 }
 
 }  // namespace

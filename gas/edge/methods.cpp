@@ -52,7 +52,7 @@ double RT_of(const Query& q) { return static_cast<double>(molar_gas_constant) * 
 
 }  // namespace
 
-bool usable(float coefficient) { return coefficient > 0.0F && std::isfinite(coefficient); }
+bool usable(double coefficient) { return coefficient > 0.0 && std::isfinite(coefficient); }
 
 float by_density(DensityMethod method, const Query& q, float N2_pct, float CO2_pct, float rho_c) {
     store(q);

@@ -13,7 +13,7 @@ struct Query {
 };
 
 /// Whether the K of a method is one, finite and above 0; the others tell that the method failed.
-[[nodiscard]] bool usable(float coefficient);
+[[nodiscard]] bool usable(double coefficient);
 
 /// By density and contents, nx19 or gerg91.
 using DensityMethod = double (&)(double T_K, double p_MPa, const DensityGas& gas, CubeRoot kind);

@@ -79,14 +79,10 @@ FlowResult flow_at(const host::Library& library, const Point& point, const Prope
 
 double mass_of(Flow kind, double flow, const Point& point, const Properties& medium) {
     switch (kind) {
-        case Flow::mass:
-            return flow;
-        case Flow::volume:
-            return flow * medium.rho * units::t_per_kg;
-        case Flow::standard_volume:
-            return flow * medium.rho_c * units::t_per_kg;
-        case Flow::energy:
-            break;
+        case Flow::mass: return flow;
+        case Flow::volume: return flow * medium.rho * units::t_per_kg;
+        case Flow::standard_volume: return flow * medium.rho_c * units::t_per_kg;
+        case Flow::energy: break;
     }
     const double MJ_kg = is_gas(point.medium) ? medium.energy_MJ_m3 / medium.rho_c : medium.h_kJ_kg / 1000.0;
     return MJ_kg > 0.0 ? flow / MJ_kg : 0.0;
@@ -94,14 +90,10 @@ double mass_of(Flow kind, double flow, const Point& point, const Properties& med
 
 double flow_of_kind(Flow kind, const FlowResult& result) {
     switch (kind) {
-        case Flow::mass:
-            return result.mass_th;
-        case Flow::volume:
-            return result.volume_m3h;
-        case Flow::standard_volume:
-            return result.standard_m3h;
-        case Flow::energy:
-            break;
+        case Flow::mass: return result.mass_th;
+        case Flow::volume: return result.volume_m3h;
+        case Flow::standard_volume: return result.standard_m3h;
+        case Flow::energy: break;
     }
     return result.energy_GJh;
 }

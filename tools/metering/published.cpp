@@ -49,20 +49,13 @@ double of_orifice(double beta, double D_mm, double Re) {
 double figure_of_C(flow::Device device, const FlowResult& flow) {
     using enum flow::Device;
     switch (device) {
-        case nozzle_isa1932:
-            return flow.beta <= 0.6 ? 0.8 : 2.0 * flow.beta - 0.4;
-        case nozzle_long_radius:
-            return 2.0;
-        case venturi_nozzle:
-            return 1.2 + 1.5 * std::pow(flow.beta, 4);
-        case venturi_cast:
-            return 0.7;
-        case venturi_machined:
-            return 1.0;
-        case venturi_welded:
-            return 1.5;
-        default:
-            return of_orifice(flow.beta, flow.D_mm, flow.Re);
+        case nozzle_isa1932: return flow.beta <= 0.6 ? 0.8 : 2.0 * flow.beta - 0.4;
+        case nozzle_long_radius: return 2.0;
+        case venturi_nozzle: return 1.2 + 1.5 * std::pow(flow.beta, 4);
+        case venturi_cast: return 0.7;
+        case venturi_machined: return 1.0;
+        case venturi_welded: return 1.5;
+        default: return of_orifice(flow.beta, flow.D_mm, flow.Re);
     }
 }
 

@@ -160,8 +160,7 @@ std::string flow_words(const Pipeline& pipe, const Sizes& sizes, const flow::Flo
         case Limit::passes:
             return fmt::format("the flow does not settle within {} passes, the last at Re {:.5g}",
                                flow::max_passes, Re);
-        default:
-            return unexplained("flow");
+        default: return unexplained("flow");
     }
 }
 
@@ -209,10 +208,8 @@ void explain_geometry(const Pipeline& pipe, double t_C, FlowResult& out) {
     const flow::DeviceRow& device = sizes.device;
     out.refused = [&]() -> std::string {
         switch (out.limit) {
-            case Limit::device_temperature:
-                return material("device", pipe.device_material, t_C);
-            case Limit::pipe_temperature:
-                return material("pipe", pipe.pipe_material, t_C);
+            case Limit::device_temperature: return material("device", pipe.device_material, t_C);
+            case Limit::pipe_temperature: return material("pipe", pipe.pipe_material, t_C);
             case Limit::pipe_diameter:
                 return in_words(
                     {"pipe diameter", sizes.at_t.D_m, {device.D_min, device.D_max}, "mm", units::mm_per_m});
@@ -223,8 +220,7 @@ void explain_geometry(const Pipeline& pipe, double t_C, FlowResult& out) {
                 return in_words({"roughness R_a/D", sizes.R_a_m / sizes.at_t.D_m, {.max = device.R_a_max}});
             case Limit::diameter_ratio:
                 return in_words({"diameter ratio", sizes.beta, {device.beta_min, device.beta_max}});
-            default:
-                return unexplained("geometry");
+            default: return unexplained("geometry");
         }
     }();
 }

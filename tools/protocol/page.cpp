@@ -125,14 +125,10 @@ std::string points_table(const Writer& w, const Sheet& sheet) {
 
 std::string verdict_text(const Writer& w, Verdict verdict) {
     switch (verdict) {
-        case Verdict::met:
-            return w("met");
-        case Verdict::not_met:
-            return w("NOT MET");
-        case Verdict::refused:
-            return w("refused by the reference");
-        case Verdict::no_value:
-            break;
+        case Verdict::met: return w("met");
+        case Verdict::not_met: return w("NOT MET");
+        case Verdict::refused: return w("refused by the reference");
+        case Verdict::no_value: break;
     }
     return w("no value");
 }

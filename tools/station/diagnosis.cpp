@@ -66,18 +66,12 @@ std::string totals(const Channel& c, const Outcome& out, const Registers& before
 std::string diagnose(const host::Library& library, const Channel& c, const Outcome& out,
                      const Registers& before, std::size_t accepted) {
     switch (out.reached) {
-        case Step::state:
-            return metering::state_refusal(point_of(c), properties_of(c, out));
-        case Step::properties:
-            return metering::properties_refusal(library, point_of(c), properties_of(c, out));
-        case Step::geometry:
-            return geometry(c, out);
-        case Step::flow:
-            return flow_step(c, out);
-        case Step::totals:
-            return totals(c, out, before, accepted);
-        case Step::done:
-            break;
+        case Step::state: return metering::state_refusal(point_of(c), properties_of(c, out));
+        case Step::properties: return metering::properties_refusal(library, point_of(c), properties_of(c, out));
+        case Step::geometry: return geometry(c, out);
+        case Step::flow: return flow_step(c, out);
+        case Step::totals: return totals(c, out, before, accepted);
+        case Step::done: break;
     }
     return {};
 }
