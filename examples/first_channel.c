@@ -25,7 +25,7 @@ static int set_up(void) {
                by_material, 7, 32,                                  // codes of pipe and plate
                100, 50,                                             // diameters at 20 degC, mm
                0.05F,                                               // roughness of the pipe, mm
-               0.05F, 0, 1,  // edge: first radius, mm; its mean of the years between checks; years
+               0.05F, 0, 1,  // edge: first radius, mm; 0: its mean between checks; years between
                0, &status);
     return status == 1;
 }

@@ -63,7 +63,7 @@ extern LocVect<cTeplo2005> heat_channels;
 enum class Undefined { never, where_there_is_none };
 
 /// Runs a member of the calculator of a channel and hands its status and results to the host. The member takes the arguments
-/// and then the results, which start at zero; it returns the status. The results are narrowed here and nowhere else, and stored
+/// and then the results, which start at zero; it returns the status. The results are narrowed here, and stored
 /// whatever the status; one that is beyond single precision spoils the step. A channel that does not exist gives status 0 and
 /// zeros; so does a lack of memory. Null pointers are passed over. Returns 1, always. Inlined, so that the
 /// arguments are handed on once.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // AGA8-92DC: the mixture, and the equation of state in its 53-term form as the isotherm of one gas,
 // Z = 1 + (B/K^3 - Sc) r + S(r) over the reduced density r = K^3 rho. AGA Report No. 8 (1992), detail characterisation;
-// ISO 12213-2; GOST 30319.2-96.
+// ISO 12213-2; GOST 30319.2-96. Terms 1..7 are those of ISO 12213-2, 8..53 its 13..58: without the association terms 8..12.
 //
 // Tables and the arrays that are handed out are single precision, everything in between is double.
 #pragma once

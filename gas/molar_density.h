@@ -45,17 +45,17 @@ class GasRootSearch {
 public:
     GasRootSearch(const Isotherm& isotherm, double target) : isotherm_(isotherm), target_(target) {}
 
-    /// Newton's method with the true derivative, which is through in at most six steps for pipeline gas; where its root may
+    /// Halley's method with the true derivatives, which is through in at most six steps for pipeline gas; where its root may
     /// not be that of the gas, the climb.
     [[nodiscard]] GasRoot from(double start) {
-        const double x = newton(start);
+        const double x = halley(start);
         if (x > 0.0 && isotherm_.rises_up_to(x)) return {x, points_};
         return {climb(), points_};
     }
 
 private:
     static constexpr double none = 0.0;
-    static constexpr int newton_steps = 30;
+    static constexpr int halley_steps = 30;
     static constexpr int climb_steps = 400;
     static constexpr int bracket_steps = 100;
 
@@ -64,10 +64,10 @@ private:
         return isotherm_.at(x);
     }
 
-    // Halley's form of the step, which the curvature makes good to the third power: a step of the tolerance leaves 1e-11.
-    double newton(double x) {
+    // Newton's step, which the curvature makes good to the third power: a step of the tolerance leaves 1e-11.
+    double halley(double x) {
         constexpr double tolerance = 2e-4;
-        for (int step = 0; step < newton_steps; ++step) {
+        for (int step = 0; step < halley_steps; ++step) {
             const IsothermPoint here = point(x);
             double change = (target_ - here.y) / here.slope;
             const double bend = 0.5 * change * here.curvature / here.slope;

@@ -182,6 +182,13 @@ public:
             say(edge_,
                 fmt::format("an edge of {:g} mm is blunter than {:g} mm, to which edges wear; is it in mm?",
                             pipe.edge_radius_mm, edge_mm));
+        const auto* const heat = std::get_if<metering::HeatCarrier>(&answer.point.medium);
+        if (heat && metering::is_mixed(*heat, answer.medium.phase))
+            say(mixed_,
+                fmt::format(
+                    "the density of wet steam, {:.6g} kg/m3, is mixed linearly: with water in it that of "
+                    "the mixture is lower, and so is the flow",
+                    answer.medium.rho));
         // The controller counts no flow there, whatever the formula gives.
         const double cut_off_Pa = described.channel ? static_cast<double>(described.channel->cut_off_Pa) : 0.0;
         if (answer.dp_Pa < cut_off_Pa)
@@ -192,7 +199,7 @@ public:
 
 private:
     static constexpr double percent = 100.0;
-    bool roughness_ = false, edge_ = false, cut_off_ = false;
+    bool roughness_ = false, edge_ = false, mixed_ = false, cut_off_ = false;
 
     static void say(bool& said, const std::string& words) {
         if (!said) fmt::print(stderr, "kalorfix: warning: {}\n", words);

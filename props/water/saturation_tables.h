@@ -20,7 +20,7 @@ inline constexpr std::array<double, 6> vapour_density_c{-2.03150240, -2.68302940
                                                         -17.2991605, -44.7586581, -63.9201063};
 
 /// T_s / T_c - 1 with the exponents 1, 2.5, 3, 3.5, 4, 4.5, 7 of this table and the coefficient of
-/// exponent 2 below: the saturation line solved for the temperature.
+/// exponent 2 below: a fit of the saturation line solved for the temperature; not in IAPWS SR1-86.
 inline constexpr std::array<double, 7> saturation_temperature_b{
     -0.128855862, 0.0441959604, -0.0303590601, 0.0101118902, -0.00175789291, 0.000130198162, -2.17242085e-9};
 

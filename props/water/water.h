@@ -9,7 +9,7 @@ inline constexpr double min_temperature_K = 273.15;
 inline constexpr double max_temperature_K = 1073.15;
 inline constexpr double max_pressure_MPa = 100.0;
 
-/// From this temperature on the saturation line is left alone: no saturated vapour, no wet steam.
+/// Above this temperature the saturation line is left alone: no saturated vapour, no wet steam.
 inline constexpr double near_critical_K = 645.0;
 
 struct Properties {

@@ -197,6 +197,11 @@ void phases(const host::Library& library, const Point& point, const std::vector<
     const std::string limit =
         std::string(tool::phase_of(wanted).title) + (heat->phase ? " by the station" : " alone");
     const std::string clause = "IAPWS SR1-86";
+    if (is_mixed(*heat, wanted) ||
+        (!heat->phase && std::ranges::any_of(found, [&](short phase) { return is_mixed(*heat, phase); })))
+        rules.push_back({Verdict::warn, "density of wet steam", fmt::format("x {:g}", heat->x),
+                         "mixed linearly: with water in it too high, and so is the flow",
+                         "limit of this library"});
     const auto met = [&](short phase) { return phase == wanted && wanted != KALORFIX_WET_STEAM; };
     if (std::ranges::all_of(found, met)) {
         rules.push_back({Verdict::ok, "phase", std::string(tool::phase_of(wanted).title), limit, clause});

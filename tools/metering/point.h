@@ -39,7 +39,7 @@ struct Gas {
 /// Water and steam.
 struct HeatCarrier {
     std::optional<unsigned short> phase;  ///< given, or decided from the state
-    double x = 0;
+    double x = 0;                         ///< wet steam: share of the single phase
     double tolerance_Pa = 1000, tolerance_K = 0.5;
 };
 

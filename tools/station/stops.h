@@ -20,7 +20,7 @@ struct TemperatureSpan {
 };
 
 /// A line on standard error for each rule of metering::check_device that refuses a channel at one of the ends of its temperatures:
-/// sizes, diameter ratio, roughness, materials, sum of the composition.
+/// sizes, diameter ratio, roughness, materials, sum of the composition; and a warning of the density of wet steam.
 void name_stops(const Station& station, const std::vector<TemperatureSpan>& temperatures);
 
 }  // namespace kalorfix::tool::station
