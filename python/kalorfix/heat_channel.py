@@ -4,6 +4,7 @@
 from __future__ import annotations
 
 import math
+import warnings
 from ctypes import byref, c_short
 from typing import Any
 
@@ -53,6 +54,8 @@ class Heat(Channel):
         if x is not None and self.phase not in (0, wet_steam):
             raise ValueError(f"x has no meaning with phase {phase}; leave it out")
         self.x = single(number("x", x, 0, 1)) if x is not None else 0.0
+        if self.phase == wet_steam and self.x > 0.0:
+            warnings.warn("the density of wet steam is mixed linearly: with water in it too high, and so is the flow", stacklevel=2)
         self._tolerances = (single(number("saturation_tolerance_Pa", saturation_tolerance_Pa, 0, 1e6, "Pa")),
                             single(number("saturation_tolerance_K", saturation_tolerance_K, 0, 100, "K")))
         self._phase, self._saturation = c_short(), Results(2)
