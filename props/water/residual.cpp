@@ -52,7 +52,7 @@ constexpr Layout make_layout() {
 constexpr Layout layout = make_layout();
 static_assert(layout.merged_of.back() + 1 == merged_term_count);
 static_assert(layout.group_begin.back() == merged_term_count, "the table must be sorted by c, with known c");
-static_assert(std::ranges::max(layout.d) == max_delta_power);
+static_assert(*std::max_element(layout.d.begin(), layout.d.end()) == max_delta_power);
 
 // --- Powers of tau -----------------------------------------------------------------------------------
 
