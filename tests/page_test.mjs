@@ -93,7 +93,7 @@ await test('tabs: check, curves, properties', async () => {
 });
 await test('Russian, nothing left in English', async () => {
   const media = [{}, {t: '90 C', p: '0.8 MPa'}, {medium: 'given', rho: '5', mu: '20 uPas', kappa: '1.3'}, gas,
-    {...gas, method: 'gerg91', rho_c: '0.68', n2: '0.9', co2: '0.1'}, {...gas, method: 'vnic', heat: 'kcal20', vapour: '0.001'}];
+    {...gas, method: 'gerg91', rho_c: '0.68', n2: '0.9', co2: '0.1'}, {...gas, method: 'gerg91', rho_c: '0.5', n2: '50', co2: '0'}, {...gas, method: 'vnic', heat: 'kcal20', vapour: '0.001'}];
   const twists = [{}, {unknown: 'bore'}, {unknown: 'dp', q: '1e9 kg/h'}, {p: '50 kPa'}, {t: '900 C'}, {dp: '10 MPa'}, {d20: '390 mm', edge: '1 mm'},
     {D20: '20 mm'}, {device: 'averaging_12', column: '-1000', column_rho: '20000'}, {expansion: 'coefficients'}, {x_methane: '120'}, {dp: 'abc'},
     {dp_range_kPa: '20 kPa', dp_class_pct: '0.1', heat_uncertainty_pct: '0.2'}, {t_low: '-50 C', t_high: '900 C', p_low: '1 kPa', p_high: '90 MPa'}];
